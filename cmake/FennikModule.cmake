@@ -1,0 +1,32 @@
+# The compile settings that all of Fennik's own code shares.
+add_library(fennik_options INTERFACE)
+target_include_directories(fennik_options INTERFACE ${CMAKE_SOURCE_DIR})
+target_compile_options(fennik_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+    -Wnon-virtual-dtor -Woverloaded-virtual
+    $<$<BOOL:${FENNIK_WERROR}>:-Werror>)
+if(FENNIK_SANITIZE)
+    target_compile_options(fennik_options INTERFACE
+        -fsanitize=${FENNIK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(fennik_options INTERFACE -fsanitize=${FENNIK_SANITIZE})
+endif()
+
+# fennik_module(NAME [FOLDERS subfolders…] [USES targets…] [LINKS private libraries…])
+#
+# One module of the house: a static library of all sources in the current folder and the named
+# folders below it. Every header is public and has to compile alone.
+function(fennik_module name)
+    cmake_parse_arguments(arg "" "" "FOLDERS;USES;LINKS" ${ARGN})
+    set(sources "")
+    set(headers "")
+    foreach(folder IN ITEMS . LISTS arg_FOLDERS)
+        file(GLOB found_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
+        file(GLOB found_headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.h)
+        list(APPEND sources ${found_sources})
+        list(APPEND headers ${found_headers})
+    endforeach()
+    add_library(${name} STATIC ${sources})
+    target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${CMAKE_SOURCE_DIR} FILES ${headers})
+    target_link_libraries(${name} PUBLIC fennik_options ${arg_USES} PRIVATE ${arg_LINKS})
+    set_target_properties(${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+endfunction()

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace fennik {
+
+using Task = std::move_only_function<void()>;
+
+/// Runs tasks somewhere else, later. Tests run them by hand.
+class Executor {
+public:
+    virtual ~Executor() = default;
+    /// Takes `task` over and returns at once; callable from any thread.
+    virtual void execute(Task task) = 0;
+};
+
+/// Runs tasks that may wait for a disk, each on a thread of its own where need be.
+class DiskExecutor {
+public:
+    virtual ~DiskExecutor() = default;
+    /// As `Executor::execute`; `path` is what the task is going to touch.
+    virtual void execute(std::string path, Task task) = 0;
+};
+
+/// The one road from the main thread to a disk and back. `work` runs on `disk` and returns a value;
+/// it owns everything it needs. `done` then runs on `main` with that value, unless the owner that
+/// `life` watches is gone by then. Call on the main thread.
+template <class Work, class Done>
+void runThen(DiskExecutor& disk, Executor& main, std::string path, std::weak_ptr<void> life,
+             Work work, Done done) {
+    disk.execute(std::move(path), [&main, life = std::move(life), work = std::move(work),
+                                   done = std::move(done)]() mutable {
+        main.execute([life = std::move(life), done = std::move(done), result = work()]() mutable {
+            if (!life.expired())
+                done(std::move(result));
+        });
+    });
+}
+
+} // namespace fennik

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "core/listing/FileItems.h"
+#include "core/platform/FileSystem.h"
+
+#include <expected>
+#include <optional>
+#include <string>
+
+/// What a panel calls to show a folder. Waits for the disk: called on workers, several at once.
+namespace fennik::FolderOpener {
+
+/// A folder that was read.
+struct Listing {
+    FileUrl directory;                     ///< the folder really listed
+    FileItems items;                       ///< in the order of the system, without ".."
+    std::optional<std::string> selectName; ///< where the cursor belongs when a file was given
+};
+
+/// Why a folder could not be shown.
+struct Failure {
+    enum class Case {
+        noPermission, ///< the system refused access
+        notFound,     ///< it does not exist, or its volume cannot be reached
+        unreadable,   ///< anything else, said in `reason`
+    };
+    Case kind = Case::notFound;
+    FileUrl url;
+    std::string reason; ///< the system's text; empty unless `unreadable`
+
+    static Failure noPermission(FileUrl url);
+    static Failure notFound(FileUrl url);
+    static Failure unreadable(FileUrl url, std::string reason);
+    /// The failure that an error of the system on `url` stands for.
+    static Failure of(PosixError error, FileUrl url);
+
+    /// The whole sentence for the user, in Czech.
+    std::string message() const;
+
+    friend bool operator==(const Failure&, const Failure&) = default;
+};
+
+/// What becomes of hidden entries.
+enum class ShowHidden { no, yes };
+
+/// Lists the folder at `url`, or the folder of the file at `url` with the file selected. Links and
+/// alias files are followed for `url` itself; for its entries one question to the disk is asked per
+/// link. Never throws.
+std::expected<Listing, Failure> open(const FileSystem& files, const FileUrl& url,
+                                     ShowHidden showHidden);
+
+} // namespace fennik::FolderOpener

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/base/PosixError.h"
+
+#include <cstdint>
+#include <expected>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace fennik {
+
+enum class FileType { regular, directory, symlink, other };
+
+/// What the system says of one item.
+struct FileStatus {
+    FileType type = FileType::other;
+    std::int64_t size = 0; ///< bytes of data
+    Date modified = Date::distantPast();
+    std::uint16_t mode = 0;   ///< the low 12 bits of the mode
+    std::uint64_t device = 0; ///< with `inode`: the identity of the item
+    std::uint64_t inode = 0;
+};
+
+/// One entry of a folder as the system returns it.
+struct FolderEntry {
+    std::string_view name; ///< valid during the call of the consumer only
+    FileType type = FileType::other;
+    std::int64_t size = 0; ///< bytes of data; 0 for directories
+    Date modified = Date::distantPast();
+    std::uint16_t mode = 0;  ///< the low 12 bits of the mode
+    bool hiddenFlag = false; ///< the system's own flag, not the leading dot
+    bool isAlias = false;    ///< an alias file, on systems that have them
+};
+
+using FolderEntryConsumer = std::function<void(const FolderEntry&)>;
+
+enum class FollowLinks { no, yes };
+
+/// The calls to the disk that the core makes, so that tests can let one of them fail. All of them
+/// may wait for the disk and are made on workers; all are safe on several threads at once. Paths
+/// are absolute bytes.
+class FileSystem {
+public:
+    template <class T>
+    using Result = std::expected<T, PosixError>;
+
+    virtual ~FileSystem() = default;
+
+    virtual Result<FileStatus> status(const std::string& path, FollowLinks follow) const = 0;
+    /// The target as it is written in the link.
+    virtual Result<std::string> linkTarget(const std::string& path) const = 0;
+    /// Bytes that an ordinary user may still write to the volume of `path`.
+    virtual Result<std::int64_t> freeSpace(const std::string& path) const = 0;
+
+    /// All entries but "." and "..", in the order of the system, read in bulk. The consumer is
+    /// called on this thread, and only once everything was read: on failure it has seen nothing.
+    /// Entries that vanish meanwhile or cannot be examined are left out, but where the folder's
+    /// own rights forbid examining, name and type are still given. ENOTSUP or EINVAL: this system
+    /// or volume has no bulk reading.
+    virtual Result<void> readFolder(const std::string& path,
+                                    const FolderEntryConsumer& consume) const = 0;
+    /// The same entries through the portable folder stream.
+    virtual Result<void> enumerateFolder(const std::string& path,
+                                         const FolderEntryConsumer& consume) const = 0;
+};
+
+/// The real one. Lives as long as the process.
+const FileSystem& systemFileSystem();
+
+} // namespace fennik
