@@ -3,9 +3,11 @@
 #include "core/listing/NameKey.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 #include <limits>
+#include <numeric>
 #include <ranges>
 #include <span>
 #include <string>
@@ -36,15 +38,16 @@ std::uint64_t ordered(std::int64_t number) {
     return static_cast<std::uint64_t>(number) ^ 1ULL << 63U;
 }
 
-/// Calls `each` for the runs of two and more records with equal words.
-template <class Each>
-void forEqualRuns(Records records, Each each) {
+/// Runs of records that no stage could tell apart so far.
+using Runs = std::vector<Records>;
+
+void appendEqualRuns(Records records, Runs& runs) {
     for (std::size_t begin = 0; begin < records.size();) {
         auto end = begin + 1;
         while (end < records.size() && records[end].word == records[begin].word)
             ++end;
         if (end - begin > 1)
-            each(records.subspan(begin, end - begin));
+            runs.push_back(records.subspan(begin, end - begin));
         begin = end;
     }
 }
@@ -54,39 +57,39 @@ class Sorter {
 public:
     Sorter(const FileItems& items, PanelSort sort, const FolderSizes& folderSizes)
         : items_(items),
-          sort_(sort),
           folderSizes_(folderSizes),
+          key_(sort.key),
           flip_(sort.ascending ? 0 : std::numeric_limits<std::uint64_t>::max()) {}
 
     void run(Records records) {
-        switch (sort_.key) {
+        Runs runs{records};
+        const auto nameOf = [](const FileItemView& item) { return item.name; };
+        switch (key_) {
         case SortKey::name:
-            byKeyBytes(
-                records, flip_, [](const FileItemView& item) { return item.name; },
-                [this](Records equal) { byRawName(equal); });
+            runs = byText(runs, flip_, nameOf);
             break;
         case SortKey::ext:
-            byKeyBytes(
-                records, flip_,
-                [](const FileItemView& item) { return item.fileExtension().value_or(""); },
-                [this](Records equal) { byName(equal); });
+            runs = byText(runs, flip_, [](const auto& item) {
+                return item.fileExtension().value_or(std::string_view());
+            });
             break;
         case SortKey::size:
-            byWord(
-                records, [this](const FileItemView& item) { return ordered(sizeOf(item)); },
-                [this](Records equal) { byName(equal); });
+            runs = byNumber(runs, [this](const auto& item) { return ordered(sizeOf(item)); });
             break;
         case SortKey::modified:
-            byWord(
-                records, [](const FileItemView& item) { return ordered(item.modified.seconds); },
-                [this](Records equal) { byNanoseconds(equal); });
+            runs = byNumber(runs, [](const auto& item) { return ordered(item.modified.seconds); });
+            runs = byNumber(
+                runs, [](const auto& item) -> std::uint64_t { return item.modified.nanoseconds; });
             break;
         case SortKey::permissions:
-            byWord(
-                records, [](const FileItemView& item) { return std::uint64_t{item.mode}; },
-                [this](Records equal) { byName(equal); });
+            runs = byNumber(runs, [](const auto& item) -> std::uint64_t { return item.mode; });
             break;
         }
+        if (key_ != SortKey::name)
+            runs = byText(runs, 0, nameOf);
+        for (const auto equal : runs)
+            std::ranges::sort(
+                equal, {}, [this](const Record& record) { return items_.view(record.row).name; });
     }
 
 private:
@@ -97,77 +100,130 @@ private:
         return known == folderSizes_.end() ? -1 : known->second;
     }
 
-    template <class WordOf, class ThenBy>
-    void byWord(Records records, WordOf wordOf, ThenBy thenBy) {
-        for (auto& record : records)
-            record.word = wordOf(items_.view(record.row)) ^ flip_;
-        std::ranges::sort(records, {}, &Record::word);
-        forEqualRuns(records, thenBy);
+    template <class NumberOf>
+    Runs byNumber(const Runs& runs, NumberOf numberOf) {
+        Runs equal;
+        for (const auto records : runs) {
+            for (auto& record : records)
+                record.word = numberOf(items_.view(record.row)) ^ flip_;
+            sortByWord(records);
+            appendEqualRuns(records, equal);
+        }
+        return equal;
     }
 
-    void byNanoseconds(Records records) {
-        byWord(
-            records,
-            [](const FileItemView& item) { return std::uint64_t{item.modified.nanoseconds}; },
-            [this](Records equal) { byName(equal); });
+    /// Orders by the name key of a text of each item.
+    template <class TextOf>
+    Runs byText(const Runs& runs, std::uint64_t flip, TextOf textOf) {
+        const auto arena = makeKeys(runs, textOf);
+        Runs equal;
+        for (const auto records : runs)
+            byKeyWords(records, arena, flip, equal);
+        return equal;
     }
 
-    /// The tie-break: always A to Z.
-    void byName(Records records) {
-        byKeyBytes(
-            records, 0, [](const FileItemView& item) { return item.name; },
-            [this](Records equal) { byRawName(equal); });
-    }
-
-    template <class TextOf, class ThenBy>
-    void byKeyBytes(Records records, std::uint64_t flip, TextOf textOf, ThenBy thenBy) {
-        // The arena serves one stage of one run at a time: a stage that calls the next one no
-        // longer needs its own keys of that run, but those of the runs to come, so each has one.
+    /// The keys of all records in `runs`, one behind the other, each filled up to whole words. Made
+    /// in the order of the rows, in which the names lie in memory.
+    template <class TextOf>
+    std::string makeKeys(const Runs& runs, TextOf textOf) {
+        constexpr auto wordSize = sizeof(Record::word);
+        constexpr std::uint32_t notWanted = std::numeric_limits<std::uint32_t>::max();
+        std::vector<std::uint32_t> keyOfRow(items_.size(), notWanted);
+        std::size_t count = 0;
+        for (const auto records : runs) {
+            count += records.size();
+            for (const auto& record : records)
+                keyOfRow[record.row] = 0;
+        }
         std::string arena;
-        arena.reserve(records.size() * 24);
-        for (auto& record : records) {
-            record.key = static_cast<std::uint32_t>(arena.size() / sizeof record.word);
-            NameKey::appendBytes(textOf(items_.view(record.row)), arena);
-            while (arena.size() % sizeof record.word != 0)
+        arena.reserve(count * usualKeyLength);
+        for (std::uint32_t row = 0; row < keyOfRow.size(); ++row) {
+            if (keyOfRow[row] == notWanted)
+                continue;
+            keyOfRow[row] = static_cast<std::uint32_t>(arena.size() / wordSize);
+            NameKey::appendBytes(textOf(items_.view(row)), arena);
+            while (arena.size() % wordSize != 0)
                 arena += '\0';
         }
-        byArena(records, arena, flip, thenBy);
+        for (const auto records : runs) {
+            for (auto& record : records)
+                record.key = keyOfRow[record.row];
+        }
+        return arena;
     }
 
-    /// Orders by the key bytes from `record.key` on, eight at a time.
-    template <class ThenBy>
-    void byArena(Records records, const std::string& arena, std::uint64_t flip, ThenBy thenBy) {
+    /// Orders by the words of the keys from `record.key` on.
+    void byKeyWords(Records records, const std::string& arena, std::uint64_t flip, Runs& equal) {
         for (auto& record : records)
             record.word = wordAt(arena, record.key) ^ flip;
-        std::ranges::sort(records, {}, &Record::word);
-        forEqualRuns(records, [&](Records equal) {
+        sortByWord(records);
+        Runs undecided;
+        appendEqualRuns(records, undecided);
+        for (const auto run : undecided) {
             // Keys hold no zero byte before their end, so a word that ends in one is the last.
-            if (((equal.front().word ^ flip) & 0xFFU) == 0) {
-                thenBy(equal);
-                return;
+            if (((run.front().word ^ flip) & 0xFFU) == 0) {
+                equal.push_back(run);
+                continue;
             }
-            for (auto& record : equal)
+            for (auto& record : run)
                 ++record.key;
-            byArena(equal, arena, flip, thenBy);
-        });
+            byKeyWords(run, arena, flip, equal);
+        }
     }
 
     /// The next eight bytes of a key as a number of the same order.
     static std::uint64_t wordAt(const std::string& arena, std::uint32_t position) {
         std::uint64_t word = 0;
-        std::memcpy(&word, arena.data() + position * sizeof word, sizeof word);
+        std::memcpy(&word, arena.data() + std::size_t{position} * sizeof word, sizeof word);
         return std::endian::native == std::endian::little ? __builtin_bswap64(word) : word;
     }
 
-    void byRawName(Records records) {
-        std::ranges::sort(records, {},
-                          [this](const Record& record) { return items_.view(record.row).name; });
+    /// By distribution, byte by byte from the lowest, where there are many records and their words
+    /// differ in few bytes.
+    void sortByWord(Records records) {
+        std::uint64_t varying = 0;
+        for (const auto& record : records)
+            varying |= record.word ^ records.front().word;
+        std::array<unsigned, sizeof varying> shifts{};
+        std::size_t passes = 0;
+        for (unsigned shift = 0; shift < 64; shift += 8) {
+            if ((varying >> shift & 0xFFU) != 0)
+                shifts[passes++] = shift;
+        }
+        if (records.size() < worthDistributing || passes > mostPasses) {
+            std::ranges::sort(records, {}, &Record::word);
+            return;
+        }
+        scratch_.resize(std::max(scratch_.size(), records.size()));
+        auto from = records;
+        auto to = Records(scratch_).first(records.size());
+        for (const auto shift : std::span(shifts).first(passes)) {
+            distribute(from, to, shift);
+            std::swap(from, to);
+        }
+        if (from.data() != records.data())
+            std::ranges::copy(from, records.begin());
     }
 
+    static void distribute(Records from, Records to, unsigned shift) {
+        std::array<std::size_t, 257> begins{};
+        const auto byteOf = [shift](const Record& record) { return record.word >> shift & 0xFFU; };
+        for (const auto& record : from)
+            ++begins[byteOf(record) + 1];
+        std::partial_sum(begins.begin(), begins.end(), begins.begin());
+        for (const auto& record : from)
+            to[begins[byteOf(record)]++] = record;
+    }
+
+    static constexpr std::size_t usualKeyLength = 24;
+    static constexpr std::size_t worthDistributing = 2048;
+    static constexpr std::size_t mostPasses = 5;
+
     const FileItems& items_;
-    PanelSort sort_;
     const FolderSizes& folderSizes_;
-    std::uint64_t flip_;
+    SortKey key_;
+    std::uint64_t flip_; ///< turns the order of words round, or not
+    std::vector<Record> scratch_;
 };
 
 } // namespace

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <expected>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace fennik::app {
+
+/// What the command line asks for.
+struct Options {
+    enum class Task { window, screenshot, help, version };
+    enum class Look { system, light, dark };
+
+    Task task = Task::window;
+    std::string screenshotFile; ///< as given
+    std::optional<std::string> left;
+    std::optional<std::string> right; ///< paths as given, in bytes
+    Look look = Look::system;
+    int width = 1440; ///< of the window, in device-independent pixels
+    int height = 900;
+    bool verbose = false;
+};
+
+/// Reads the arguments behind the program's name. A sentence for the user where they make no sense.
+std::expected<Options, std::string> readOptions(std::span<const char* const> arguments);
+
+/// The text of `--help`.
+std::string helpText();
+
+/// `path` as an absolute path, seen from `workingFolder`.
+std::string absolutePath(const std::string& path, const std::string& workingFolder);
+
+} // namespace fennik::app

@@ -1,0 +1,80 @@
+#include "app/main/Options.h"
+#include "app/main/Screenshot.h"
+#include "app/main/Session.h"
+#include "app/system/DisplayProbe.h"
+
+#include <QApplication>
+#include <QIcon>
+
+#include <cstdlib>
+#include <iostream>
+#include <span>
+
+namespace {
+
+using namespace fennik;
+using app::Options;
+
+constexpr int exitFailure = 1;
+constexpr int exitUsage = 2;
+
+/// A sentence where no window can be opened.
+std::optional<std::string> displayFault() {
+    switch (system::probeDisplay()) {
+    case system::Display::available:
+        return std::nullopt;
+    case system::Display::none:
+        return "Není tu displej, na kterém by se dalo otevřít okno. Obrázek okna nakreslí "
+               "--screenshot.";
+    case system::Display::unreachable:
+        break;
+    }
+    return "K displeji se nejde připojit. Obrázek okna nakreslí --screenshot.";
+}
+
+int runWindow(const Options& options) {
+    app::Session session(options);
+    int code = 0;
+    if (options.task == Options::Task::screenshot) {
+        code = app::takeScreenshot(session, options.screenshotFile);
+    } else {
+        session.start();
+        code = QApplication::exec();
+    }
+    if (session.shutDown() == BackgroundPool::ShutDown::threadsLeft)
+        std::_Exit(code);
+    return code;
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments) {
+    const auto options =
+        app::readOptions(std::span<const char* const>(arguments, std::size_t(argumentCount))
+                             .subspan(argumentCount > 0 ? 1 : 0));
+    if (!options) {
+        std::cerr << options.error() << '\n';
+        return exitUsage;
+    }
+    if (options->task == Options::Task::help) {
+        std::cout << app::helpText();
+        return 0;
+    }
+    if (options->task == Options::Task::version) {
+        std::cout << "Fennik " FENNIK_VERSION "\n";
+        return 0;
+    }
+    if (options->task == Options::Task::screenshot) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    } else if (const auto fault = displayFault()) {
+        std::cerr << *fault << '\n';
+        return exitFailure;
+    }
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setApplicationName(QStringLiteral("Fennik"));
+    QApplication::setDesktopFileName(QStringLiteral("fennik"));
+    int toolkitArguments = 1; // the rest are ours
+    QApplication application(toolkitArguments, arguments);
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/fennik.svg")));
+    return runWindow(*options);
+}

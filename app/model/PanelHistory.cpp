@@ -1,0 +1,36 @@
+#include "app/model/PanelHistory.h"
+
+namespace fennik::app {
+
+void PanelHistory::record(const Uuid& tab, Step step, const std::string& left) {
+    auto& back = backStack_[tab];
+    auto& forward = forwardStack_[tab];
+    switch (step) {
+    case Step::stay:
+        break;
+    case Step::navigate:
+        back.push_back(left);
+        forward.clear();
+        break;
+    case Step::back:
+        back.pop_back();
+        forward.push_back(left);
+        break;
+    case Step::forward:
+        forward.pop_back();
+        back.push_back(left);
+        break;
+    }
+}
+
+std::optional<std::string> PanelHistory::target(const Uuid& tab, Step step) const {
+    if (step != Step::back && step != Step::forward)
+        return std::nullopt;
+    const auto& stacks = step == Step::back ? backStack_ : forwardStack_;
+    const auto found = stacks.find(tab);
+    if (found == stacks.end() || found->second.empty())
+        return std::nullopt;
+    return found->second.back();
+}
+
+} // namespace fennik::app

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/base/Uuid.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace fennik::app {
+
+/// The folders that a panel's tabs have left, for going back and forward. It is told of a step only
+/// once the new folder has been listed.
+class PanelHistory {
+public:
+    enum class Step {
+        stay,     ///< the same folder again
+        navigate, ///< to a folder of the user's choice
+        back,
+        forward,
+    };
+
+    /// Records that `tab` went from `left` to another folder by `step`.
+    void record(const Uuid& tab, Step step, const std::string& left);
+
+    /// Where the step would lead; none when it leads nowhere.
+    std::optional<std::string> target(const Uuid& tab, Step step) const;
+
+private:
+    using Stacks = std::map<Uuid, std::vector<std::string>>;
+    Stacks backStack_;
+    Stacks forwardStack_;
+};
+
+} // namespace fennik::app

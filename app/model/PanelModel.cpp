@@ -1,0 +1,305 @@
+#include "app/model/PanelModel.h"
+
+#include "app/model/CursorPlacement.h"
+#include "core/listing/FileSorter.h"
+#include "core/platform/Volumes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <expected>
+#include <utility>
+
+namespace fennik::app {
+
+namespace {
+
+using FolderOpener::Failure;
+using FolderOpener::Listing;
+using FolderOpener::ShowHidden;
+using Step = PanelHistory::Step;
+
+constexpr const char* stopped = "načítání bylo zastaveno.";
+
+/// The rows that a panel shows of a listing.
+FileItems shownItems(const FileItems& raw, PanelSort sort, ShowHidden showHidden) {
+    std::vector<std::uint32_t> rows;
+    rows.reserve(raw.size() + 1);
+    if (!raw.folder().isRoot())
+        rows.push_back(FileItems::parentRow);
+    for (std::uint32_t row = 0; row < raw.size(); ++row) {
+        if (showHidden == ShowHidden::yes || !raw.view(row).isHidden)
+            rows.push_back(row);
+    }
+    return FileSorter::sort(raw.reordered(std::move(rows)), sort, {});
+}
+
+std::expected<Listing, Failure> openNearest(const FileSystem& files, FileUrl url) {
+    for (;; url = url.parent()) {
+        auto listing = FolderOpener::open(files, url, ShowHidden::yes);
+        if (listing || listing.error().kind != Failure::Case::notFound || url.isRoot())
+            return listing;
+    }
+}
+
+} // namespace
+
+/// What a worker brings back of a folder.
+struct PanelModel::Loaded {
+    std::expected<Listing, Failure> listing = std::unexpected(Failure{});
+    PanelSort sort = {};
+    ShowHidden showHidden = ShowHidden::no;
+    FileItems items = {}; ///< in that order
+    std::optional<std::int64_t> freeSpace = {};
+    FileUrl volumeRoot = {};
+    double milliseconds = 0;
+};
+
+PanelModel::PanelModel(PanelSide side, PanelServices services, std::string path)
+    : side_(side), services_(std::move(services)), tabs_(1) {
+    activeTabState().path = std::move(path);
+}
+
+PanelModel::~PanelModel() = default;
+
+bool PanelModel::canGo(Step step) const {
+    return history_.target(tab().id, step).has_value();
+}
+
+void PanelModel::refresh() {
+    if (error_)
+        load(failedRequest_);
+    else
+        load({.url = folder()});
+}
+
+void PanelModel::navigate(const FileUrl& target) {
+    const bool stays = target.path() == tab().path;
+    load({.url = target, .step = stays ? Step::stay : Step::navigate});
+}
+
+void PanelModel::goToParent() {
+    const auto here = folder();
+    if (here.isRoot())
+        return;
+    load({.url = here.parent(),
+          .step = Step::navigate,
+          .selectName = std::string(here.lastComponent()),
+          .nearestExisting = ownFolderFailed()});
+}
+
+void PanelModel::go(Step step) {
+    const auto target = history_.target(tab().id, step);
+    if (!target)
+        return;
+    const FileUrl url(*target, FileUrl::Form::directory);
+    const auto here = folder();
+    Request request{.url = url, .step = step};
+    if (here.parent() == url)
+        request.selectName = std::string(here.lastComponent());
+    load(std::move(request));
+}
+
+void PanelModel::openItem() {
+    if (error_) {
+        refresh();
+        return;
+    }
+    if (cursor_ >= items_.size())
+        return;
+    const auto item = items_[cursor_];
+    if (item.isParentLink)
+        goToParent();
+    // Nothing here can open a package but going into it.
+    else if (item.opensAsFolder() || item.kind == FileKind::package)
+        navigate(item.resolvedURL());
+}
+
+bool PanelModel::escape() {
+    if (loading_) {
+        ++loadToken_;
+        loading_ = false;
+        const bool nothingToShow = !error_ && items_.empty();
+        emit changed(nothingToShow
+                         ? showFailure({.url = folder()}, Failure::unreadable(folder(), stopped))
+                         : PanelChanges(PanelChange::state));
+        return true;
+    }
+    if (!error_ || ownFolderFailed())
+        return false;
+    error_.reset();
+    load({.url = folder()});
+    return true;
+}
+
+void PanelModel::load(Request request) {
+    const auto token = ++loadToken_;
+    loading_ = true;
+    const auto started = services_.now();
+    auto path = request.url.path();
+
+    auto work = [&files = services_.files, url = request.url, nearest = request.nearestExisting,
+                 sort = tab().sort, showHidden = showHidden_] {
+        Loaded loaded{.sort = sort, .showHidden = showHidden};
+        loaded.listing =
+            nearest ? openNearest(files, url) : FolderOpener::open(files, url, ShowHidden::yes);
+        if (loaded.listing) {
+            const auto& directory = loaded.listing->directory.path();
+            loaded.items = shownItems(loaded.listing->items, sort, showHidden);
+            if (const auto space = files.freeSpace(directory))
+                loaded.freeSpace = *space;
+            loaded.volumeRoot =
+                FileUrl(Volumes::containing(directory, Volumes::mounted()).mountPoint);
+        }
+        return loaded;
+    };
+    auto done = [this, token, started, request = std::move(request)](Loaded loaded) {
+        if (token != loadToken_)
+            return;
+        loaded.milliseconds =
+            std::chrono::duration<double, std::milli>(services_.now() - started).count();
+        emit changed(finish(request, std::move(loaded)));
+    };
+    runThen(services_.disk, services_.main, std::move(path), life_, std::move(work),
+            std::move(done));
+    emit changed(PanelChange::state);
+}
+
+PanelChanges PanelModel::finish(const Request& request, Loaded loaded) {
+    loading_ = false;
+    if (loaded.listing)
+        return showListing(request, std::move(loaded));
+    services_.log("Složku nejde otevřít: " + loaded.listing.error().message());
+    return showFailure(request, std::move(loaded.listing.error()));
+}
+
+PanelChanges PanelModel::showFailure(const Request& request, Failure failure) {
+    error_ = std::move(failure);
+    failedRequest_ = request;
+    if (request.step != Step::stay)
+        return PanelChange::state;
+    // What the panel showed of its folder is no longer true.
+    if (cursor_ < items_.size())
+        activeTabState().cursorName = std::string(items_.view(cursor_).name);
+    rawItems_ = {};
+    freeSpace_.reset();
+    rebuildItems({});
+    return PanelChange::state | PanelChange::items | placeCursor(0);
+}
+
+PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
+    auto& listing = *loaded.listing;
+    auto& current = activeTabState();
+    const bool sameFolder = listing.directory.path() == current.path;
+    if (!sameFolder) {
+        history_.record(current.id, request.step, current.path);
+        current.path = listing.directory.path();
+        current.cursorName.reset();
+        links_.clear();
+    }
+    // The targets known so far are shown until they have been read again.
+    for (auto& [_, link] : links_)
+        link.asked = false;
+    error_.reset();
+    freeSpace_ = loaded.freeSpace;
+    volumeRoot_ = std::move(loaded.volumeRoot);
+    rawItems_ = std::move(listing.items);
+    const bool isCurrent = loaded.sort == current.sort && loaded.showHidden == showHidden_;
+    auto items =
+        isCurrent ? std::move(loaded.items) : shownItems(rawItems_, current.sort, showHidden_);
+
+    auto wanted = listing.selectName ? listing.selectName : request.selectName;
+    const bool isReload = sameFolder && !wanted && !items_.empty();
+    const auto row = isReload
+                         ? CursorPlacement::afterReload(items_, cursor_, items)
+                         : CursorPlacement::byName(items, wanted ? wanted : current.cursorName);
+    rebuildItems(std::move(items));
+    const auto count = std::to_string(rawItems_.size());
+    if (std::isfinite(loaded.milliseconds))
+        services_.log("Načteno " + count + " položek za " +
+                      std::to_string(std::llround(loaded.milliseconds)) + " ms");
+    return PanelChange::items | PanelChange::state | PanelChange::tabs | placeCursor(row);
+}
+
+void PanelModel::rebuildItems(FileItems items) {
+    items_ = std::move(items);
+    ++generation_;
+}
+
+PanelChanges PanelModel::placeCursor(std::size_t row) {
+    cursor_ = row;
+    return PanelChange::cursor;
+}
+
+void PanelModel::setCursor(std::ptrdiff_t row) {
+    const auto last = static_cast<std::ptrdiff_t>(items_.size()) - 1;
+    const auto target = static_cast<std::size_t>(std::max<std::ptrdiff_t>(std::min(row, last), 0));
+    if (target != cursor_)
+        emit changed(placeCursor(target));
+}
+
+void PanelModel::chooseSort(SortKey key) {
+    activeTabState().sort = tab().sort.choosing(key);
+    rebuildFromRaw();
+}
+
+void PanelModel::setShowHidden(ShowHidden showHidden) {
+    if (showHidden == showHidden_)
+        return;
+    showHidden_ = showHidden;
+    rebuildFromRaw();
+}
+
+void PanelModel::rebuildFromRaw() {
+    if (items_.empty()) {
+        emit changed(PanelChange::tabs);
+        return;
+    }
+    auto items = shownItems(rawItems_, tab().sort, showHidden_);
+    const auto row = CursorPlacement::afterReload(items_, cursor_, items);
+    rebuildItems(std::move(items));
+    emit changed(PanelChange::items | PanelChange::tabs | placeCursor(row));
+}
+
+const LinkTarget* PanelModel::linkTarget(const std::string& name) const {
+    const auto found = links_.find(name);
+    return found == links_.end() || !found->second.target ? nullptr : &*found->second.target;
+}
+
+void PanelModel::wantLinkTargets(std::size_t firstRow, std::size_t lastRow) {
+    std::vector<std::string> names;
+    for (auto row = firstRow; row < std::min(lastRow, items_.size()); ++row) {
+        const auto item = items_.view(row);
+        if (item.kind != FileKind::symlink)
+            continue;
+        std::string name(item.name);
+        if (!std::exchange(links_[name].asked, true))
+            names.push_back(std::move(name));
+    }
+    if (names.empty())
+        return;
+    auto path = tab().path;
+    auto work = [&files = services_.files, folder = folder(), names = std::move(names)] {
+        NamedTargets targets;
+        for (const auto& name : names) {
+            const auto url = folder.appending(name);
+            LinkTarget target{.path = files.linkTarget(url.path()).value_or(""),
+                              .isBroken = !files.status(url.path(), FollowLinks::yes)};
+            targets.emplace_back(name, std::move(target));
+        }
+        return targets;
+    };
+    ++linkQuestions_;
+    runThen(services_.disk, services_.main, path, life_, std::move(work),
+            [this, path](NamedTargets targets) { takeLinkTargets(path, std::move(targets)); });
+}
+
+void PanelModel::takeLinkTargets(const std::string& path, NamedTargets targets) {
+    --linkQuestions_;
+    if (path == tab().path) {
+        for (auto& [name, target] : targets)
+            links_[name].target = std::move(target);
+    }
+    emit changed(PanelChange::linkTargets);
+}
+
+} // namespace fennik::app

@@ -1,0 +1,52 @@
+#include "app/ui/Crumb.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <cmath>
+
+namespace fennik::ui {
+
+namespace {
+
+constexpr double padding = 5;
+
+} // namespace
+
+Crumb::Crumb(const QString& title, const Theme& theme, QWidget* parent)
+    : QAbstractButton(parent), title_(title), theme_(theme) {
+    setAccessibleName(title);
+    setFocusPolicy(Qt::NoFocus);
+    setAttribute(Qt::WA_Hover);
+}
+
+void Crumb::setEmphasis(QFont::Weight weight) {
+    weight_ = weight;
+    updateGeometry();
+    update();
+}
+
+QSize Crumb::sizeHint() const {
+    const QFontMetricsF metrics(theme_.font(FontRole::body, weight_));
+    const double width = metrics.horizontalAdvance(title_) + 2 * theme_.px(padding);
+    return {int(std::ceil(width)) + 1, theme_.px(24)};
+}
+
+void Crumb::paintEvent(QPaintEvent*) {
+    const auto& tokens = theme_.tokens();
+    QPainter painter(this);
+    if (underMouse()) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(isDown() ? tokens.pressed : tokens.hover);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0, 2, 0, -2), 5, 5);
+    }
+    const auto font = theme_.font(FontRole::body, weight_);
+    const auto inner = QRectF(rect()).adjusted(theme_.px(padding), 0, -theme_.px(padding) + 1, 0);
+    painter.setFont(font);
+    painter.setPen(weight_ == QFont::Normal ? tokens.text2 : tokens.text);
+    painter.drawText(inner, Qt::AlignLeft | Qt::AlignVCenter,
+                     QFontMetricsF(font).elidedText(title_, Qt::ElideMiddle, inner.width()));
+}
+
+} // namespace fennik::ui

@@ -1,0 +1,34 @@
+#include "app/ui/IconButton.h"
+
+#include <QPainter>
+
+#include <utility>
+
+namespace fennik::ui {
+
+IconButton::IconButton(QString icon, const QString& title, const QString& key, const Theme& theme,
+                       Icons& icons, QWidget* parent)
+    : QAbstractButton(parent), icon_(std::move(icon)), theme_(theme), icons_(icons) {
+    setAccessibleName(title);
+    setToolTip(key.isEmpty() ? title : QStringLiteral("%1 (%2)").arg(title, key));
+    setFocusPolicy(Qt::NoFocus);
+    setAttribute(Qt::WA_Hover);
+}
+
+void IconButton::paintEvent(QPaintEvent*) {
+    const auto& tokens = theme_.tokens();
+    QPainter painter(this);
+    if (underMouse() && isEnabled()) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(isDown() ? tokens.pressed : tokens.hover);
+        painter.drawRoundedRect(rect(), 7, 7);
+    }
+    constexpr double disabledOpacity = 0.38;
+    const int side = theme_.px(18);
+    painter.setOpacity(isEnabled() ? 1 : disabledOpacity);
+    painter.drawPixmap((width() - side) / 2, (height() - side) / 2,
+                       icons_.line(icon_, side, tokens.text2, devicePixelRatioF()));
+}
+
+} // namespace fennik::ui

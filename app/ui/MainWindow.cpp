@@ -1,0 +1,94 @@
+#include "app/ui/MainWindow.h"
+
+#include "app/ui/PanelView.h"
+#include "app/ui/Text.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QSplitter>
+
+namespace fennik::ui {
+
+namespace {
+
+constexpr std::array sides{app::PanelSide::left, app::PanelSide::right};
+
+} // namespace
+
+MainWindow::MainWindow(app::AppModel& app, const Theme& theme, Icons& icons)
+    : app_(app), theme_(theme), keys_(app), splitter_(new QSplitter(Qt::Horizontal, this)) {
+    setObjectName(QStringLiteral("mainWindow"));
+    setMinimumSize(760, 480);
+    resize(1440, 900);
+    splitter_->setChildrenCollapsible(false);
+    splitter_->setHandleWidth(theme.px(8));
+    auto* layout = new QHBoxLayout(this);
+    const int margin = theme.px(8);
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->addWidget(splitter_);
+
+    for (const auto side : sides) {
+        auto* panel = new PanelView(app, side, theme, icons, splitter_);
+        views_[static_cast<std::size_t>(side)] = panel;
+        splitter_->addWidget(panel);
+        connect(&panel->table(), &PanelTable::focused, this, [this, side] { app_.activate(side); });
+        connect(&panel->table(), &PanelTable::keyPressed, this,
+                [this](QKeyEvent* event) { event->setAccepted(keys_.press(*event)); });
+        connect(panel, &PanelView::menuOpened, this, [this](bool isOpen) {
+            menuIsOpen_ = isOpen;
+            showFocus();
+        });
+        connect(&app_.panel(side), &app::PanelModel::changed, this, &MainWindow::setTitle);
+    }
+    splitter_->handle(1)->installEventFilter(this);
+    splitter_->handle(1)->setAccessibleName(QStringLiteral("Předěl mezi panely"));
+    connect(&app_, &app::AppModel::changed, this, [this](app::AppChanges changes) {
+        if (changes.testFlag(app::AppChange::activeSide))
+            takeActiveSide();
+    });
+    connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
+    takeActiveSide();
+}
+
+void MainWindow::takeActiveSide() {
+    view(app_.activeSide()).table().setFocus();
+    showFocus();
+    setTitle();
+}
+
+void MainWindow::showFocus() {
+    for (auto* panel : views_) {
+        const bool isActive = panel->side() == app_.activeSide();
+        const auto here = menuIsOpen_ ? FocusLook::near : FocusLook::keyboard;
+        panel->setFocusLook(isActive ? here : FocusLook::idle);
+    }
+}
+
+void MainWindow::setTitle() {
+    const auto folder = app_.activePanel().folder();
+    setWindowTitle(shownName(folder.lastComponent()) + QStringLiteral(" – Fennik"));
+}
+
+void MainWindow::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(rect(), theme_.tokens().window);
+}
+
+void MainWindow::showEvent(QShowEvent*) {
+    view(app_.activeSide()).table().setFocus();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::MouseButtonDblClick:
+        splitter_->setSizes({1, 1});
+        return true;
+    case QEvent::Paint: // the handle is a gap
+        return true;
+    default:
+        return QWidget::eventFilter(watched, event);
+    }
+}
+
+} // namespace fennik::ui

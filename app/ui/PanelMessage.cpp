@@ -1,0 +1,142 @@
+#include "app/ui/PanelMessage.h"
+
+#include "app/ui/KeyButton.h"
+#include "app/ui/KeyCaps.h"
+#include "app/ui/PlatformWords.h"
+#include "app/ui/Text.h"
+#include "core/base/CzechText.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace fennik::ui {
+
+namespace {
+
+using Failure = FolderOpener::Failure;
+
+} // namespace
+
+PanelMessage::PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& icons,
+                           QWidget* parent)
+    : QWidget(parent),
+      panel_(panel),
+      theme_(theme),
+      icons_(icons),
+      tile_(new QLabel(this)),
+      text_(new QLabel(this)),
+      hint_(new QLabel(this)),
+      retry_(new KeyButton(QStringLiteral("Zkusit znovu"), KeyCaps::enter, theme, this)),
+      leave_(new KeyButton(QStringLiteral("Zpět"), KeyCaps::escape, theme, this)),
+      upwards_(new KeyButton(QStringLiteral("O úroveň výš"), KeyCaps::backspace, theme, this)) {
+    setObjectName(QStringLiteral("panelMessage"));
+    tile_->setFixedSize(theme.px(60), theme.px(60));
+    tile_->setAlignment(Qt::AlignCenter);
+    text_->setObjectName(QStringLiteral("panelMessageText"));
+    text_->setAlignment(Qt::AlignCenter);
+    text_->setWordWrap(true);
+    text_->setTextFormat(Qt::PlainText);
+    text_->setMaximumWidth(theme.px(360));
+    hint_->setAlignment(Qt::AlignCenter);
+    hint_->setFont(theme.font(FontRole::detail));
+
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(theme.px(8));
+    buttons->addStretch();
+    for (auto* button : {retry_, leave_, upwards_})
+        buttons->addWidget(button);
+    buttons->addStretch();
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(theme.px(24), 0, theme.px(24), 0);
+    layout->addStretch(2);
+    layout->addWidget(tile_, 0, Qt::AlignHCenter);
+    layout->addSpacing(theme.px(12));
+    layout->addWidget(text_);
+    layout->setAlignment(text_, Qt::AlignHCenter);
+    layout->addWidget(hint_);
+    layout->addSpacing(theme.px(8));
+    layout->addLayout(buttons);
+    layout->addStretch(3);
+
+    connect(retry_, &QAbstractButton::clicked, &panel_, &app::PanelModel::refresh);
+    connect(leave_, &QAbstractButton::clicked, &panel_, &app::PanelModel::escape);
+    connect(upwards_, &QAbstractButton::clicked, &panel_, &app::PanelModel::goToParent);
+    takePanel();
+}
+
+PanelMessage::Content PanelMessage::content() const {
+    if (panel_.error())
+        return Content::failure;
+    const auto& items = panel_.items();
+    const bool onlyParent = items.size() == 1 && items.view(0).isParentLink;
+    return onlyParent ? Content::emptyFolder : Content::nothing;
+}
+
+void PanelMessage::takePanel() {
+    const auto what = content();
+    if (what == Content::failure)
+        showFailure(*panel_.error());
+    else if (what == Content::emptyFolder)
+        showEmptyFolder();
+    const bool isOwn = panel_.ownFolderFailed();
+    const bool isFailure = what == Content::failure;
+    retry_->setVisible(isFailure);
+    leave_->setVisible(isFailure && !isOwn);
+    upwards_->setVisible(isFailure && isOwn && !panel_.folder().isRoot());
+    hint_->setVisible(!hint_->text().isEmpty());
+    setVisible(what != Content::nothing);
+
+    auto colors = palette();
+    colors.setColor(QPalette::WindowText, theme_.tokens().text);
+    text_->setPalette(colors);
+    colors.setColor(QPalette::WindowText, theme_.tokens().text2);
+    hint_->setPalette(colors);
+    tile_->setPixmap(icons_.line(icon_, theme_.px(30), iconColor_, devicePixelRatioF()));
+    update();
+}
+
+void PanelMessage::showFailure(const Failure& failure) {
+    const auto& tokens = theme_.tokens();
+    switch (failure.kind) {
+    case Failure::Case::noPermission:
+        icon_ = QStringLiteral("folder-lock");
+        iconColor_ = tokens.warn;
+        break;
+    case Failure::Case::notFound:
+        icon_ = QStringLiteral("unplug");
+        iconColor_ = tokens.err;
+        break;
+    case Failure::Case::unreadable:
+        icon_ = QStringLiteral("circle-alert");
+        iconColor_ = tokens.err;
+        break;
+    }
+    text_->setText(PlatformWords::failureMessage(failure));
+    hint_->clear();
+}
+
+void PanelMessage::showEmptyFolder() {
+    icon_ = QStringLiteral("folder-open");
+    iconColor_ = theme_.tokens().text2;
+    text_->setText(QStringLiteral("Složka je prázdná"));
+    const auto hidden = static_cast<std::int64_t>(panel_.rawItems().size());
+    if (hidden == 0) {
+        hint_->clear();
+        return;
+    }
+    const auto noun = pluralForm(hidden, {"skrytý soubor", "skryté soubory", "skrytých souborů"});
+    hint_->setText(
+        QStringLiteral("%1 %2 ukáže %3").arg(hidden).arg(fromUtf8(noun), KeyCaps::toggleHidden));
+}
+
+void PanelMessage::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(theme_.tokens().hover);
+    painter.drawRoundedRect(tile_->geometry(), 12, 12);
+}
+
+} // namespace fennik::ui

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "app/model/AppModel.h"
+#include "app/ui/Icons.h"
+#include "app/ui/Theme.h"
+
+#include <QWidget>
+
+class QLabel;
+
+namespace fennik::ui {
+
+class KeyButton;
+
+/// What stands in a panel instead of rows: why its folder cannot be shown, or that it is empty. The
+/// keyboard stays with the table; the buttons say which of its keys help.
+class PanelMessage final : public QWidget {
+    Q_OBJECT
+
+public:
+    PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& icons, QWidget* parent);
+
+    enum class Content { nothing, failure, emptyFolder };
+    /// What the panel has to say now; `nothing` hides this widget.
+    Content content() const;
+    void takePanel();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void showFailure(const FolderOpener::Failure& failure);
+    void showEmptyFolder();
+
+    app::PanelModel& panel_;
+    const Theme& theme_;
+    Icons& icons_;
+    QLabel* tile_;
+    QLabel* text_;
+    QLabel* hint_;
+    KeyButton* retry_;
+    KeyButton* leave_;
+    KeyButton* upwards_;
+    QString icon_;
+    QColor iconColor_;
+};
+
+} // namespace fennik::ui

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "app/ui/Icons.h"
+#include "app/ui/PanelGeometry.h"
+#include "app/ui/PanelTableModel.h"
+#include "app/ui/Theme.h"
+
+#include <QTableView>
+
+namespace fennik::ui {
+
+class PanelHeader;
+
+/// Where the keyboard is, as the cursor of a panel shows it.
+enum class FocusLook {
+    keyboard, ///< in this panel: the cursor row is solid
+    near,     ///< on this side, but in a menu, a field or a dialog: tinted, with an outline
+    idle,     ///< in the other panel: an outline alone
+};
+
+/// The rows of a panel. The cursor is the current index; the panel model decides where it is, and
+/// the table draws it.
+class PanelTable final : public QTableView {
+    Q_OBJECT
+
+public:
+    PanelTable(app::PanelModel& panel, const Theme& theme, Icons& icons, QWidget* parent);
+
+    void setFocusLook(FocusLook look);
+    FocusLook focusLook() const { return look_; }
+    /// How many whole rows are in view.
+    int rowsPerPage() const;
+    /// The bottom edge of the last row, or of the view where the rows go on below it.
+    int rowsBottom() const;
+
+signals:
+    void focused();
+    /// A key that the table does not know itself.
+    void keyPressed(QKeyEvent* event);
+    void menuOpened(bool isOpen);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    bool focusNextPrevChild(bool) override { return false; }
+
+private:
+    void takeChanges(app::PanelChanges changes);
+    void takeTheme();
+    void showCursor();
+    void updateRow(int row);
+    QRect rowRect(int row) const;
+    /// The rows in view, the last excluded.
+    std::pair<int, int> rowsInView() const;
+    void wantLinkTargets();
+    void paintCursor(QPainter& painter) const;
+
+    app::PanelModel& panel_;
+    const Theme& theme_;
+    PanelGeometry geometry_;
+    PanelHeader* header_;
+    FocusLook look_ = FocusLook::idle;
+    int shownCursor_ = -1;
+};
+
+} // namespace fennik::ui

@@ -1,0 +1,157 @@
+#include "app/ui/PanelView.h"
+
+#include "app/ui/LoadingView.h"
+#include "app/ui/PanelHeader.h"
+#include "app/ui/PanelMessage.h"
+#include "app/ui/PathBar.h"
+#include "app/ui/PlatformWords.h"
+#include "app/ui/Text.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <chrono>
+
+namespace fennik::ui {
+
+namespace {
+
+constexpr int frameWidth = 2;
+constexpr double radius = 9;
+
+/// How long a load goes on before the stage is reached.
+std::chrono::milliseconds delayOf(LoadingStage stage) {
+    using namespace std::chrono_literals;
+    switch (stage) {
+    case LoadingStage::none:
+        return 0ms;
+    case LoadingStage::noticeable:
+        return 150ms;
+    case LoadingStage::rowless:
+        return 600ms;
+    case LoadingStage::noAnswer:
+        break;
+    }
+    return 5s;
+}
+
+LoadingStage next(LoadingStage stage) {
+    return static_cast<LoadingStage>(int(stage) + 1);
+}
+
+} // namespace
+
+PanelView::PanelView(app::AppModel& app, app::PanelSide side, const Theme& theme, Icons& icons,
+                     QWidget* parent)
+    : QWidget(parent),
+      panel_(app.panel(side)),
+      theme_(theme),
+      pathBar_(new PathBar(app, panel_, theme, icons, this)),
+      table_(new PanelTable(panel_, theme, icons, this)),
+      statusLine_(new StatusLine(panel_, theme, this)),
+      message_(new PanelMessage(panel_, theme, icons, this)),
+      stripe_(new LoadingStripe(theme, this)),
+      skeleton_(new LoadingSkeleton(theme, this)),
+      stageTimer_(new QTimer(this)) {
+    setObjectName(side == app::PanelSide::left ? QStringLiteral("leftPanel")
+                                               : QStringLiteral("rightPanel"));
+    setMinimumWidth(theme.px(300));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(frameWidth, frameWidth, frameWidth, frameWidth);
+    layout->setSpacing(1);
+    layout->addWidget(pathBar_);
+    layout->addWidget(table_, 1);
+    layout->addWidget(statusLine_);
+    stageTimer_->setSingleShot(true);
+
+    connect(stageTimer_, &QTimer::timeout, this, [this] { setLoadingStage(next(stage_)); });
+    connect(&panel_, &app::PanelModel::changed, this, &PanelView::takePanel);
+    connect(&theme_, &Theme::changed, message_, &PanelMessage::takePanel);
+    connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
+    connect(table_, &PanelTable::menuOpened, this, &PanelView::menuOpened);
+    connect(pathBar_, &PathBar::menuOpened, this, &PanelView::menuOpened);
+    nameTable();
+}
+
+void PanelView::setFocusLook(FocusLook look) {
+    look_ = look;
+    pathBar_->setActive(look != FocusLook::idle);
+    table_->setFocusLook(look);
+    update();
+}
+
+void PanelView::takePanel(app::PanelChanges changes) {
+    if (panel_.loading() != wasLoading_) {
+        wasLoading_ = panel_.loading();
+        setLoadingStage(LoadingStage::none);
+    }
+    if (changes & (app::PanelChange::items | app::PanelChange::state)) {
+        message_->takePanel();
+        placeOverlays();
+        nameTable();
+    }
+}
+
+void PanelView::setLoadingStage(LoadingStage stage) {
+    stage_ = stage;
+    stripe_->setVisible(stage != LoadingStage::none);
+    const bool hasNothing = panel_.items().empty() && !panel_.error();
+    skeleton_->setVisible(stage >= LoadingStage::rowless && hasNothing);
+    statusLine_->setLoadingStage(stage);
+    if (panel_.loading() && stage != LoadingStage::noAnswer)
+        stageTimer_->start(delayOf(next(stage)) - delayOf(stage));
+    else
+        stageTimer_->stop();
+}
+
+void PanelView::resizeEvent(QResizeEvent*) {
+    placeOverlays();
+}
+
+void PanelView::placeOverlays() {
+    const auto rows = table_->geometry();
+    const int header = table_->horizontalHeader()->height();
+    const bool isEmptyFolder = message_->content() == PanelMessage::Content::emptyFolder;
+    message_->setGeometry(rows.adjusted(0, isEmptyFolder ? table_->rowsBottom() : 0, 0, 0));
+    skeleton_->setGeometry(rows.adjusted(0, header, 0, 0));
+    stripe_->setGeometry(rows.left(), rows.top() - 2, rows.width(), 2);
+}
+
+void PanelView::nameTable() {
+    const auto side = panel_.side() == app::PanelSide::left ? QStringLiteral("Levý panel")
+                                                            : QStringLiteral("Pravý panel");
+    const auto folder = shownName(panel_.folder().lastComponent());
+    auto name = QStringLiteral("%1, %2").arg(side, folder);
+    // A panel without rows has a sentence to say instead of a count.
+    const auto& error = panel_.error();
+    if (!error)
+        name += QStringLiteral(", ") + itemCount(shownItemCount(panel_));
+    table_->setAccessibleName(name);
+    table_->setAccessibleDescription(error ? PlatformWords::failureMessage(*error) : QString());
+}
+
+void PanelView::paintEvent(QPaintEvent*) {
+    const auto& tokens = theme_.tokens();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF all(rect());
+    QPainterPath card;
+    card.addRoundedRect(all, radius, radius);
+    painter.setClipPath(card);
+    painter.fillRect(all, tokens.chrome);
+    const auto ground = look_ == FocusLook::idle ? tokens.panelInactive : tokens.panel;
+    painter.fillRect(QRectF(table_->geometry()), ground);
+    painter.fillRect(QRectF(0, table_->y() - 1, width(), 1), tokens.line);
+    painter.fillRect(QRectF(0, statusLine_->y() - 1, width(), 1), tokens.line);
+    painter.setClipping(false);
+
+    const double width = look_ == FocusLook::keyboard ? frameWidth : 1;
+    painter.setPen(QPen(look_ == FocusLook::idle ? tokens.line : tokens.accent, width));
+    painter.setBrush(Qt::NoBrush);
+    const double half = width / 2;
+    painter.drawRoundedRect(all.adjusted(half, half, -half, -half), radius - half, radius - half);
+}
+
+} // namespace fennik::ui

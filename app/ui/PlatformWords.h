@@ -1,0 +1,12 @@
+#pragma once
+
+#include "core/listing/FolderOpener.h"
+
+#include <QString>
+
+/// The few sentences that name parts of a Mac, as they are said at hand.
+namespace fennik::ui::PlatformWords {
+
+QString failureMessage(const FolderOpener::Failure& failure);
+
+} // namespace fennik::ui::PlatformWords

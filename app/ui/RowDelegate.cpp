@@ -1,0 +1,137 @@
+#include "app/ui/RowDelegate.h"
+
+#include "app/ui/PanelTable.h"
+#include "app/ui/Text.h"
+
+#include <QHeaderView>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace fennik::ui {
+
+struct RowDelegate::Cell {
+    FileItemView item;
+    const app::LinkTarget* link; ///< none for what is no link, or not yet known
+    QRectF text;                 ///< where the text stands
+    QRectF whole;
+    bool isSolid; ///< on the solid cursor
+};
+
+namespace {
+
+constexpr double hiddenIconOpacity = 0.55;
+
+/// Room that an extension may take of a name's before it is cut off with the rest.
+constexpr double extensionShare = 0.35;
+
+} // namespace
+
+RowDelegate::RowDelegate(PanelTable& table, const Theme& theme, Icons& icons)
+    : QAbstractItemDelegate(&table),
+      table_(table),
+      theme_(theme),
+      icons_(icons),
+      geometry_(theme) {}
+
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
+    return {0, geometry_.rowHeight()};
+}
+
+void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                        const QModelIndex& index) const {
+    const auto& panel = static_cast<const PanelTableModel*>(index.model())->panel();
+    const auto row = static_cast<std::size_t>(index.row());
+    const auto column = static_cast<PanelColumn>(index.column());
+    const QRectF whole(option.rect);
+    Cell cell{.item = panel.items().view(row),
+              .link = nullptr,
+              .text = geometry_.textRect(whole, column, *table_.horizontalHeader()),
+              .whole = whole,
+              .isSolid = row == panel.cursor() && table_.focusLook() == FocusLook::keyboard};
+    if (cell.item.isLink())
+        cell.link = panel.linkTarget(std::string(cell.item.name));
+    if (column == PanelColumn::name)
+        paintName(*painter, cell);
+    else
+        paintText(*painter, cell, column);
+}
+
+void RowDelegate::paintName(QPainter& painter, const Cell& cell) const {
+    const auto& tokens = theme_.tokens();
+    const auto& item = cell.item;
+    const int side = geometry_.icon();
+    auto badge = IconBadge::none;
+    if (item.isLink())
+        badge = cell.link != nullptr && cell.link->isBroken ? IconBadge::broken : IconBadge::link;
+    auto ground =
+        table_.focusLook() == FocusLook::idle ? IconGround::panelInactive : IconGround::panel;
+    if (cell.isSolid)
+        ground = IconGround::accent;
+    const auto icon =
+        icons_.file(lookOf(item), badge, ground, side, painter.device()->devicePixelRatioF());
+    painter.setOpacity(item.isHidden ? hiddenIconOpacity : 1);
+    painter.drawPixmap(QPointF(cell.whole.left() + geometry_.gutter(),
+                               cell.whole.top() + (cell.whole.height() - side) / 2),
+                       icon);
+    painter.setOpacity(1);
+
+    const auto font = theme_.font(FontRole::body, cell.isSolid ? QFont::Medium : QFont::Normal);
+    const QFontMetricsF metrics(font);
+    painter.setFont(font);
+    const auto shade = cell.isSolid ? tokens.onAccent2 : tokens.text3;
+    double left = cell.text.left();
+    const double right = cell.text.right();
+    const auto draw = [&](const QString& text, const QColor& color) {
+        painter.setPen(color);
+        painter.drawText(QRectF(left, cell.text.top(), right - left, cell.text.height()),
+                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
+        left += metrics.horizontalAdvance(text);
+    };
+
+    auto base = shownName(item.baseName());
+    auto extension = shownName(item.name.substr(item.baseName().size()));
+    const double room = right - left;
+    if (metrics.horizontalAdvance(extension) > room * extensionShare)
+        base += std::exchange(extension, QString());
+    const double baseRoom = room - metrics.horizontalAdvance(extension);
+    const auto nameColor = cell.isSolid    ? tokens.onAccent
+                           : item.isHidden ? tokens.text3
+                                           : tokens.text;
+    draw(metrics.elidedText(base, Qt::ElideRight, baseRoom), nameColor);
+    draw(extension, shade);
+
+    const double gap = theme_.px(10);
+    const double least = theme_.px(40);
+    if (cell.link == nullptr || right - left < gap + least)
+        return;
+    left += gap;
+    painter.setFont(theme_.font(FontRole::small));
+    const auto target = QStringLiteral("→ ") + shownName(cell.link->path);
+    draw(QFontMetricsF(painter.font()).elidedText(target, Qt::ElideMiddle, right - left), shade);
+}
+
+void RowDelegate::paintText(QPainter& painter, const Cell& cell, PanelColumn column) const {
+    painter.setPen(detailColor(cell, column));
+    const auto text = PanelTableModel::cellText(cell.item, column);
+    if (column == PanelColumn::permissions) {
+        painter.setFont(theme_.font(FontRole::fixed));
+        painter.drawText(cell.text, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, text);
+        return;
+    }
+    painter.setFont(theme_.font(FontRole::detail));
+    drawTabular(painter, cell.text, Qt::AlignRight, text);
+}
+
+QColor RowDelegate::detailColor(const Cell& cell, PanelColumn column) const {
+    const auto& tokens = theme_.tokens();
+    if (cell.isSolid)
+        return column == PanelColumn::permissions ? tokens.onAccent2 : tokens.onAccent;
+    if (column == PanelColumn::permissions)
+        return tokens.text3;
+    if (column == PanelColumn::size && cell.item.isFolderLike())
+        return tokens.control;
+    return tokens.text2;
+}
+
+} // namespace fennik::ui

@@ -1,0 +1,93 @@
+#include "app/ui/StatusLine.h"
+
+#include "app/ui/RunLabel.h"
+#include "app/ui/Text.h"
+#include "core/listing/Format.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+
+namespace fennik::ui {
+
+std::int64_t shownItemCount(const app::PanelModel& panel) {
+    const auto& items = panel.items();
+    const bool hasParent = !items.empty() && !items.folder().isRoot();
+    return static_cast<std::int64_t>(items.size()) - (hasParent ? 1 : 0);
+}
+
+StatusLine::StatusLine(app::PanelModel& panel, const Theme& theme, QWidget* parent)
+    : QWidget(parent),
+      panel_(panel),
+      theme_(theme),
+      summary_(new RunLabel(theme, Qt::AlignLeft, this)),
+      details_(new RunLabel(theme, Qt::AlignLeft, this)),
+      space_(new RunLabel(theme, Qt::AlignRight, this)) {
+    setObjectName(QStringLiteral("statusLine"));
+    setFixedHeight(theme.px(27));
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(theme.px(9), 0, theme.px(11), 0);
+    layout->setSpacing(theme.px(20));
+    layout->addWidget(summary_);
+    layout->addWidget(details_, 1);
+    layout->addWidget(space_);
+    connect(&panel_, &app::PanelModel::changed, this, &StatusLine::takePanel);
+    connect(&theme_, &Theme::changed, this, &StatusLine::takePanel);
+    takePanel();
+}
+
+void StatusLine::setLoadingStage(LoadingStage stage) {
+    stage_ = stage;
+    takePanel();
+}
+
+void StatusLine::takePanel() {
+    const auto& tokens = theme_.tokens();
+    summary_->setRuns({{summary(), tokens.text2}});
+    details_->setRuns({{details(), tokens.text2}});
+    const auto free = panel_.error() ? std::nullopt : panel_.freeSpace();
+    const auto amount = free ? fromUtf8(Format::bytes(*free)) : QStringLiteral("–");
+    space_->setRuns(
+        {{QStringLiteral("Volno "), tokens.text2}, {amount, tokens.text, QFont::Medium}});
+    update();
+}
+
+QString StatusLine::summary() const {
+    using Case = FolderOpener::Failure::Case;
+    if (stage_ == LoadingStage::noAnswer)
+        return QStringLiteral("Složka neodpovídá – Esc ji opustí");
+    if (stage_ != LoadingStage::none)
+        return QStringLiteral("Načítám…");
+    if (const auto& error = panel_.error())
+        return error->kind == Case::noPermission ? QStringLiteral("Bez přístupu")
+                                                 : QStringLiteral("Nedostupná");
+    if (panel_.items().empty())
+        return {};
+    return itemCount(shownItemCount(panel_));
+}
+
+QString StatusLine::details() const {
+    if (panel_.error() || stage_ != LoadingStage::none || panel_.cursor() >= panel_.items().size())
+        return {};
+    const auto item = panel_.items().view(panel_.cursor());
+    if (item.isParentLink)
+        return {};
+    QStringList parts;
+    if (const auto* target = panel_.linkTarget(std::string(item.name)))
+        parts << QStringLiteral("→ ") + shownName(target->path);
+    if (!item.isFolderLike())
+        parts << fromUtf8(Format::grouped(item.size)) + QStringLiteral(" B");
+    if (const auto date = czechDate(item.modified, DateDetail::seconds); !date.isEmpty())
+        parts << date;
+    return parts.join(QStringLiteral(" · "));
+}
+
+void StatusLine::paintEvent(QPaintEvent*) {
+    if (details_->text().isEmpty())
+        return;
+    QPainter painter(this);
+    const int x = details_->x() - theme_.px(10);
+    const int inset = theme_.px(7);
+    painter.fillRect(x, inset, 1, height() - 2 * inset, theme_.tokens().line);
+}
+
+} // namespace fennik::ui

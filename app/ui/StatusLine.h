@@ -1,0 +1,44 @@
+#pragma once
+
+#include "app/model/PanelModel.h"
+#include "app/ui/Theme.h"
+
+#include <QWidget>
+
+namespace fennik::ui {
+
+class RunLabel;
+
+/// What loading looks like after a while.
+enum class LoadingStage { none, noticeable, rowless, noAnswer };
+
+/// The line under the rows: how many items there are, the item under the cursor, and the free
+/// space.
+class StatusLine final : public QWidget {
+    Q_OBJECT
+
+public:
+    StatusLine(app::PanelModel& panel, const Theme& theme, QWidget* parent);
+
+    void setLoadingStage(LoadingStage stage);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void takePanel();
+    QString summary() const;
+    QString details() const;
+
+    app::PanelModel& panel_;
+    const Theme& theme_;
+    LoadingStage stage_ = LoadingStage::none;
+    RunLabel* summary_;
+    RunLabel* details_;
+    RunLabel* space_;
+};
+
+/// How many items the panel shows, ".." not counted.
+std::int64_t shownItemCount(const app::PanelModel& panel);
+
+} // namespace fennik::ui

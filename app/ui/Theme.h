@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QObject>
+
+class QPalette;
+
+namespace fennik::ui {
+
+enum class Appearance { light, dark };
+
+/// The colours of the interface by their names; no other colour appears in the code.
+struct Tokens {
+    QColor window, chrome, panel, panelInactive, field, raised, hover, pressed, line, control;
+    QColor text, text2, text3;
+    QColor accent, onAccent, onAccent2, accentText, accentSoft;
+    QColor warn, err;
+
+    static const Tokens& of(Appearance appearance);
+};
+
+enum class FontRole {
+    body,   ///< row names, buttons
+    detail, ///< sizes, dates, status
+    small,  ///< column headers, key legends
+    fixed,  ///< rights
+};
+
+/// Colours, fonts and measures of the whole interface. One per application, on the main thread.
+class Theme final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Takes its scale from the font of the application: 13 px are 1.0.
+    explicit Theme(Appearance appearance);
+
+    Appearance appearance() const { return appearance_; }
+    void setAppearance(Appearance appearance);
+    const Tokens& tokens() const { return Tokens::of(appearance_); }
+
+    QFont font(FontRole role, QFont::Weight weight = QFont::Normal) const;
+    /// A measure given for the default text size, in device-independent pixels of this one.
+    int px(double measure) const { return qRound(measure * scale_); }
+    /// For menus and scroll bars; everything else paints itself.
+    QString styleSheet() const;
+    /// Whether nothing may move on its own.
+    bool reducedMotion() const;
+
+signals:
+    /// The colours are others now.
+    void changed();
+
+private:
+    void apply() const;
+
+    Appearance appearance_;
+    double scale_;
+    QString family_;
+    QString fixedFamily_;
+};
+
+/// What the system's own colours look like, read before a `Theme` replaces them.
+Appearance appearanceOf(const QPalette& systemPalette);
+
+} // namespace fennik::ui
