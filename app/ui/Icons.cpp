@@ -35,7 +35,7 @@ constexpr const char* arrowColor = "#58534B";
 constexpr const char* badgeColor = "#1E1C19";
 constexpr const char* brokenColor = "#B02A20";
 constexpr const char* whiteDetail = "#FFFFFF";
-constexpr double darkThemeTint = 1.4;
+constexpr double darkThemeTint = 1.12;
 
 /// Recolours every colour literal that `paint` gives another colour.
 template <class Paint>

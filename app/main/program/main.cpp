@@ -32,6 +32,12 @@ std::optional<std::string> displayFault() {
     return "K displeji se nejde připojit. Obrázek okna nakreslí --screenshot.";
 }
 
+/// The toolkit's own remarks say nothing to the user; what ends the program does.
+void passToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::cerr << message.toStdString() << '\n';
+}
+
 int runWindow(const Options& options) {
     app::Session session(options);
     int code = 0;
@@ -70,6 +76,7 @@ int main(int argumentCount, char** arguments) {
         std::cerr << *fault << '\n';
         return exitFailure;
     }
+    qInstallMessageHandler(passToolkitMessage);
     QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication::setApplicationName(QStringLiteral("Fennik"));
     QApplication::setDesktopFileName(QStringLiteral("fennik"));
