@@ -13,6 +13,7 @@ public:
     enum class Call { status, readFolder, enumerateFolder, freeSpace };
 
     void fail(Call call, int errorCode) { errors_[call] = errorCode; }
+    void heal() { errors_.clear(); }
 
     Result<FileStatus> status(const std::string& path, FollowLinks follow) const override;
     Result<std::string> linkTarget(const std::string& path) const override;

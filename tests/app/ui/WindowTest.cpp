@@ -1,0 +1,182 @@
+#include "app/ui/MainWindow.h"
+#include "app/ui/PanelMessage.h"
+#include "app/ui/PanelTable.h"
+#include "app/ui/PanelView.h"
+#include "app/ui/RunLabel.h"
+#include "tests/support/PanelFixture.h"
+
+#include <QAccessible>
+#include <QHeaderView>
+#include <QTest>
+
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/stat.h>
+
+namespace fennik::test {
+
+namespace {
+
+using app::PanelSide;
+using testing::ElementsAre;
+
+class WindowTest : public PanelFixture {
+protected:
+    WindowTest() {
+        temp.folder("left/Faktury");
+        temp.file("left/Smlouva.pdf", std::string(1'124'803, 'x'));
+        const timespec times[2] = {{0, 0}, {1'795'184'760, 0}}; // 2026-11-20 15:26 in Prague
+        utimensat(AT_FDCWD, temp.path("left/Smlouva.pdf").c_str(), times, 0);
+        temp.folder("right");
+    }
+
+    void start() {
+        window.show();
+        app.start();
+        settle();
+        QApplication::processEvents();
+    }
+    ui::PanelTable& table(PanelSide side) { return window.view(side).table(); }
+    QString statusText(PanelSide side) {
+        QStringList parts;
+        for (const auto* label : window.view(side).findChildren<ui::RunLabel*>())
+            parts << label->text();
+        return parts.join(QLatin1Char('|'));
+    }
+    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key(key), modifiers);
+        settle();
+    }
+    QColor pixel(PanelSide side, int row, int x) {
+        auto& shown = table(side);
+        const auto image = shown.viewport()->grab().toImage();
+        return image.pixelColor(x, shown.rowViewportPosition(row) + 12);
+    }
+
+    ui::Theme theme{ui::Appearance::light};
+    ui::Icons icons{theme};
+    app::AppModel app{services(), FileUrl("/home/jana"), temp.path("left"), temp.path("right")};
+    ui::MainWindow window{app, theme, icons};
+};
+
+} // namespace
+
+TEST_F(WindowTest, theCursorLooksLikeWhereTheKeyboardIs) {
+    start();
+    const auto& tokens = theme.tokens();
+    EXPECT_EQ(pixel(PanelSide::left, 0, 300), tokens.accent);
+    EXPECT_EQ(pixel(PanelSide::right, 0, 300), tokens.panelInactive);
+    press(Qt::Key_Down);
+    EXPECT_EQ(pixel(PanelSide::left, 0, 300), tokens.panel);
+    EXPECT_EQ(pixel(PanelSide::left, 1, 300), tokens.accent);
+    press(Qt::Key_Tab);
+    EXPECT_EQ(app.activeSide(), PanelSide::right);
+    EXPECT_EQ(QApplication::focusWidget(), &table(PanelSide::right));
+    EXPECT_EQ(pixel(PanelSide::right, 0, 300), tokens.accent);
+    EXPECT_EQ(pixel(PanelSide::left, 1, 300), tokens.panelInactive);
+
+    window.view(PanelSide::right).setFocusLook(ui::FocusLook::near);
+    EXPECT_EQ(pixel(PanelSide::right, 0, 300), tokens.accentSoft);
+}
+
+TEST_F(WindowTest, everyKeyOfThePanelsWorks) {
+    start();
+    press(Qt::Key_End);
+    EXPECT_EQ(app.activePanel().cursor(), 2U);
+    press(Qt::Key_Home);
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(app.activePanel().cursor(), 2U);
+    press(Qt::Key_1, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_FALSE(app.activePanel().tab().sort.ascending);
+    press(Qt::Key_3, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_EQ(app.activePanel().tab().sort.key, SortKey::size);
+    press(Qt::Key_Home);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(window.windowTitle(), "Faktury – Fennik");
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(window.windowTitle(), "left – Fennik");
+    EXPECT_EQ(app.activePanel().cursor(), 1U);
+}
+
+TEST_F(WindowTest, theStatusLineDescribesTheItemUnderTheCursor) {
+    start();
+    press(Qt::Key_End);
+    EXPECT_TRUE(statusText(PanelSide::left)
+                    .startsWith("2 položky|1\u202F124\u202F803 B · 20. 11. 2026 15:26:00|Volno "));
+    EXPECT_TRUE(statusText(PanelSide::right).startsWith("0 položek||"));
+}
+
+TEST_F(WindowTest, columnsGiveWayToTheName) {
+    start();
+    const auto shown = [this](int width) {
+        auto& header = *table(PanelSide::left).horizontalHeader();
+        ui::PanelGeometry(theme).layOut(header, width);
+        int total = 0;
+        for (int section = 0; section < header.count(); ++section)
+            total += header.sectionSize(section);
+        EXPECT_TRUE(total == width || header.sectionSize(0) == 160) << width;
+        return header.count() - header.hiddenSectionCount();
+    };
+    EXPECT_EQ(shown(700), 4);
+    EXPECT_EQ(shown(559), 3);
+    EXPECT_EQ(shown(419), 2);
+    EXPECT_EQ(shown(200), 2);
+}
+
+TEST_F(WindowTest, screenReadersHearPanelAndRow) {
+    start();
+    EXPECT_EQ(table(PanelSide::left).accessibleName(), "Levý panel, left, 2 položky");
+    EXPECT_EQ(table(PanelSide::right).accessibleName(), "Pravý panel, right, 0 položek");
+    auto* rows = QAccessible::queryAccessibleInterface(&table(PanelSide::left));
+    ASSERT_NE(rows->tableInterface(), nullptr);
+    EXPECT_EQ(rows->tableInterface()->cellAt(2, 0)->text(QAccessible::Name),
+              "Smlouva.pdf, dokument PDF, 1,12\u00A0MB, změněno 20. 11. 2026 15:26");
+    EXPECT_EQ(rows->tableInterface()->cellAt(0, 0)->text(QAccessible::Name), "nadřazená složka");
+}
+
+TEST_F(WindowTest, anErrorStandsInPlaceOfTheRowsAndKeysStillWork) {
+    start();
+    press(Qt::Key_Tab);
+    std::filesystem::remove(temp.path("right"));
+    press(Qt::Key_R, Qt::ControlModifier);
+    auto* message = window.findChild<ui::PanelView*>("rightPanel")
+                        ->findChild<ui::PanelMessage*>("panelMessage");
+    EXPECT_TRUE(message->isVisible());
+    EXPECT_EQ(message->findChild<QLabel*>("panelMessageText")->text().toStdString(),
+              app.panel(PanelSide::right).error()->message());
+    EXPECT_TRUE(statusText(PanelSide::right).startsWith("Nedostupná"));
+    EXPECT_EQ(QApplication::focusWidget(), &table(PanelSide::right));
+    press(Qt::Key_Backspace);
+    EXPECT_FALSE(message->isVisible());
+    EXPECT_EQ(window.windowTitle().toStdString(),
+              std::string(temp.url().lastComponent()) + " – Fennik");
+}
+
+TEST_F(WindowTest, loadingIsShownOnlyWhenItTakesAWhile) {
+    window.show();
+    app.start();
+    auto* view = &window.view(PanelSide::left);
+    auto* stripe = view->findChild<QWidget*>("loadingStripe");
+    auto* skeleton = view->findChild<QWidget*>("loadingSkeleton");
+    QApplication::processEvents();
+    EXPECT_FALSE(stripe->isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return stripe->isVisible(); }, 5000));
+    EXPECT_FALSE(skeleton->isVisible());
+    EXPECT_TRUE(statusText(PanelSide::left).startsWith("Načítám…"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return skeleton->isVisible(); }, 5000));
+    settle();
+    EXPECT_FALSE(stripe->isVisible());
+    EXPECT_FALSE(skeleton->isVisible());
+    EXPECT_TRUE(statusText(PanelSide::left).startsWith("2 položky"));
+}
+
+TEST_F(WindowTest, aChangeOfThemeReachesEverything) {
+    start();
+    theme.setAppearance(ui::Appearance::dark);
+    EXPECT_EQ(pixel(PanelSide::left, 1, 300), ui::Tokens::of(ui::Appearance::dark).panel);
+    const auto image = window.grab().toImage();
+    EXPECT_EQ(image.pixelColor(2, 2), ui::Tokens::of(ui::Appearance::dark).window);
+}
+
+} // namespace fennik::test
