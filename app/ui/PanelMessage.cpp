@@ -54,7 +54,6 @@ PanelMessage::PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& ic
     layout->addWidget(tile_, 0, Qt::AlignHCenter);
     layout->addSpacing(theme.px(12));
     layout->addWidget(text_);
-    layout->setAlignment(text_, Qt::AlignHCenter);
     layout->addWidget(hint_);
     layout->addSpacing(theme.px(8));
     layout->addLayout(buttons);
@@ -97,6 +96,11 @@ void PanelMessage::takePanel() {
     update();
 }
 
+void PanelMessage::setGround(const QColor& rows) {
+    ground_ = rows;
+    update();
+}
+
 void PanelMessage::showFailure(const Failure& failure) {
     const auto& tokens = theme_.tokens();
     switch (failure.kind) {
@@ -133,6 +137,9 @@ void PanelMessage::showEmptyFolder() {
 
 void PanelMessage::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    // A failure stands in place of the whole table, its header included.
+    if (content() == Content::failure)
+        painter.fillRect(rect(), ground_);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme_.tokens().hover);

@@ -24,6 +24,8 @@ public:
     /// What the panel has to say now; `nothing` hides this widget.
     Content content() const;
     void takePanel();
+    /// The colour of the rows that it stands in for.
+    void setGround(const QColor& rows);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -43,6 +45,7 @@ private:
     KeyButton* upwards_;
     QString icon_;
     QColor iconColor_;
+    QColor ground_;
 };
 
 } // namespace fennik::ui

@@ -68,8 +68,10 @@ PanelView::PanelView(app::AppModel& app, app::PanelSide side, const Theme& theme
 
     connect(stageTimer_, &QTimer::timeout, this, [this] { setLoadingStage(next(stage_)); });
     connect(&panel_, &app::PanelModel::changed, this, &PanelView::takePanel);
-    connect(&theme_, &Theme::changed, message_, &PanelMessage::takePanel);
-    connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
+    connect(&theme_, &Theme::changed, this, [this] {
+        message_->takePanel();
+        setFocusLook(look_);
+    });
     connect(table_, &PanelTable::menuOpened, this, &PanelView::menuOpened);
     connect(pathBar_, &PathBar::menuOpened, this, &PanelView::menuOpened);
     nameTable();
@@ -79,7 +81,12 @@ void PanelView::setFocusLook(FocusLook look) {
     look_ = look;
     pathBar_->setActive(look != FocusLook::idle);
     table_->setFocusLook(look);
+    message_->setGround(rowGround());
     update();
+}
+
+QColor PanelView::rowGround() const {
+    return look_ == FocusLook::idle ? theme_.tokens().panelInactive : theme_.tokens().panel;
 }
 
 void PanelView::takePanel(app::PanelChanges changes) {
@@ -141,8 +148,7 @@ void PanelView::paintEvent(QPaintEvent*) {
     card.addRoundedRect(all, radius, radius);
     painter.setClipPath(card);
     painter.fillRect(all, tokens.chrome);
-    const auto ground = look_ == FocusLook::idle ? tokens.panelInactive : tokens.panel;
-    painter.fillRect(QRectF(table_->geometry()), ground);
+    painter.fillRect(QRectF(table_->geometry()), rowGround());
     painter.fillRect(QRectF(0, table_->y() - 1, width(), 1), tokens.line);
     painter.fillRect(QRectF(0, statusLine_->y() - 1, width(), 1), tokens.line);
     painter.setClipping(false);

@@ -43,6 +43,7 @@ private:
     void setLoadingStage(LoadingStage stage);
     void placeOverlays();
     void nameTable();
+    QColor rowGround() const;
 
     app::PanelModel& panel_;
     const Theme& theme_;

@@ -9,15 +9,16 @@ namespace fennik {
 namespace {
 
 char32_t visible(char32_t scalar) {
-    if (scalar < 0x20)
-        return U'\u2400' + scalar;
-    if (scalar == 0x7F)
-        return U'\u2421';
-    const bool isC1Control = scalar >= 0x80 && scalar < 0xA0;
+    // Fonts for these two are everywhere, unlike for the pictures of control characters.
+    if (scalar == U'\n')
+        return U'↵';
+    if (scalar == U'\t')
+        return U'⇥';
+    const bool isControl = scalar < 0x20 || (scalar >= 0x7F && scalar < 0xA0);
     const bool isLineBreak = scalar == 0x2028 || scalar == 0x2029;
     const bool turnsDirection =
         (scalar >= 0x202A && scalar <= 0x202E) || (scalar >= 0x2066 && scalar <= 0x2069);
-    return isC1Control || isLineBreak || turnsDirection ? Utf8::replacement : scalar;
+    return isControl || isLineBreak || turnsDirection ? Utf8::replacement : scalar;
 }
 
 } // namespace

@@ -51,7 +51,7 @@ TEST(Utf8Test, everyInvalidByteIsOneReplacement) {
 }
 
 TEST(DisplayTextTest, showsWhatCannotBeSeen) {
-    EXPECT_EQ(displayText("a\nb\x7F\xFF"), "a␊b␡\uFFFD");
+    EXPECT_EQ(displayText("a\nb\tc\x7F\xFF"), "a↵b⇥c\uFFFD\uFFFD");
     EXPECT_EQ(displayText("žluťoučký kůň"), "žluťoučký kůň");
     // An override would show this name as "obrazgpj.exe" turned round.
     EXPECT_EQ(displayText("obraz\u202Eexe.jpg"), "obraz\uFFFDexe.jpg");
@@ -59,7 +59,7 @@ TEST(DisplayTextTest, showsWhatCannotBeSeen) {
 }
 
 TEST(CzechTextTest, quotesAndCounts) {
-    EXPECT_EQ(quoted("x\ny"), "„x␊y“");
+    EXPECT_EQ(quoted("x\ny"), "„x↵y“");
     constexpr PluralForms items{"položka", "položky", "položek"};
     EXPECT_EQ(pluralForm(0, items), "položek");
     EXPECT_EQ(pluralForm(1, items), "položka");

@@ -124,7 +124,7 @@ TEST_F(FolderOpenerTest, messagesAreWholeSentences) {
         "macOS nedovolil Fenniku otevřít „Pošta“. Povolte mu Plný přístup k disku a zkuste to "
         "znovu.");
     EXPECT_EQ(Failure::notFound(FileUrl("/a\nb\xFF")).message(),
-              "Složka „a␊b\uFFFD“ teď není dostupná – neexistuje, nebo je na odpojeném disku či "
+              "Složka „a↵b\uFFFD“ teď není dostupná – neexistuje, nebo je na odpojeném disku či "
               "síti.");
     EXPECT_EQ(Failure::of({EIO}, FileUrl()).message(),
               std::string("Složku „/“ nejde přečíst: ") + std::strerror(EIO));
