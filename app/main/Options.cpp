@@ -29,8 +29,10 @@ bool readSize(std::string_view text, Options& options) {
     if (times == std::string_view::npos)
         return false;
     const auto read = [](std::string_view digits, int& number) {
-        const auto* end = digits.data() + digits.size();
-        const auto result = std::from_chars(digits.data(), end, number);
+        // The end of the digits is given beside their beginning.
+        const auto* begin = digits.data(); // NOLINT(bugprone-suspicious-stringview-data-usage)
+        const auto* end = begin + digits.size();
+        const auto result = std::from_chars(begin, end, number);
         return result.ec == std::errc() && result.ptr == end && number > 0 && number <= most;
     };
     return read(text.substr(0, times), options.width) &&

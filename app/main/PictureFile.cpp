@@ -31,7 +31,7 @@ bool mayBeReplaced(const std::string& path) {
         return false;
     if (info.st_size == 0)
         return true;
-    QImageReader reader(QString::fromLocal8Bit(path.c_str()), "png");
+    const QImageReader reader(QString::fromLocal8Bit(path.c_str()), "png");
     return reader.text(signatureKey) == signature;
 }
 

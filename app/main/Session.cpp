@@ -23,8 +23,8 @@ constexpr auto workerPatience = std::chrono::milliseconds(500);
 /// Attempts on one remote volume wait for each other when it does not answer. Local folders do not:
 /// a link in one of them may lead to a dead volume, and must not hold up its neighbours.
 std::string laneOf(const std::string& path) {
-    auto volume = Volumes::containing(path, Volumes::mounted());
-    return volume.isRemote ? std::move(volume.mountPoint) : path;
+    const auto volume = Volumes::containing(path, Volumes::mounted());
+    return volume.isRemote ? volume.mountPoint : path;
 }
 
 PanelServices services(DiskExecutor& disk, Executor& main, bool verbose) {
@@ -35,7 +35,7 @@ PanelServices services(DiskExecutor& disk, Executor& main, bool verbose) {
             .log =
                 [verbose](const std::string& line) {
                     if (verbose)
-                        std::cerr << line << std::endl;
+                        std::cerr << line + '\n';
                 }};
 }
 

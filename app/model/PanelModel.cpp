@@ -262,7 +262,10 @@ void PanelModel::rebuildFromRaw() {
 
 const LinkTarget* PanelModel::linkTarget(const std::string& name) const {
     const auto found = links_.find(name);
-    return found == links_.end() || !found->second.target ? nullptr : &*found->second.target;
+    if (found == links_.end())
+        return nullptr;
+    const auto& target = found->second.target;
+    return target ? &*target : nullptr;
 }
 
 void PanelModel::wantLinkTargets(std::size_t firstRow, std::size_t lastRow) {

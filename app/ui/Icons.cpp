@@ -7,7 +7,9 @@
 
 #include <algorithm>
 
-/// The icons are compiled into a static library, which the linker would leave out otherwise.
+/// The icons are compiled into a static library, which the linker would leave out otherwise. The
+/// macro has to stand outside every namespace.
+// NOLINTNEXTLINE(misc-use-anonymous-namespace)
 static void keepIconResources() {
     Q_INIT_RESOURCE(icons);
 }
@@ -41,7 +43,7 @@ constexpr double darkThemeTint = 1.12;
 template <class Paint>
 QByteArray recoloured(const QByteArray& svg, Paint paint) {
     static const QRegularExpression literal(QStringLiteral("#[0-9A-F]{6}"));
-    QString text = QString::fromUtf8(svg);
+    const auto text = QString::fromUtf8(svg);
     QString result;
     qsizetype copied = 0;
     for (auto found = literal.globalMatch(text); found.hasNext();) {

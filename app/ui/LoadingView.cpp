@@ -24,7 +24,7 @@ LoadingStripe::LoadingStripe(const Theme& theme, QWidget* parent) : QWidget(pare
 
 void LoadingStripe::showEvent(QShowEvent*) {
     step_ = 0;
-    if (!theme_.reducedMotion())
+    if (!Theme::reducedMotion())
         timer_.start(millisecondsPerStep, this);
 }
 
@@ -40,7 +40,7 @@ void LoadingStripe::timerEvent(QTimerEvent*) {
 void LoadingStripe::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const auto& accent = theme_.tokens().accent;
-    if (theme_.reducedMotion()) {
+    if (Theme::reducedMotion()) {
         painter.setPen(QPen(accent, height(), Qt::DashLine, Qt::FlatCap));
         painter.drawLine(0, height() / 2, width(), height() / 2);
         return;

@@ -75,8 +75,8 @@ PanelMessage::Content PanelMessage::content() const {
 
 void PanelMessage::takePanel() {
     const auto what = content();
-    if (what == Content::failure)
-        showFailure(*panel_.error());
+    if (const auto& error = panel_.error())
+        showFailure(*error);
     else if (what == Content::emptyFolder)
         showEmptyFolder();
     const bool isOwn = panel_.ownFolderFailed();

@@ -90,7 +90,7 @@ QString PanelTableModel::cellText(const FileItemView& item, PanelColumn column) 
     return fromUtf8(Format::permissions(item));
 }
 
-QString PanelTableModel::rowText(const FileItemView& item) const {
+QString PanelTableModel::rowText(const FileItemView& item) {
     if (item.isParentLink)
         return kindText(item);
     QStringList parts{shownName(item.name), kindText(item)};

@@ -30,7 +30,7 @@ public:
     /// What stands in a cell; a name without its link's target.
     static QString cellText(const FileItemView& item, PanelColumn column);
     /// The whole row for a screen reader.
-    QString rowText(const FileItemView& item) const;
+    static QString rowText(const FileItemView& item);
 
 private:
     void takeChanges(app::PanelChanges changes);

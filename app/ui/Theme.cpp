@@ -127,7 +127,7 @@ QFont Theme::font(FontRole role, QFont::Weight weight) const {
     return font;
 }
 
-bool Theme::reducedMotion() const {
+bool Theme::reducedMotion() {
     return QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) == 0;
 }
 

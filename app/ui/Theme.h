@@ -45,7 +45,7 @@ public:
     /// For menus and scroll bars; everything else paints itself.
     QString styleSheet() const;
     /// Whether nothing may move on its own.
-    bool reducedMotion() const;
+    static bool reducedMotion();
 
 signals:
     /// The colours are others now.

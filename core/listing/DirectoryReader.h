@@ -26,7 +26,7 @@ using Consumer = std::function<void(const Entry&)>;
 /// Hands every entry but "." and ".." to `consume`, on this thread, in the order of the system. A
 /// volume that cannot be read in bulk is read through the portable folder stream. On failure
 /// `consume` was never called.
-std::expected<void, PosixError> read(const FileSystem& files, const FileUrl& folder,
-                                     const Consumer& consume);
+[[nodiscard]] std::expected<void, PosixError> read(const FileSystem& files, const FileUrl& folder,
+                                                   const Consumer& consume);
 
 } // namespace fennik::DirectoryReader

@@ -46,7 +46,7 @@ enum class ShowHidden { no, yes };
 /// Lists the folder at `url`, or the folder of the file at `url` with the file selected. Links and
 /// alias files are followed for `url` itself; for its entries one question to the disk is asked per
 /// link. Never throws.
-std::expected<Listing, Failure> open(const FileSystem& files, const FileUrl& url,
-                                     ShowHidden showHidden);
+[[nodiscard]] std::expected<Listing, Failure> open(const FileSystem& files, const FileUrl& url,
+                                                   ShowHidden showHidden);
 
 } // namespace fennik::FolderOpener

@@ -48,22 +48,23 @@ public:
 
     virtual ~FileSystem() = default;
 
-    virtual Result<FileStatus> status(const std::string& path, FollowLinks follow) const = 0;
+    [[nodiscard]] virtual Result<FileStatus> status(const std::string& path,
+                                                    FollowLinks follow) const = 0;
     /// The target as it is written in the link.
-    virtual Result<std::string> linkTarget(const std::string& path) const = 0;
+    [[nodiscard]] virtual Result<std::string> linkTarget(const std::string& path) const = 0;
     /// Bytes that an ordinary user may still write to the volume of `path`.
-    virtual Result<std::int64_t> freeSpace(const std::string& path) const = 0;
+    [[nodiscard]] virtual Result<std::int64_t> freeSpace(const std::string& path) const = 0;
 
     /// All entries but "." and "..", in the order of the system, read in bulk. The consumer is
     /// called on this thread, and only once everything was read: on failure it has seen nothing.
     /// Entries that vanish meanwhile or cannot be examined are left out, but where the folder's
     /// own rights forbid examining, name and type are still given. ENOTSUP or EINVAL: this system
     /// or volume has no bulk reading.
-    virtual Result<void> readFolder(const std::string& path,
-                                    const FolderEntryConsumer& consume) const = 0;
+    [[nodiscard]] virtual Result<void> readFolder(const std::string& path,
+                                                  const FolderEntryConsumer& consume) const = 0;
     /// The same entries through the portable folder stream.
-    virtual Result<void> enumerateFolder(const std::string& path,
-                                         const FolderEntryConsumer& consume) const = 0;
+    [[nodiscard]] virtual Result<void>
+    enumerateFolder(const std::string& path, const FolderEntryConsumer& consume) const = 0;
 };
 
 /// The real one. Lives as long as the process.

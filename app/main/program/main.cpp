@@ -81,7 +81,7 @@ int main(int argumentCount, char** arguments) {
     QApplication::setApplicationName(QStringLiteral("Fennik"));
     QApplication::setDesktopFileName(QStringLiteral("fennik"));
     int toolkitArguments = 1; // the rest are ours
-    QApplication application(toolkitArguments, arguments);
+    const QApplication application(toolkitArguments, arguments);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/fennik.svg")));
     return runWindow(*options);
 }

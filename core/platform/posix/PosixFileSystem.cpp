@@ -132,7 +132,8 @@ PosixFileSystem::enumerateFolder(const std::string& path,
     std::vector<FoundEntry> entries;
     for (;;) {
         errno = 0;
-        const auto* entry = readdir(folder.get());
+        // Each stream has one reader, for which readdir is safe.
+        const auto* entry = readdir(folder.get()); // NOLINT(concurrency-mt-unsafe)
         if (entry == nullptr && errno != 0)
             return lastError();
         if (entry == nullptr)

@@ -18,7 +18,6 @@ namespace fennik::test {
 namespace {
 
 using app::PanelSide;
-using testing::ElementsAre;
 
 class WindowTest : public PanelFixture {
 protected:

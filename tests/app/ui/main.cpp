@@ -6,7 +6,7 @@ int main(int argumentCount, char** arguments) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("TZ", "Europe/Prague");
     QApplication::setStyle(QStringLiteral("Fusion"));
-    QApplication application(argumentCount, arguments);
+    const QApplication application(argumentCount, arguments);
     testing::InitGoogleTest(&argumentCount, arguments);
     return RUN_ALL_TESTS();
 }

@@ -55,7 +55,6 @@ TEST(NameKeyTest, numbersCompareByValue) {
 }
 
 TEST(NameKeyTest, byteFormHoldsTheOrderOfAllScalars) {
-    std::string previous;
     std::vector<std::pair<std::uint32_t, std::string>> keys;
     for (char32_t scalar = 0; scalar <= 0x10FFFF; ++scalar) {
         if ((scalar >= 0xD800 && scalar <= 0xDFFF) || (scalar >= U'0' && scalar <= U'9'))
