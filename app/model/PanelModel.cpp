@@ -55,7 +55,10 @@ struct PanelModel::Loaded {
 };
 
 PanelModel::PanelModel(PanelSide side, PanelServices services, std::string path)
-    : side_(side), services_(std::move(services)), tabs_(1) {
+    : side_(side),
+      services_(std::move(services)),
+      tabs_(1),
+      links_(services_, [this] { emit changed(PanelChange::linkTargets); }) {
     activeTabState().path = std::move(path);
 }
 
@@ -194,11 +197,9 @@ PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
         history_.record(current.id, request.step, current.path);
         current.path = listing.directory.path();
         current.cursorName.reset();
-        links_.clear();
+        links_.forget();
     }
-    // The targets known so far are shown until they have been read again.
-    for (auto& [_, link] : links_)
-        link.asked = false;
+    links_.askAgain();
     error_.reset();
     freeSpace_ = loaded.freeSpace;
     volumeRoot_ = std::move(loaded.volumeRoot);
@@ -258,51 +259,6 @@ void PanelModel::rebuildFromRaw() {
     const auto row = CursorPlacement::afterReload(items_, cursor_, items);
     rebuildItems(std::move(items));
     emit changed(PanelChange::items | PanelChange::tabs | placeCursor(row));
-}
-
-const LinkTarget* PanelModel::linkTarget(const std::string& name) const {
-    const auto found = links_.find(name);
-    if (found == links_.end())
-        return nullptr;
-    const auto& target = found->second.target;
-    return target ? &*target : nullptr;
-}
-
-void PanelModel::wantLinkTargets(std::size_t firstRow, std::size_t lastRow) {
-    std::vector<std::string> names;
-    for (auto row = firstRow; row < std::min(lastRow, items_.size()); ++row) {
-        const auto item = items_.view(row);
-        if (item.kind != FileKind::symlink)
-            continue;
-        std::string name(item.name);
-        if (!std::exchange(links_[name].asked, true))
-            names.push_back(std::move(name));
-    }
-    if (names.empty())
-        return;
-    auto path = tab().path;
-    auto work = [&files = services_.files, folder = folder(), names = std::move(names)] {
-        NamedTargets targets;
-        for (const auto& name : names) {
-            const auto url = folder.appending(name);
-            LinkTarget target{.path = files.linkTarget(url.path()).value_or(""),
-                              .isBroken = !files.status(url.path(), FollowLinks::yes)};
-            targets.emplace_back(name, std::move(target));
-        }
-        return targets;
-    };
-    ++linkQuestions_;
-    runThen(services_.disk, services_.main, path, life_, std::move(work),
-            [this, path](NamedTargets targets) { takeLinkTargets(path, std::move(targets)); });
-}
-
-void PanelModel::takeLinkTargets(const std::string& path, NamedTargets targets) {
-    --linkQuestions_;
-    if (path == tab().path) {
-        for (auto& [name, target] : targets)
-            links_[name].target = std::move(target);
-    }
-    emit changed(PanelChange::linkTargets);
 }
 
 } // namespace fennik::app

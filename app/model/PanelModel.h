@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/model/LinkTargets.h"
 #include "app/model/PanelHistory.h"
 #include "app/model/PanelServices.h"
 #include "app/model/PanelTab.h"
@@ -14,8 +15,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
 namespace fennik::app {
@@ -30,12 +29,6 @@ enum class PanelChange {
 };
 Q_DECLARE_FLAGS(PanelChanges, PanelChange)
 Q_DECLARE_OPERATORS_FOR_FLAGS(PanelChanges)
-
-/// Where a link leads.
-struct LinkTarget {
-    std::string path; ///< as it is written in the link, in bytes
-    bool isBroken = false;
-};
 
 /// One of the two panels: its tabs, the listing of the active tab's folder, the cursor and the
 /// state of loading. Folders are read on workers, and a late result never replaces a newer one.
@@ -93,12 +86,14 @@ public:
     void setShowHidden(FolderOpener::ShowHidden showHidden);
 
     /// Whether nothing more is going to change without a new request.
-    bool settled() const { return !loading_ && linkQuestions_ == 0; }
+    bool settled() const { return !loading_ && links_.settled(); }
 
     /// The target of the link called `name`, once it is known.
-    const LinkTarget* linkTarget(const std::string& name) const;
+    const LinkTarget* linkTarget(const std::string& name) const { return links_.find(name); }
     /// Asks for the targets of the links in these rows, the last excluded, on a worker.
-    void wantLinkTargets(std::size_t firstRow, std::size_t lastRow);
+    void wantLinkTargets(std::size_t firstRow, std::size_t lastRow) {
+        links_.want(items_, firstRow, lastRow);
+    }
 
 signals:
     /// Emitted once at the end of an operation, with all that it touched.
@@ -112,11 +107,6 @@ private:
         bool nearestExisting = false;               ///< a folder above will do as well
     };
     struct Loaded;
-    struct KnownLink {
-        std::optional<LinkTarget> target;
-        bool asked = false;
-    };
-    using NamedTargets = std::vector<std::pair<std::string, LinkTarget>>;
 
     PanelTab& activeTabState() { return tabs_[activeTab_]; }
     void go(PanelHistory::Step step);
@@ -127,7 +117,6 @@ private:
     void rebuildItems(FileItems items);
     PanelChanges placeCursor(std::size_t row);
     void rebuildFromRaw();
-    void takeLinkTargets(const std::string& path, NamedTargets targets);
 
     PanelSide side_;
     PanelServices services_;
@@ -144,9 +133,8 @@ private:
     FolderOpener::ShowHidden showHidden_ = FolderOpener::ShowHidden::no;
     PanelHistory history_;
     int loadToken_ = 0;
-    Request failedRequest_;                               ///< what `error_` is about
-    std::unordered_map<std::string, KnownLink> links_;    ///< of the current listing
-    int linkQuestions_ = 0;                               ///< not yet answered
+    Request failedRequest_; ///< what `error_` is about
+    LinkTargets links_;
     std::shared_ptr<int> life_ = std::make_shared<int>(); ///< gone with this panel
 };
 

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "app/model/PanelServices.h"
+#include "core/listing/FileItems.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace fennik::app {
+
+/// Where a link leads.
+struct LinkTarget {
+    std::string path; ///< as it is written in the link, in bytes
+    bool isBroken = false;
+};
+
+/// What is known of the links of one folder. They are read on workers, and only when somebody wants
+/// to see them. Lives on the main thread.
+class LinkTargets {
+public:
+    /// `changed` is called when targets have become known.
+    LinkTargets(PanelServices services, std::function<void()> changed);
+
+    /// The target of the link called `name`, once it is known.
+    const LinkTarget* find(const std::string& name) const;
+    /// Asks for the links in these rows of `items`, the last excluded, that were not asked for yet.
+    void want(const FileItems& items, std::size_t firstRow, std::size_t lastRow);
+    /// The folder is another one now: nothing is known of its links.
+    void forget();
+    /// The folder was read again: what is known is shown until it has been asked for again.
+    void askAgain();
+    /// Whether all questions have been answered.
+    bool settled() const { return questions_ == 0; }
+
+private:
+    struct Known {
+        std::optional<LinkTarget> target;
+        bool asked = false;
+    };
+    using NamedTargets = std::vector<std::pair<std::string, LinkTarget>>;
+    void take(const std::shared_ptr<int>& folder, NamedTargets targets);
+
+    PanelServices services_;
+    std::function<void()> changed_;
+    std::unordered_map<std::string, Known> links_;
+    int questions_ = 0;                                     ///< not yet answered
+    std::shared_ptr<int> folder_ = std::make_shared<int>(); ///< the identity of the folder
+    std::shared_ptr<int> life_ = std::make_shared<int>();   ///< gone with this object
+};
+
+} // namespace fennik::app
