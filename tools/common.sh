@@ -17,36 +17,27 @@ give_up() {
 missing_packages() {
     for package in "$@"; do
         state=$(dpkg-query -W -f '${Status}' "$package" 2>/dev/null || true)
-        [ "$state" = "install ok installed" ] || printf '%s ' "$package"
+        [ "$state" = "install ok installed" ] || printf ' %s' "$package"
     done
-}
-
-# The command that runs apt-get with the rights it needs.
-as_root() {
-    if [ "$(id -u)" = 0 ]; then
-        "$@"
-    elif command -v sudo >/dev/null; then
-        sudo "$@"
-    else
-        give_up "Chybějící balíčky umí doinstalovat jen správce a příkaz sudo tu není. Spusťte jako root: apt-get install $missing"
-    fi
 }
 
 install_packages() {
     command -v dpkg-query >/dev/null || return 0 # no Debian: what is missing shows while configuring
     missing=$(missing_packages "$@")
     [ -n "$missing" ] || return 0
-    command -v apt-get >/dev/null || give_up "Chybí balíčky ($missing) a apt-get, který by je nainstaloval, tu není."
-    say "Doinstaluji balíčky: $missing"
-    apt_install="env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends"
-    # The lists of packages may be missing or old.
-    # shellcheck disable=SC2086
-    if ! as_root $apt_install $missing >"$log" 2>&1; then
-        as_root apt-get update >>"$log" 2>&1 && as_root $apt_install $missing >>"$log" 2>&1 || {
-            tail -n 5 "$log" >&2
-            give_up "Balíčky se nepodařilo nainstalovat – zkontrolujte připojení k síti. Chybí: $missing"
-        }
+    command -v apt-get >/dev/null ||
+        give_up "Chybí balíčky, a apt-get, který by je nainstaloval, tu není:$missing"
+    as_root=
+    if [ "$(id -u)" != 0 ]; then
+        command -v sudo >/dev/null ||
+            give_up "Chybí balíčky, které smí nainstalovat jen správce, a sudo tu není. Jako root spusťte: apt-get install$missing"
+        as_root=sudo
     fi
+    say "Doinstaluji balíčky:$missing"
+    install="$as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends$missing"
+    # The lists of packages may be missing or old.
+    $install >"$log" 2>&1 || { $as_root apt-get update >"$log" 2>&1 && $install >"$log" 2>&1; } ||
+        give_up "Balíčky se nepodařilo nainstalovat, nejspíš chybí připojení k síti:$missing"
 }
 
 # build_preset PRESET [targets…]

@@ -17,6 +17,21 @@ namespace {
 
 using Failure = FolderOpener::Failure;
 
+/// `text` with places to break in words too long for a line, as file names may be.
+QString breakable(const QString& text) {
+    constexpr qsizetype longWord = 24;
+    constexpr QChar zeroWidthSpace(0x200B);
+    QString result;
+    qsizetype wordLength = 0;
+    for (const auto character : text) {
+        wordLength = character.isSpace() ? 0 : wordLength + 1;
+        if (wordLength > longWord && !character.isLowSurrogate() && !character.isMark())
+            result += zeroWidthSpace;
+        result += character;
+    }
+    return result;
+}
+
 } // namespace
 
 PanelMessage::PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& icons,
@@ -48,12 +63,17 @@ PanelMessage::PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& ic
     for (auto* button : {retry_, leave_, upwards_})
         buttons->addWidget(button);
     buttons->addStretch();
+    // The text takes what room there is up to its greatest width, and stands in the middle.
+    auto* textRow = new QHBoxLayout;
+    textRow->addStretch(1);
+    textRow->addWidget(text_, 1000);
+    textRow->addStretch(1);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(theme.px(24), 0, theme.px(24), 0);
     layout->addStretch(2);
     layout->addWidget(tile_, 0, Qt::AlignHCenter);
     layout->addSpacing(theme.px(12));
-    layout->addWidget(text_);
+    layout->addLayout(textRow);
     layout->addWidget(hint_);
     layout->addSpacing(theme.px(8));
     layout->addLayout(buttons);
@@ -117,7 +137,9 @@ void PanelMessage::showFailure(const Failure& failure) {
         iconColor_ = tokens.err;
         break;
     }
-    text_->setText(PlatformWords::failureMessage(failure));
+    const auto message = PlatformWords::failureMessage(failure);
+    text_->setText(breakable(message));
+    text_->setAccessibleName(message);
     hint_->clear();
 }
 
@@ -125,6 +147,7 @@ void PanelMessage::showEmptyFolder() {
     icon_ = QStringLiteral("folder-open");
     iconColor_ = theme_.tokens().text2;
     text_->setText(QStringLiteral("Složka je prázdná"));
+    text_->setAccessibleName(text_->text());
     const auto hidden = static_cast<std::int64_t>(panel_.rawItems().size());
     if (hidden == 0) {
         hint_->clear();

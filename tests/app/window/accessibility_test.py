@@ -1,0 +1,237 @@
+"""Holds what a screen reader reads of the window."""
+import os
+from datetime import datetime
+from zoneinfo import ZoneInfo
+
+from support import LEFT, RIGHT, UP, WindowTest, main, set_up_desktop
+
+setUpModule = set_up_desktop
+
+PRAGUE = ZoneInfo("Europe/Prague")
+# These hold other controls together and say nothing themselves.
+STRUCTURE = {"application", "filler", "panel", "split pane"}
+
+
+def set_time(path, *moment):
+    seconds = datetime(*moment, tzinfo=PRAGUE).timestamp()
+    os.utime(path, (seconds, seconds))
+
+
+class TableNames(WindowTest):
+    def test_tell_side_folder_and_count_in_correct_czech(self):
+        root = self.new_folder()
+        folders = [("a", 0, "0 položek"), ("b", 1, "1 položka"), ("c", 2, "2 položky"),
+                   ("d", 4, "4 položky"), ("e", 5, "5 položek"), ("f", 22, "22 položek"),
+                   ("g", 1234, "1\u202f234 položek")]
+        for name, count, _ in folders:
+            (root / name).mkdir()
+            for number in range(count):
+                (root / name / str(number)).touch()
+        fennik = self.start(root, root / "c")
+        fennik.expect_table(RIGHT, "c, 2 položky")
+        for name, _, count in folders:
+            with self.subTest(count=count):
+                fennik.press("Down")
+                fennik.expect_cursor(name)
+                fennik.press("Enter")
+                fennik.expect_table(LEFT, f"{name}, {count}")
+                fennik.expect("the status line", lambda: fennik.status(LEFT), count)
+                fennik.press("Backspace")
+                fennik.expect_cursor(name)
+
+    def test_do_not_count_hidden_files(self):
+        folder = self.new_folder(".skrytý", "a", "b")
+        fennik = self.start(folder, folder)
+        fennik.expect_table(RIGHT, f"{folder.name}, 2 položky")
+
+    def test_the_root_folder_has_a_name_too(self):
+        fennik = self.start("/", self.new_folder())
+        fennik.wait(lambda: fennik.table(LEFT).get_name().startswith(f"{LEFT}, /, "),
+                    lambda: f"the root is named, not {fennik.table(LEFT).get_name()!r}")
+
+
+class Rows(WindowTest):
+    def test_are_read_with_kind_size_and_date(self):
+        folder = self.new_folder("Složka/", "Smlouva.pdf", ".tajné.txt", "cosi")
+        (folder / "Smlouva.pdf").write_bytes(b"x" * 1_120_000)
+        (folder / "odkaz na složku").symlink_to("Složka")
+        (folder / "zlomený odkaz").symlink_to("nikam")
+        os.mkfifo(folder / "roura")
+        set_time(folder / "Složka", 2026, 7, 1, 3, 5)
+        set_time(folder / "Smlouva.pdf", 2026, 11, 20, 15, 26)
+        set_time(folder / ".tajné.txt", 2000, 1, 2, 0, 0)
+        set_time(folder / "cosi", 1969, 12, 31, 23, 0)
+        set_time(folder / "roura", 2026, 11, 20, 15, 26)
+        fennik = self.start(folder, self.new_folder())
+        fennik.expect_table(LEFT, f"{folder.name}, 6 položek")
+        fennik.press("Ctrl+Shift+Period")
+        fennik.expect_table(LEFT, f"{folder.name}, 7 položek")
+        rows = fennik.rows(LEFT)
+        for text in (UP, "Složka, složka, změněno 1. 7. 2026 3:05",
+                     "Smlouva.pdf, dokument PDF, 1,12\u00a0MB, změněno 20. 11. 2026 15:26",
+                     ".tajné.txt, textový dokument, 0\u00a0B, změněno 2. 1. 2000 0:00, skryté",
+                     "cosi, soubor, 0\u00a0B, změněno 31. 12. 1969 23:00"):
+            self.assertIn(text, rows)
+        for beginning in ("odkaz na složku, odkaz na složku, změněno ", "zlomený odkaz, odkaz, ",
+                          "roura, zvláštní soubor, "):
+            self.assertTrue(any(row.startswith(beginning) for row in rows), (beginning, rows))
+        fennik.press("End", "Home", "Down", "Down")
+        fennik.expect("what is read for the focused row", fennik.cursor,
+                      "Složka, složka, změněno 1. 7. 2026 3:05")
+
+    def test_are_announced_as_the_cursor_comes_to_them(self):
+        from gi.repository import GLib
+        heard = []
+
+        def hear(event):
+            if event.detail1 == 1:
+                heard.append(event.source.get_name())
+        listener = self.desktop.accessibility.EventListener.new(hear)
+        listener.register("object:state-changed:focused")
+        self.addCleanup(listener.deregister, "object:state-changed:focused")
+        folder = self.new_folder("Uvnitř/", "a.txt")
+        (folder / "Uvnitř" / "b.txt").touch()
+        fennik = self.start(folder, self.new_folder())
+        fennik.expect_table(LEFT, f"{folder.name}, 2 položky")
+
+        def has_heard(beginning):
+            while GLib.MainContext.default().iteration(False):
+                pass
+            return heard and heard[-1].startswith(beginning)
+        for key, beginning in (("Down", "Uvnitř, složka"), ("Enter", UP), ("Down", "b.txt, "),
+                               ("Backspace", "Uvnitř, složka"), ("End", "a.txt, "),
+                               ("Tab", RIGHT), ("Tab", LEFT)):
+            heard.clear()
+            fennik.press(key)
+            fennik.wait(lambda wanted=beginning: has_heard(wanted),
+                        lambda wanted=beginning, key=key:
+                        f"{key} announces {wanted!r}; announced: {heard}")
+
+
+class Names(WindowTest):
+    def check_names(self, fennik):
+        nameless = []
+        for control in fennik.all():
+            role = control.get_role_name()
+            if role not in STRUCTURE and fennik.has_state(control, "SHOWING") \
+                    and not control.get_name().strip():
+                place = control.get_extents(self.desktop.accessibility.CoordType.SCREEN)
+                nameless.append(f"{role} at {place.x}, {place.y}, "
+                                f"{place.width} × {place.height} pixels")
+        self.assertEqual(nameless, [], "These are in view and have no name.")
+
+    def test_belong_to_every_control_beside_rows(self):
+        folder = self.new_folder("Složka/", "a.txt")
+        fennik = self.start(folder, folder)
+        fennik.expect_table(LEFT, f"{folder.name}, 2 položky")
+        fennik.expect_table(RIGHT, f"{folder.name}, 2 položky")
+        fennik.press("Down")
+        fennik.expect_cursor("Složka")
+        self.check_names(fennik)
+
+    def test_belong_to_every_control_of_an_empty_folder(self):
+        folder = self.new_folder(".skrytý")
+        fennik = self.start(folder, self.new_folder())
+        fennik.expect("the message", lambda: fennik.message(LEFT),
+                      "Složka je prázdná 1 skrytý soubor ukáže Ctrl+Shift+.")
+        self.check_names(fennik)
+
+    def test_belong_to_every_control_of_a_failure(self):
+        folder = self.new_folder("Složka/", "a.txt")
+        (folder / "Složka").chmod(0)
+        self.addCleanup((folder / "Složka").chmod, 0o700)
+        fennik = self.start(folder, folder / "není")
+        fennik.expect_table(LEFT, f"{folder.name}, 2 položky")
+        fennik.press("Down", "Enter")
+        for side in (LEFT, RIGHT):
+            fennik.wait(lambda side=side: fennik.message(side), f"{side} shows its failure")
+        self.check_names(fennik)
+
+    def test_belong_to_every_control_where_the_path_is_too_long_to_show(self):
+        deep = self.new_folder().joinpath(*["Velmi dlouhý název složky"] * 8)
+        deep.mkdir(parents=True)
+        (deep / "a").touch()
+        fennik = self.start(deep, deep)
+        fennik.expect_table(LEFT, f"{deep.name}, 1 položka")
+        fennik.press("Down", "Tab", "Down")
+        fennik.expect_cursor("a", RIGHT)
+        more = [control.get_name() for control in fennik.all()
+                if control.get_role_name() == "push button"
+                and fennik.has_state(control, "SHOWING")]
+        self.assertEqual(more.count("Další složky cesty"), 2, more)
+        self.check_names(fennik)
+
+
+class Window(WindowTest):
+    def test_is_told_as_a_window_with_its_title(self):
+        folder = self.new_folder()
+        fennik = self.start(folder, folder)
+        fennik.expect("the window's name", fennik.window().get_name, f"{folder.name} – Fennik")
+        # A screen reader takes only these for windows, and says nothing about others.
+        self.assertIn(fennik.window().get_role_name(), ("frame", "window"))
+
+    def test_is_read_from_left_to_right(self):
+        fennik = self.start(self.new_folder(), self.new_folder())
+        tables = [control.get_name().split(", ")[0] for control in fennik.all()
+                  if control.get_role_name() == "table"]
+        self.assertEqual(tables, [LEFT, RIGHT])
+
+
+class StrangeNames(WindowTest):
+    names = {
+        b"konec\nradku": "konec␊radku",
+        b"tab\tulator": "tab␉ulator",
+        b"\xff\xfe nic": "\ufffd\ufffd nic",
+        "faktura\u202efdp.exe".encode(): "faktura\ufffdfdp.exe",
+        b"x" * 255: "x" * 255,
+        ("ž" * 127).encode(): "ž" * 127,
+        b"<b>tucne": "<b>tucne",
+        b"&zkratka": "&zkratka",
+        b"%1 %n": "%1 %n",
+        b" ": " ",
+        b"-rf": "-rf",
+    }
+
+    def test_of_files_are_shown_so_that_nothing_pretends_to_be_something_else(self):
+        folder = self.new_folder()
+        for name in self.names:
+            open(os.path.join(os.fsencode(folder), name), "w", encoding="utf-8").close()
+        fennik = self.start(folder, folder)
+        fennik.expect_table(LEFT, f"{folder.name}, {len(self.names)} položek")
+        self.assertEqual(set(fennik.names(LEFT)), {UP, *self.names.values()})
+        for _ in self.names:
+            fennik.press("Down")
+        fennik.press("Ctrl+Alt+2", "Ctrl+Alt+3", "Ctrl+Alt+1", "Home")
+        fennik.expect_cursor(UP)
+
+    def test_of_folders_can_be_entered_and_left(self):
+        folder = self.new_folder()
+        for name in self.names:
+            inside = os.path.join(os.fsencode(folder), name)
+            os.mkdir(inside)
+            open(os.path.join(inside, b"soubor"), "w", encoding="utf-8").close()
+        fennik = self.start(folder, folder)
+        fennik.expect_table(LEFT, f"{folder.name}, {len(self.names)} položek")
+        for shown in fennik.names(LEFT)[1:]:
+            with self.subTest(folder=shown):
+                fennik.press("Down", "Enter")
+                fennik.expect_table(LEFT, f"{shown}, 1 položka")
+                fennik.expect("the window's name", fennik.window().get_name, f"{shown} – Fennik")
+                self.assertEqual(fennik.names(LEFT), [UP, "soubor"])
+                fennik.press("Backspace")
+                fennik.expect_cursor(shown)
+
+    def test_stand_in_the_sentence_about_their_failure(self):
+        folder = self.new_folder()
+        locked = os.path.join(os.fsencode(folder), b"<b>a\n&b \xff")
+        os.mkdir(locked, 0)
+        self.addCleanup(os.chmod, locked, 0o700)
+        fennik = self.start(folder, folder)
+        fennik.expect_table(LEFT, f"{folder.name}, 1 položka")
+        fennik.press("Down", "Enter")
+        fennik.expect("the message", lambda: fennik.message(LEFT),
+                      "Složku „<b>a␊&b \ufffd“ nejde otevřít: nemáte k ní přístup.")
+
+
+if __name__ == "__main__":
+    main()
