@@ -55,7 +55,7 @@ build_preset() {
         give_up "Sestavení se nepodařilo připravit, důvod stojí výše."
     fi
     # What takes only a moment is not worth a word.
-    (sleep 2 && say "Sestavuji Fennika ($preset)…") &
+    (sleep 2 >/dev/null 2>&1 && say "Sestavuji Fennika ($preset)…") &
     announcement=$!
     built=yes
     cmake --build "$root/build/$preset" --target "$@" >"$log" 2>&1 || built=no

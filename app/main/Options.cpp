@@ -24,7 +24,7 @@ std::optional<Look> lookNamed(std::string_view name) {
 
 /// "1440x900"; none where it is no size a window can have.
 bool readSize(std::string_view text, Options& options) {
-    constexpr int most = 16'384;
+    constexpr int most = 8'192;
     const auto times = text.find('x');
     if (times == std::string_view::npos)
         return false;

@@ -3,6 +3,7 @@
 #include "app/ui/PanelView.h"
 #include "app/ui/Text.h"
 
+#include <QAccessibleWidget>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -15,10 +16,17 @@ namespace {
 
 constexpr std::array sides{app::PanelSide::left, app::PanelSide::right};
 
+/// Screen readers look for a window, and take a plain widget for a part of one.
+QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
+    auto* window = qobject_cast<MainWindow*>(object);
+    return window == nullptr ? nullptr : new QAccessibleWidget(window, QAccessible::Window);
+}
+
 } // namespace
 
 MainWindow::MainWindow(app::AppModel& app, const Theme& theme, Icons& icons)
     : app_(app), theme_(theme), keys_(app), splitter_(new QSplitter(Qt::Horizontal, this)) {
+    QAccessible::installFactory(accessibleWindow);
     setObjectName(QStringLiteral("mainWindow"));
     setMinimumSize(760, 480);
     resize(1440, 900);
@@ -42,6 +50,10 @@ MainWindow::MainWindow(app::AppModel& app, const Theme& theme, Icons& icons)
         });
         connect(&app_.panel(side), &app::PanelModel::changed, this, &MainWindow::setTitle);
     }
+    // A splitter puts each new panel under the others; what is read goes from bottom to top.
+    for (auto* panel : views_)
+        panel->raise();
+    splitter_->handle(1)->raise();
     splitter_->handle(1)->installEventFilter(this);
     splitter_->handle(1)->setAccessibleName(QStringLiteral("Předěl mezi panely"));
     connect(&app_, &app::AppModel::changed, this, [this](app::AppChanges changes) {

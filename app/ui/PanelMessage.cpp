@@ -40,7 +40,7 @@ PanelMessage::PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& ic
       panel_(panel),
       theme_(theme),
       icons_(icons),
-      tile_(new QLabel(this)),
+      tile_(new QWidget(this)),
       text_(new QLabel(this)),
       hint_(new QLabel(this)),
       retry_(new KeyButton(QStringLiteral("Zkusit znovu"), KeyCaps::enter, theme, this)),
@@ -48,7 +48,6 @@ PanelMessage::PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& ic
       upwards_(new KeyButton(QStringLiteral("O úroveň výš"), KeyCaps::backspace, theme, this)) {
     setObjectName(QStringLiteral("panelMessage"));
     tile_->setFixedSize(theme.px(60), theme.px(60));
-    tile_->setAlignment(Qt::AlignCenter);
     text_->setObjectName(QStringLiteral("panelMessageText"));
     text_->setAlignment(Qt::AlignCenter);
     text_->setWordWrap(true);
@@ -112,7 +111,6 @@ void PanelMessage::takePanel() {
     text_->setPalette(colors);
     colors.setColor(QPalette::WindowText, theme_.tokens().text2);
     hint_->setPalette(colors);
-    tile_->setPixmap(icons_.line(icon_, theme_.px(30), iconColor_, devicePixelRatioF()));
     update();
 }
 
@@ -167,6 +165,10 @@ void PanelMessage::paintEvent(QPaintEvent*) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme_.tokens().hover);
     painter.drawRoundedRect(tile_->geometry(), 12, 12);
+    const int side = theme_.px(30);
+    const auto middle = tile_->geometry().center();
+    painter.drawPixmap(middle.x() - side / 2 + 1, middle.y() - side / 2 + 1,
+                       icons_.line(icon_, side, iconColor_, devicePixelRatioF()));
 }
 
 } // namespace fennik::ui

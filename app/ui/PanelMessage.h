@@ -37,7 +37,7 @@ private:
     app::PanelModel& panel_;
     const Theme& theme_;
     Icons& icons_;
-    QLabel* tile_;
+    QWidget* tile_; ///< the place of the icon
     QLabel* text_;
     QLabel* hint_;
     KeyButton* retry_;

@@ -73,7 +73,7 @@ std::pair<int, int> PanelTable::rowsInView() const {
 
 void PanelTable::takeChanges(app::PanelChanges changes) {
     using app::PanelChange;
-    if (changes & (PanelChange::items | PanelChange::cursor))
+    if (changes & (PanelChange::items | PanelChange::cursor | PanelChange::state))
         showCursor();
     if (changes.testFlag(PanelChange::items))
         wantLinkTargets();
@@ -153,7 +153,8 @@ void PanelTable::resizeEvent(QResizeEvent* event) {
 void PanelTable::keyPressEvent(QKeyEvent* event) {
     const auto row = static_cast<std::ptrdiff_t>(panel_.cursor());
     const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
-    switch (isPlain ? event->key() : 0) {
+    const bool hasRows = model()->rowCount() > 0;
+    switch (isPlain && hasRows ? event->key() : 0) {
     case Qt::Key_Up:
         panel_.setCursor(row - 1);
         break;

@@ -34,10 +34,12 @@ PanelTableModel::PanelTableModel(app::PanelModel& panel, QObject* parent)
 }
 
 void PanelTableModel::takeChanges(app::PanelChanges changes) {
-    if (!changes.testFlag(app::PanelChange::items))
+    // A failure stands in place of the rows.
+    const int rows = panel_.error() ? 0 : static_cast<int>(panel_.items().size());
+    if (!changes.testFlag(app::PanelChange::items) && rows == rows_)
         return;
     beginResetModel();
-    rows_ = static_cast<int>(panel_.items().size());
+    rows_ = rows;
     endResetModel();
 }
 
@@ -56,7 +58,8 @@ QVariant PanelTableModel::data(const QModelIndex& index, int role) const {
     const auto column = static_cast<PanelColumn>(index.column());
     if (role == Qt::AccessibleTextRole && column == PanelColumn::name)
         return rowText(item);
-    return cellText(item, column);
+    const auto text = cellText(item, column);
+    return role == Qt::AccessibleTextRole && text.isEmpty() ? QStringLiteral("bez data") : text;
 }
 
 QVariant PanelTableModel::headerData(int section, Qt::Orientation orientation, int role) const {

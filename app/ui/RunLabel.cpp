@@ -23,6 +23,7 @@ void RunLabel::setRuns(std::vector<Run> runs) {
         text += run.text;
     if (text != this->text())
         setText(text);
+    setVisible(!text.isEmpty()); // an empty one is nothing to read
     updateGeometry();
     update();
 }

@@ -179,8 +179,8 @@ class Window(WindowTest):
 
 class StrangeNames(WindowTest):
     names = {
-        b"konec\nradku": "konec␊radku",
-        b"tab\tulator": "tab␉ulator",
+        b"konec\nradku": "konec↵radku",
+        b"tab\tulator": "tab⇥ulator",
         b"\xff\xfe nic": "\ufffd\ufffd nic",
         "faktura\u202efdp.exe".encode(): "faktura\ufffdfdp.exe",
         b"x" * 255: "x" * 255,
@@ -230,7 +230,7 @@ class StrangeNames(WindowTest):
         fennik.expect_table(LEFT, f"{folder.name}, 1 položka")
         fennik.press("Down", "Enter")
         fennik.expect("the message", lambda: fennik.message(LEFT),
-                      "Složku „<b>a␊&b \ufffd“ nejde otevřít: nemáte k ní přístup.")
+                      "Složku „<b>a↵&b \ufffd“ nejde otevřít: nemáte k ní přístup.")
 
 
 if __name__ == "__main__":
