@@ -95,8 +95,7 @@ struct statx OpenFolder::examine(const char* name) const {
 
 Totals listOnOneThread(const std::string& folder) {
     Totals totals;
-    forEachEntry(folder,
-                 [&totals](const char*, const struct statx& info) { count(info, totals); });
+    forEachEntry(folder, [&totals](const char*, const struct statx& info) { count(info, totals); });
     return totals;
 }
 

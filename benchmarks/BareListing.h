@@ -53,8 +53,8 @@ void forEachName(const char* buffer, std::size_t length, Each each) {
         const auto* record = reinterpret_cast<const dirent64*>(buffer + position);
         position += record->d_reclen;
         const char* name = record->d_name;
-        const bool isDots = name[0] == '.' &&
-                            (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+        const bool isDots =
+            name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
         if (!isDots)
             each(name);
     }

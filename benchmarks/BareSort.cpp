@@ -3,7 +3,6 @@
 #include "core/listing/NameKey.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cstring>
 #include <span>
@@ -22,6 +21,8 @@ struct Record {
 };
 static_assert(sizeof(Record) == 16);
 
+constexpr auto wordSize = sizeof(Record::word);
+
 using Records = std::span<Record>;
 
 bool comesFirst(const FileItemView& item) {
@@ -37,8 +38,6 @@ public:
         records.reserve(items_.size());
         const auto folders = append(records, true);
         append(records, false);
-        // The last word of the last key reaches beyond its end.
-        arena_.append(sizeof(Record::word), '\0');
         for (auto& record : records)
             record.word = wordAt(record.offset);
         sort(Records(records).first(folders));
@@ -58,6 +57,7 @@ private:
                 continue;
             records.push_back({0, row, static_cast<std::uint32_t>(arena_.size())});
             NameKey::appendBytes(item.name, arena_);
+            arena_.resize((arena_.size() + wordSize - 1) / wordSize * wordSize);
         }
         return records.size();
     }
@@ -68,32 +68,28 @@ private:
         return std::endian::native == std::endian::little ? __builtin_bswap64(word) : word;
     }
 
-    /// Whether a key ends within this word. What stands behind its end is of another key, and only
-    /// decides between keys that are equal.
-    static bool endsKey(std::uint64_t word) {
-        constexpr std::uint64_t ones = 0x0101010101010101;
-        constexpr std::uint64_t highs = 0x8080808080808080;
-        return ((word - ones) & ~word & highs) != 0;
-    }
+    /// Whether this word is the last of its key. Keys are filled up to whole words with the zero
+    /// that ends them and occurs nowhere else.
+    static bool endsKey(std::uint64_t word) { return (word & 0xFFU) == 0; }
 
     void sort(Records records) {
         constexpr std::size_t few = 24;
         while (records.size() > few) {
-            const auto pivot = std::max(
-                std::min(records.front().word, records.back().word),
-                std::min(std::max(records.front().word, records.back().word),
-                         records[records.size() / 2].word));
+            const auto pivot =
+                std::max(std::min(records.front().word, records.back().word),
+                         std::min(std::max(records.front().word, records.back().word),
+                                  records[records.size() / 2].word));
             auto [lower, greater] = partition(records, pivot);
             sort(lower);
             sort(greater);
-            const auto equal = records.subspan(
-                lower.size(), records.size() - lower.size() - greater.size());
+            const auto equal =
+                records.subspan(lower.size(), records.size() - lower.size() - greater.size());
             if (endsKey(pivot)) {
                 sortFew(equal);
                 return;
             }
             for (auto& record : equal) {
-                record.offset += sizeof record.word;
+                record.offset += wordSize;
                 record.word = wordAt(record.offset);
             }
             records = equal;
@@ -117,11 +113,12 @@ private:
 
     void sortFew(Records records) {
         std::ranges::sort(records, [this](const Record& a, const Record& b) {
-            if (a.word != b.word && !(endsKey(a.word) && endsKey(b.word)))
+            if (a.word != b.word)
                 return a.word < b.word;
-            const auto order = std::strcmp(arena_.data() + a.offset, arena_.data() + b.offset);
-            return order != 0 ? order < 0
-                              : items_.view(a.row).name < items_.view(b.row).name;
+            const auto order = endsKey(a.word) ? 0
+                                               : std::strcmp(arena_.data() + a.offset + wordSize,
+                                                             arena_.data() + b.offset + wordSize);
+            return order != 0 ? order < 0 : items_.view(a.row).name < items_.view(b.row).name;
         });
     }
 

@@ -17,7 +17,8 @@ namespace {
 using ui::Appearance;
 
 /// The colours should be known before the first picture, but nobody waits longer for them.
-constexpr int colorPatience = 60; // ms
+constexpr int colorPatience = 60;  // ms
+constexpr int paintPatience = 100; // ms
 constexpr auto workerPatience = std::chrono::milliseconds(500);
 
 /// Attempts on one remote volume wait for each other when it does not answer. Local folders do not:
@@ -93,8 +94,15 @@ void Session::start() {
 void Session::show() {
     if (window_.isVisible())
         return;
+    // The workers would take the processors that the first picture needs. A window that nobody
+    // sees is not painted, but its panels are filled all the same.
+    const auto list = [this] {
+        if (!std::exchange(isListing_, true))
+            app_.start();
+    };
+    QObject::connect(&window_, &ui::MainWindow::firstPainted, &window_, list);
+    QTimer::singleShot(paintPatience, &window_, list);
     window_.show();
-    app_.start();
 }
 
 BackgroundPool::ShutDown Session::shutDown() {

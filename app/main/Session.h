@@ -42,6 +42,7 @@ private:
     ui::Icons icons_;
     AppModel app_;
     ui::MainWindow window_;
+    bool isListing_ = false;
 };
 
 } // namespace fennik::app

@@ -85,8 +85,8 @@ public:
     void chooseSort(SortKey key);
     void setShowHidden(FolderOpener::ShowHidden showHidden);
 
-    /// Whether nothing more is going to change without a new request.
-    bool settled() const { return !loading_ && links_.settled(); }
+    /// Whether the first listing has come, and nothing more is going to change on its own.
+    bool settled() const { return generation_ > 0 && !loading_ && links_.settled(); }
 
     /// The target of the link called `name`, once it is known.
     const LinkTarget* linkTarget(const std::string& name) const { return links_.find(name); }

@@ -9,6 +9,9 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QSplitter>
+#include <QTimer>
+
+#include <utility>
 
 namespace fennik::ui {
 
@@ -85,6 +88,8 @@ void MainWindow::setTitle() {
 
 void MainWindow::paintEvent(QPaintEvent*) {
     QPainter(this).fillRect(rect(), theme_.tokens().window);
+    if (!std::exchange(wasPainted_, true))
+        QTimer::singleShot(0, this, &MainWindow::firstPainted);
 }
 
 void MainWindow::showEvent(QShowEvent*) {

@@ -24,6 +24,10 @@ public:
 
     PanelView& view(app::PanelSide side) { return *views_[static_cast<std::size_t>(side)]; }
 
+signals:
+    /// The first picture has been painted.
+    void firstPainted();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -40,6 +44,7 @@ private:
     QSplitter* splitter_;
     std::array<PanelView*, 2> views_{};
     bool menuIsOpen_ = false;
+    bool wasPainted_ = false;
 };
 
 } // namespace fennik::ui

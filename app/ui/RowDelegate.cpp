@@ -1,6 +1,7 @@
 #include "app/ui/RowDelegate.h"
 
 #include "app/ui/PanelTable.h"
+#include "app/ui/TabularText.h"
 #include "app/ui/Text.h"
 
 #include <QHeaderView>
@@ -120,7 +121,7 @@ void RowDelegate::paintText(QPainter& painter, const Cell& cell, PanelColumn col
         return;
     }
     painter.setFont(theme_.font(FontRole::detail));
-    drawTabular(painter, cell.text, Qt::AlignRight, text);
+    TabularText::draw(painter, cell.text, Qt::AlignRight, text);
 }
 
 QColor RowDelegate::detailColor(const Cell& cell, PanelColumn column) const {

@@ -1,6 +1,6 @@
 #include "app/ui/RunLabel.h"
 
-#include "app/ui/Text.h"
+#include "app/ui/TabularText.h"
 
 #include <QPainter>
 
@@ -29,7 +29,7 @@ void RunLabel::setRuns(std::vector<Run> runs) {
 }
 
 double RunLabel::width(const Run& run) const {
-    return tabularWidth(theme_.font(FontRole::detail, run.weight), run.text);
+    return TabularText::width(theme_.font(FontRole::detail, run.weight), run.text);
 }
 
 double RunLabel::contentWidth() const {
@@ -59,8 +59,8 @@ void RunLabel::paintEvent(QPaintEvent*) {
             return;
         painter.setFont(theme_.font(FontRole::detail, run.weight));
         painter.setPen(run.color);
-        drawTabular(painter, QRectF(QPointF(left, area.top()), area.bottomRight()), Qt::AlignLeft,
-                    run.text);
+        TabularText::draw(painter, QRectF(QPointF(left, area.top()), area.bottomRight()),
+                          Qt::AlignLeft, run.text);
         left += width(run);
     }
 }

@@ -2,6 +2,7 @@
 #include "app/ui/FileLook.h"
 #include "app/ui/PanelTableModel.h"
 #include "app/ui/PlatformWords.h"
+#include "app/ui/TabularText.h"
 
 #include <gtest/gtest.h>
 
@@ -23,8 +24,8 @@ TEST(TextTest, datesAreCzechAndInLocalTime) {
 
 TEST(TextTest, digitsHaveOneWidth) {
     const QFont font(QStringLiteral("Inter"));
-    EXPECT_DOUBLE_EQ(tabularWidth(font, QStringLiteral("11:11")),
-                     tabularWidth(font, QStringLiteral("80:48")));
+    EXPECT_DOUBLE_EQ(TabularText::width(font, QStringLiteral("11:11")),
+                     TabularText::width(font, QStringLiteral("80:48")));
 }
 
 TEST(TextTest, wordsOfAKindFollowTheItem) {
