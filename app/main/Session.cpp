@@ -1,5 +1,6 @@
 #include "app/main/Session.h"
 
+#include "core/platform/Memory.h"
 #include "core/platform/UserFolders.h"
 #include "core/platform/Volumes.h"
 
@@ -70,6 +71,7 @@ Session::Session(const Options& options)
       app_(services(disk_, main_, options.verbose), UserFolders::home(), pathOf(options.left),
            pathOf(options.right)),
       window_(app_, theme_, icons_) {
+    Memory::returnLargeBlocks();
     window_.resize(options.width, options.height);
 }
 
