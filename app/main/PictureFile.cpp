@@ -6,11 +6,11 @@
 
 #include <QBuffer>
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
+#include <optional>
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -27,24 +27,40 @@ std::string couldNot(const std::string& path, PosixError error) {
            ".";
 }
 
-/// By the text that `writePicture` puts before the pixels. The toolkit's reader would write a line
-/// of its own about each file that is no picture.
-bool isOwnPicture(const std::string& path) {
+/// Which file stands at a path, whatever is renamed meanwhile.
+struct FileIdentity {
+    dev_t device = 0;
+    ino_t inode = 0;
+
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
+/// By the text that `writePicture` puts before the pixels.
+bool isOwnPicture(std::string_view beginning) {
     using namespace std::string_view_literals;
-    constexpr std::size_t length = 1024;
-    std::string beginning(length, '\0');
-    std::ifstream file(path, std::ios::binary);
-    file.read(beginning.data(), std::ssize(beginning));
-    beginning.resize(static_cast<std::size_t>(file.gcount()));
     return beginning.starts_with("\x89PNG\r\n\x1a\n"sv) &&
            beginning.contains("tEXtSoftware\0Fennik"sv);
 }
 
-bool mayBeReplaced(const std::string& path) {
+/// The file at `path`, if it may be replaced. Never waits for a pipe and follows no link.
+std::optional<FileIdentity> replaceableFile(const std::string& path) {
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0)
+        return std::nullopt;
     struct stat info{};
-    if (lstat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode))
-        return false;
-    return info.st_size == 0 || isOwnPicture(path);
+    std::array<char, 1024> beginning{};
+    const bool isFile = fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode);
+    const auto length = isFile ? read(descriptor, beginning.data(), beginning.size()) : -1;
+    close(descriptor);
+    const bool mayBeReplaced =
+        length == 0 ||
+        (length > 0 && isOwnPicture({beginning.data(), static_cast<std::size_t>(length)}));
+    return mayBeReplaced ? std::optional(FileIdentity{info.st_dev, info.st_ino}) : std::nullopt;
+}
+
+bool stillStandsAt(const std::string& path, const FileIdentity& file) {
+    struct stat info{};
+    return lstat(path.c_str(), &info) == 0 && FileIdentity{info.st_dev, info.st_ino} == file;
 }
 
 /// Creates `path`, which must not exist yet, with these bytes. Removes what it created on failure.
@@ -75,21 +91,24 @@ std::expected<void, std::string> writePicture(QImage image, const std::string& p
     image.setText(signatureKey, signature);
     QByteArray bytes;
     QBuffer buffer(&bytes);
-    image.save(&buffer, "PNG");
+    if (!image.save(&buffer, "PNG"))
+        return std::unexpected(couldNot(path, {ENOMEM}));
 
     auto written = writeNew(path, bytes);
     if (written)
         return {};
     if (written.error().code != EEXIST)
         return std::unexpected(couldNot(path, written.error()));
-    if (!mayBeReplaced(path))
+    const auto replaced = replaceableFile(path);
+    if (!replaced)
         return std::unexpected("Soubor " + quoted(FileUrl(path).lastComponent()) +
                                " už existuje a Fennik ho nepřepíše.");
     const auto fresh = path + ".fennik-" + std::to_string(getpid());
     written = writeNew(fresh, bytes);
     if (!written)
         return std::unexpected(couldNot(path, written.error()));
-    if (rename(fresh.c_str(), path.c_str()) == 0)
+    errno = EEXIST; // somebody else's file has come in between
+    if (stillStandsAt(path, *replaced) && rename(fresh.c_str(), path.c_str()) == 0)
         return {};
     const PosixError error{errno};
     unlink(fresh.c_str());

@@ -44,8 +44,10 @@ PanelServices services(DiskExecutor& disk, Executor& main, bool verbose) {
 std::string pathOf(const std::optional<std::string>& given) {
     if (!given)
         return UserFolders::home().path();
-    std::error_code ignored;
-    return absolutePath(*given, std::filesystem::current_path(ignored).string());
+    std::error_code error;
+    const auto workingFolder = std::filesystem::current_path(error).string();
+    // A working folder that was removed has no path any more; nothing is found below this one.
+    return absolutePath(*given, error ? "/proc/self/cwd" : workingFolder);
 }
 
 Appearance appearanceFor(Options::Look look, Appearance ofSystem) {

@@ -38,13 +38,14 @@ void LinkTargets::want(const FileItems& items, std::size_t firstRow, std::size_t
         return targets;
     };
     ++questions_;
-    runThen(services_.disk, services_.main, items.folder().path(), life_, std::move(work),
-            [this, folder = folder_](NamedTargets targets) { take(folder, std::move(targets)); });
+    runThen(
+        services_.disk, services_.main, items.folder().path(), life_, std::move(work),
+        [this, reading = reading_](NamedTargets targets) { take(reading, std::move(targets)); });
 }
 
-void LinkTargets::take(const std::shared_ptr<int>& folder, NamedTargets targets) {
+void LinkTargets::take(const std::shared_ptr<int>& reading, NamedTargets targets) {
     --questions_;
-    if (folder == folder_) {
+    if (reading == reading_) {
         for (auto& [name, target] : targets)
             links_[name].target = std::move(target);
     }
@@ -53,10 +54,11 @@ void LinkTargets::take(const std::shared_ptr<int>& folder, NamedTargets targets)
 
 void LinkTargets::forget() {
     links_.clear();
-    folder_ = std::make_shared<int>();
+    askAgain();
 }
 
 void LinkTargets::askAgain() {
+    reading_ = std::make_shared<int>();
     for (auto& [_, link] : links_)
         link.asked = false;
 }

@@ -33,7 +33,8 @@ public:
     void want(const FileItems& items, std::size_t firstRow, std::size_t lastRow);
     /// The folder is another one now: nothing is known of its links.
     void forget();
-    /// The folder was read again: what is known is shown until it has been asked for again.
+    /// The folder was read again: what is known is shown until it has been asked for again, and
+    /// answers to older questions are dropped.
     void askAgain();
     /// Whether all questions have been answered.
     bool settled() const { return questions_ == 0; }
@@ -44,14 +45,14 @@ private:
         bool asked = false;
     };
     using NamedTargets = std::vector<std::pair<std::string, LinkTarget>>;
-    void take(const std::shared_ptr<int>& folder, NamedTargets targets);
+    void take(const std::shared_ptr<int>& reading, NamedTargets targets);
 
     PanelServices services_;
     std::function<void()> changed_;
     std::unordered_map<std::string, Known> links_;
-    int questions_ = 0;                                     ///< not yet answered
-    std::shared_ptr<int> folder_ = std::make_shared<int>(); ///< the identity of the folder
-    std::shared_ptr<int> life_ = std::make_shared<int>();   ///< gone with this object
+    int questions_ = 0;                                      ///< not yet answered
+    std::shared_ptr<int> reading_ = std::make_shared<int>(); ///< the newest reading of the folder
+    std::shared_ptr<int> life_ = std::make_shared<int>();    ///< gone with this object
 };
 
 } // namespace fennik::app

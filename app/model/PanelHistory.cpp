@@ -2,23 +2,29 @@
 
 namespace fennik::app {
 
-void PanelHistory::record(const Uuid& tab, Step step, const std::string& left) {
+void PanelHistory::record(const Uuid& tab, Step step, const std::string& left,
+                          const std::string& reached) {
+    const bool stays = left == reached;
     auto& back = backStack_[tab];
     auto& forward = forwardStack_[tab];
     switch (step) {
     case Step::stay:
         break;
     case Step::navigate:
+        if (stays)
+            return;
         back.push_back(left);
         forward.clear();
         break;
     case Step::back:
         back.pop_back();
-        forward.push_back(left);
+        if (!stays)
+            forward.push_back(left);
         break;
     case Step::forward:
         forward.pop_back();
-        back.push_back(left);
+        if (!stays)
+            back.push_back(left);
         break;
     }
 }

@@ -20,8 +20,9 @@ public:
         forward,
     };
 
-    /// Records that `tab` went from `left` to another folder by `step`.
-    void record(const Uuid& tab, Step step, const std::string& left);
+    /// Records that `tab` went from `left` to `reached` by `step`. A step back or forward is used
+    /// up even where it led to the same folder.
+    void record(const Uuid& tab, Step step, const std::string& left, const std::string& reached);
 
     /// Where the step would lead; none when it leads nowhere.
     std::optional<std::string> target(const Uuid& tab, Step step) const;

@@ -21,22 +21,24 @@ using Step = PanelHistory::Step;
 constexpr const char* stopped = "načítání bylo zastaveno.";
 
 /// The rows that a panel shows of a listing.
-FileItems shownItems(const FileItems& raw, PanelSort sort, ShowHidden showHidden) {
+FileItems shownItems(const FileItems& raw, const ListingView& view) {
     std::vector<std::uint32_t> rows;
     rows.reserve(raw.size() + 1);
     if (!raw.folder().isRoot())
         rows.push_back(FileItems::parentRow);
     for (std::uint32_t row = 0; row < raw.size(); ++row) {
-        if (showHidden == ShowHidden::yes || !raw.view(row).isHidden)
+        const auto item = raw.view(row);
+        const bool isShown = view.showHidden == ShowHidden::yes || !item.isHidden;
+        if (isShown || item.name == view.revealed)
             rows.push_back(row);
     }
-    return FileSorter::sort(raw.reordered(std::move(rows)), sort, {});
+    return FileSorter::sort(raw.reordered(std::move(rows)), view.sort, {});
 }
 
-std::expected<Listing, Failure> openNearest(const FileSystem& files, FileUrl url) {
+std::expected<Listing, Failure> openNearestUsable(const FileSystem& files, FileUrl url) {
     for (;; url = url.parent()) {
         auto listing = FolderOpener::open(files, url, ShowHidden::yes);
-        if (listing || listing.error().kind != Failure::Case::notFound || url.isRoot())
+        if (listing || url.isRoot())
             return listing;
     }
 }
@@ -46,9 +48,8 @@ std::expected<Listing, Failure> openNearest(const FileSystem& files, FileUrl url
 /// What a worker brings back of a folder.
 struct PanelModel::Loaded {
     std::expected<Listing, Failure> listing = std::unexpected(Failure{});
-    PanelSort sort = {};
-    ShowHidden showHidden = ShowHidden::no;
-    FileItems items = {}; ///< in that order
+    ListingView view = {};
+    FileItems items = {}; ///< shown that way
     std::optional<std::int64_t> freeSpace = {};
     FileUrl volumeRoot = {};
     double milliseconds = 0;
@@ -81,13 +82,16 @@ void PanelModel::navigate(const FileUrl& target) {
 }
 
 void PanelModel::goToParent() {
-    const auto here = folder();
+    // A second press counts from where the first one is still going.
+    const bool isGoingUp = loading_ && pendingRequest_.isUpwards;
+    const auto here = isGoingUp ? pendingRequest_.url : folder();
     if (here.isRoot())
         return;
     load({.url = here.parent(),
           .step = Step::navigate,
           .selectName = std::string(here.lastComponent()),
-          .nearestExisting = ownFolderFailed()});
+          .isUpwards = true,
+          .nearestUsable = error_ && items_.empty()});
 }
 
 void PanelModel::go(Step step) {
@@ -140,19 +144,25 @@ void PanelModel::load(Request request) {
     const auto started = services_.now();
     auto path = request.url.path();
 
-    auto work = [&files = services_.files, url = request.url, nearest = request.nearestExisting,
-                 sort = tab().sort, showHidden = showHidden_] {
-        Loaded loaded{.sort = sort, .showHidden = showHidden};
-        loaded.listing =
-            nearest ? openNearest(files, url) : FolderOpener::open(files, url, ShowHidden::yes);
-        if (loaded.listing) {
-            const auto& directory = loaded.listing->directory.path();
-            loaded.items = shownItems(loaded.listing->items, sort, showHidden);
-            if (const auto space = files.freeSpace(directory))
-                loaded.freeSpace = *space;
-            loaded.volumeRoot =
-                FileUrl(Volumes::containing(directory, Volumes::mounted()).mountPoint);
-        }
+    pendingRequest_ = request;
+    auto work = [&files = services_.files, request, view = listingView(), folder = tab().path] {
+        Loaded loaded;
+        loaded.listing = request.nearestUsable
+                             ? openNearestUsable(files, request.url)
+                             : FolderOpener::open(files, request.url, ShowHidden::yes);
+        if (!loaded.listing)
+            return loaded;
+        const auto& [directory, items, selectName] = *loaded.listing;
+        loaded.view = view;
+        if (directory.path() != folder)
+            loaded.view.revealed.reset();
+        if (const auto& wanted = selectName ? selectName : request.selectName)
+            loaded.view.revealed = wanted;
+        loaded.items = shownItems(items, loaded.view);
+        if (const auto space = files.freeSpace(directory.path()))
+            loaded.freeSpace = *space;
+        loaded.volumeRoot =
+            FileUrl(Volumes::containing(directory.path(), Volumes::mounted()).mountPoint);
         return loaded;
     };
     auto done = [this, token, started, request = std::move(request)](Loaded loaded) {
@@ -192,21 +202,23 @@ PanelChanges PanelModel::showFailure(const Request& request, Failure failure) {
 PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
     auto& listing = *loaded.listing;
     auto& current = activeTabState();
-    const bool sameFolder = listing.directory.path() == current.path;
+    const auto& path = listing.directory.path();
+    const bool sameFolder = path == current.path;
+    history_.record(current.id, request.step, current.path, path);
     if (!sameFolder) {
-        history_.record(current.id, request.step, current.path);
-        current.path = listing.directory.path();
+        current.path = path;
         current.cursorName.reset();
         links_.forget();
+    } else {
+        links_.askAgain();
     }
-    links_.askAgain();
     error_.reset();
     freeSpace_ = loaded.freeSpace;
     volumeRoot_ = std::move(loaded.volumeRoot);
     rawItems_ = std::move(listing.items);
-    const bool isCurrent = loaded.sort == current.sort && loaded.showHidden == showHidden_;
-    auto items =
-        isCurrent ? std::move(loaded.items) : shownItems(rawItems_, current.sort, showHidden_);
+    revealed_ = loaded.view.revealed;
+    const auto view = listingView();
+    auto items = view == loaded.view ? std::move(loaded.items) : shownItems(rawItems_, view);
 
     auto wanted = listing.selectName ? listing.selectName : request.selectName;
     const bool isReload = sameFolder && !wanted && !items_.empty();
@@ -255,7 +267,7 @@ void PanelModel::rebuildFromRaw() {
         emit changed(PanelChange::tabs);
         return;
     }
-    auto items = shownItems(rawItems_, tab().sort, showHidden_);
+    auto items = shownItems(rawItems_, listingView());
     const auto row = CursorPlacement::afterReload(items_, cursor_, items);
     rebuildItems(std::move(items));
     emit changed(PanelChange::items | PanelChange::tabs | placeCursor(row));

@@ -30,6 +30,16 @@ enum class PanelChange {
 Q_DECLARE_FLAGS(PanelChanges, PanelChange)
 Q_DECLARE_OPERATORS_FOR_FLAGS(PanelChanges)
 
+/// How a listing becomes the rows of a panel.
+struct ListingView {
+    PanelSort sort;
+    FolderOpener::ShowHidden showHidden = FolderOpener::ShowHidden::no;
+    /// A hidden item that was asked for by its name, and so is shown all the same.
+    std::optional<std::string> revealed;
+
+    friend bool operator==(const ListingView&, const ListingView&) = default;
+};
+
 /// One of the two panels: its tabs, the listing of the active tab's folder, the cursor and the
 /// state of loading. Folders are read on workers, and a late result never replaces a newer one.
 /// Lives on the main thread.
@@ -55,6 +65,8 @@ public:
     /// Grows each time `items` is built anew.
     std::int64_t generation() const { return generation_; }
     bool loading() const { return loading_; }
+    /// The identity of the newest load.
+    int loadToken() const { return loadToken_; }
     const std::optional<FolderOpener::Failure>& error() const { return error_; }
     /// Whether the error is about the tab's own folder, not about one that was to be entered.
     bool ownFolderFailed() const {
@@ -70,8 +82,8 @@ public:
     void refresh();
     /// Goes to `target`: a folder, or a file whose folder then has the cursor on it.
     void navigate(const FileUrl& target);
-    /// Goes one folder up, with the cursor on the folder just left; where the tab's own folder is
-    /// gone, to the nearest one that exists.
+    /// Goes one folder up, with the cursor on the folder just left; where nothing of
+    /// the tab's own folder can be shown, to the nearest one that can be.
     void goToParent();
     void goBack() { go(PanelHistory::Step::back); }
     void goForward() { go(PanelHistory::Step::forward); }
@@ -104,7 +116,8 @@ private:
         FileUrl url;
         PanelHistory::Step step = PanelHistory::Step::stay;
         std::optional<std::string> selectName = {}; ///< where the cursor goes, if it is there
-        bool nearestExisting = false;               ///< a folder above will do as well
+        bool isUpwards = false;
+        bool nearestUsable = false; ///< a folder above will do as well
     };
     struct Loaded;
 
@@ -114,6 +127,7 @@ private:
     PanelChanges finish(const Request& request, Loaded loaded);
     PanelChanges showFailure(const Request& request, FolderOpener::Failure failure);
     PanelChanges showListing(const Request& request, Loaded loaded);
+    ListingView listingView() const { return {tab().sort, showHidden_, revealed_}; }
     void rebuildItems(FileItems items);
     PanelChanges placeCursor(std::size_t row);
     void rebuildFromRaw();
@@ -131,9 +145,11 @@ private:
     std::optional<std::int64_t> freeSpace_;
     FileUrl volumeRoot_;
     FolderOpener::ShowHidden showHidden_ = FolderOpener::ShowHidden::no;
+    std::optional<std::string> revealed_; ///< see `ListingView`
     PanelHistory history_;
     int loadToken_ = 0;
-    Request failedRequest_; ///< what `error_` is about
+    Request pendingRequest_; ///< the newest load, while `loading_`
+    Request failedRequest_;  ///< what `error_` is about
     LinkTargets links_;
     std::shared_ptr<int> life_ = std::make_shared<int>(); ///< gone with this panel
 };

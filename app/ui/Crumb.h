@@ -8,6 +8,8 @@ namespace fennik::ui {
 
 /// One folder of the path bar: a flat button with a text, cut off where it has too little room.
 class Crumb final : public QAbstractButton {
+    Q_OBJECT
+
 public:
     Crumb(const QString& title, const Theme& theme, QWidget* parent);
 

@@ -10,6 +10,8 @@ namespace fennik::ui {
 /// A flat button with a line icon. Its title is its name for screen readers, and with the key's
 /// legend its tooltip.
 class IconButton final : public QAbstractButton {
+    Q_OBJECT
+
 public:
     IconButton(QString icon, const QString& title, const QString& key, const Theme& theme,
                Icons& icons, QWidget* parent);

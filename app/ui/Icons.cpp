@@ -37,7 +37,7 @@ constexpr const char* arrowColor = "#58534B";
 constexpr const char* badgeColor = "#1E1C19";
 constexpr const char* brokenColor = "#B02A20";
 constexpr const char* whiteDetail = "#FFFFFF";
-constexpr double darkThemeTint = 1.12;
+constexpr double darkThemeTint = 1.12; ///< more would bleach the folders
 
 /// Recolours every colour literal that `paint` gives another colour.
 template <class Paint>

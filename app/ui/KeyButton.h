@@ -8,6 +8,8 @@ namespace fennik::ui {
 
 /// A button that shows its key beside its title.
 class KeyButton final : public QAbstractButton {
+    Q_OBJECT
+
 public:
     KeyButton(const QString& title, const QString& key, const Theme& theme, QWidget* parent);
 

@@ -8,6 +8,8 @@ namespace fennik::ui::KeyCaps {
 inline const QString enter = QStringLiteral("Enter");
 inline const QString escape = QStringLiteral("Esc");
 inline const QString backspace = QStringLiteral("Backspace");
+inline const QString back = QStringLiteral("Alt+←");
+inline const QString forward = QStringLiteral("Alt+→");
 inline const QString refresh = QStringLiteral("Ctrl+R");
 inline const QString toggleHidden = QStringLiteral("Ctrl+Shift+.");
 

@@ -10,6 +10,8 @@ namespace fennik::ui {
 /// The thin stripe under the path bar that moves while a folder is loading. With reduced motion it
 /// is a dashed line that stands still.
 class LoadingStripe final : public QWidget {
+    Q_OBJECT
+
 public:
     LoadingStripe(const Theme& theme, QWidget* parent);
 
@@ -27,6 +29,8 @@ private:
 
 /// Grey bars where rows are going to be.
 class LoadingSkeleton final : public QWidget {
+    Q_OBJECT
+
 public:
     LoadingSkeleton(const Theme& theme, QWidget* parent);
 

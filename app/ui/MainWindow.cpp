@@ -83,7 +83,10 @@ void MainWindow::showFocus() {
 
 void MainWindow::setTitle() {
     const auto folder = app_.activePanel().folder();
-    setWindowTitle(shownName(folder.lastComponent()) + QStringLiteral(" – Fennik"));
+    // "[*]" is a place holder of the toolkit's.
+    auto name = shownName(folder.lastComponent());
+    name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+    setWindowTitle(name + QStringLiteral(" – Fennik"));
 }
 
 void MainWindow::paintEvent(QPaintEvent*) {

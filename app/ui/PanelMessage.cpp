@@ -53,6 +53,7 @@ PanelMessage::PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& ic
     text_->setWordWrap(true);
     text_->setTextFormat(Qt::PlainText);
     text_->setMaximumWidth(theme.px(360));
+    hint_->setTextFormat(Qt::PlainText);
     hint_->setAlignment(Qt::AlignCenter);
     hint_->setFont(theme.font(FontRole::detail));
 
@@ -78,6 +79,8 @@ PanelMessage::PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& ic
     layout->addLayout(buttons);
     layout->addStretch(3);
 
+    for (auto* button : {retry_, leave_, upwards_})
+        connect(button, &QAbstractButton::clicked, this, &PanelMessage::answered);
     connect(retry_, &QAbstractButton::clicked, &panel_, &app::PanelModel::refresh);
     connect(leave_, &QAbstractButton::clicked, &panel_, &app::PanelModel::escape);
     connect(upwards_, &QAbstractButton::clicked, &panel_, &app::PanelModel::goToParent);

@@ -27,6 +27,10 @@ public:
     /// The colour of the rows that it stands in for.
     void setGround(const QColor& rows);
 
+signals:
+    /// One of the buttons was clicked.
+    void answered();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 

@@ -201,7 +201,9 @@ void PanelTable::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void PanelTable::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && rowAt(event->pos().y()) >= 0)
+    // A listing that came between the two clicks may have moved the rows.
+    const bool isOnCursor = rowAt(event->pos().y()) == static_cast<int>(panel_.cursor());
+    if (event->button() == Qt::LeftButton && isOnCursor)
         panel_.openItem();
 }
 

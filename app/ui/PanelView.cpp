@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include <chrono>
+#include <utility>
 
 namespace fennik::ui {
 
@@ -72,6 +73,7 @@ PanelView::PanelView(app::AppModel& app, app::PanelSide side, const Theme& theme
         message_->takePanel();
         setFocusLook(look_);
     });
+    connect(message_, &PanelMessage::answered, table_, qOverload<>(&QWidget::setFocus));
     connect(table_, &PanelTable::menuOpened, this, &PanelView::menuOpened);
     connect(pathBar_, &PathBar::menuOpened, this, &PanelView::menuOpened);
     nameTable();
@@ -90,10 +92,9 @@ QColor PanelView::rowGround() const {
 }
 
 void PanelView::takePanel(app::PanelChanges changes) {
-    if (panel_.loading() != wasLoading_) {
-        wasLoading_ = panel_.loading();
+    const std::pair load{panel_.loadToken(), panel_.loading()};
+    if (std::exchange(shownLoad_, load) != load)
         setLoadingStage(LoadingStage::none);
-    }
     if (changes & (app::PanelChange::items | app::PanelChange::state)) {
         message_->takePanel();
         placeOverlays();
@@ -117,6 +118,10 @@ void PanelView::resizeEvent(QResizeEvent*) {
     placeOverlays();
 }
 
+void PanelView::mousePressEvent(QMouseEvent*) {
+    table_->setFocus();
+}
+
 void PanelView::placeOverlays() {
     const auto rows = table_->geometry();
     const int header = table_->horizontalHeader()->height();
@@ -131,9 +136,9 @@ void PanelView::nameTable() {
                                                             : QStringLiteral("Pravý panel");
     const auto folder = shownName(panel_.folder().lastComponent());
     auto name = QStringLiteral("%1, %2").arg(side, folder);
-    // A panel without rows has a sentence to say instead of a count.
+    // While nothing is known of the rows there is no count, and a failure has a sentence to say.
     const auto& error = panel_.error();
-    if (!error)
+    if (!error && panel_.generation() > 0)
         name += QStringLiteral(", ") + itemCount(shownItemCount(panel_));
     table_->setAccessibleName(name);
     table_->setAccessibleDescription(error ? PlatformWords::failureMessage(*error) : QString());

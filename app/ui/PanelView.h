@@ -8,7 +8,7 @@
 
 #include <QWidget>
 
-#include <array>
+#include <utility>
 
 class QTimer;
 
@@ -37,6 +37,7 @@ signals:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
 
 private:
     void takePanel(app::PanelChanges changes);
@@ -56,7 +57,8 @@ private:
     LoadingSkeleton* skeleton_;
     QTimer* stageTimer_;
     LoadingStage stage_ = LoadingStage::none;
-    bool wasLoading_ = false;
+    std::pair<int, bool>
+        shownLoad_; ///< token of the load that `stage_` is about; whether it goes on
 };
 
 } // namespace fennik::ui

@@ -27,10 +27,10 @@ PathBar::PathBar(app::AppModel& app, app::PanelModel& panel, const Theme& theme,
       panel_(panel),
       theme_(theme),
       icons_(icons),
-      back_(new IconButton(QStringLiteral("chevron-left"), QStringLiteral("Zpět"), {}, theme, icons,
-                           this)),
-      forward_(new IconButton(QStringLiteral("chevron-right"), QStringLiteral("Vpřed"), {}, theme,
-                              icons, this)),
+      back_(new IconButton(QStringLiteral("chevron-left"), QStringLiteral("Zpět"), KeyCaps::back,
+                           theme, icons, this)),
+      forward_(new IconButton(QStringLiteral("chevron-right"), QStringLiteral("Vpřed"),
+                              KeyCaps::forward, theme, icons, this)),
       up_(new IconButton(QStringLiteral("corner-left-up"), QStringLiteral("O úroveň výš"),
                          KeyCaps::backspace, theme, icons, this)),
       more_(new Crumb(QStringLiteral("…"), theme, this)) {
@@ -73,7 +73,8 @@ void PathBar::takePanel() {
     startsAtHome_ = way.start == app::PathCrumbs::Start::home;
     for (const auto& [title, url] : way.crumbs) {
         auto* crumb = new Crumb(shownName(title), theme_, this);
-        crumb->setToolTip(shownName(url.path()));
+        crumb->setToolTip(toolTipText(shownName(url.path())));
+        crumb->setAccessibleDescription(shownName(url.path())); // else the tooltip with its markup
         connect(crumb, &QAbstractButton::clicked, &panel_,
                 [this, target = url] { panel_.navigate(target); });
         crumb->show();
@@ -84,8 +85,8 @@ void PathBar::takePanel() {
 
 QRect PathBar::field() const {
     const int left = theme_.px(10 + 3 * buttonSide + 8);
-    const int height27 = theme_.px(28);
-    return {left, (height() - height27) / 2, width() - left - theme_.px(10), height27};
+    const int boxHeight = theme_.px(28);
+    return {left, (height() - boxHeight) / 2, width() - left - theme_.px(10), boxHeight};
 }
 
 void PathBar::resizeEvent(QResizeEvent*) {
@@ -140,7 +141,7 @@ void PathBar::showHiddenCrumbs() {
     menu.setStyleSheet(theme_.styleSheet());
     for (auto* crumb : crumbs_) {
         if (crumb->isHidden())
-            menu.addAction(crumb->title(), crumb, &QAbstractButton::click);
+            menu.addAction(menuText(crumb->title()), crumb, &QAbstractButton::click);
     }
     emit menuOpened(true);
     menu.exec(more_->mapToGlobal(QPoint(0, more_->height())));

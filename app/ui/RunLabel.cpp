@@ -13,6 +13,7 @@ namespace fennik::ui {
 RunLabel::RunLabel(const Theme& theme, Qt::Alignment alignment, QWidget* parent)
     : QLabel(parent), theme_(theme) {
     setAlignment(alignment);
+    setTextFormat(Qt::PlainText); // names of files are no markup
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
 }
 

@@ -11,6 +11,8 @@ namespace fennik::ui {
 /// A label of one line whose parts differ in colour and weight, with digits of equal width. Too
 /// little room cuts it off at the end.
 class RunLabel final : public QLabel {
+    Q_OBJECT
+
 public:
     struct Run {
         QString text;

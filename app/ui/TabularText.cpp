@@ -91,7 +91,9 @@ void draw(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const 
     auto shown = text;
     auto total = font.width(shown);
     if (total > rect.width()) {
-        shown = metrics.elidedText(text, Qt::ElideRight, rect.width());
+        // The metrics know digits by their own widths, which are smaller.
+        const double wider = total - metrics.horizontalAdvance(text);
+        shown = metrics.elidedText(text, Qt::ElideRight, rect.width() - wider);
         total = font.width(shown);
     }
     double x = alignment.testFlag(Qt::AlignRight) ? rect.right() - total : rect.left();

@@ -20,6 +20,14 @@ QString shownName(std::string_view name) {
     return fromUtf8(displayText(name));
 }
 
+QString toolTipText(const QString& text) {
+    return QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped());
+}
+
+QString menuText(const QString& text) {
+    return QString(text).replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
+
 QString fromUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }

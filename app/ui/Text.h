@@ -10,6 +10,11 @@ namespace fennik::ui {
 
 /// The bytes of a name as they are shown.
 QString shownName(std::string_view name);
+/// `text` for a tooltip. The toolkit would take a name such as "<img src=…>" for a document, and
+/// open the file.
+QString toolTipText(const QString& text);
+/// `text` for the title of a menu's item, where "&" has a meaning.
+QString menuText(const QString& text);
 /// UTF-8 of the program's own.
 QString fromUtf8(std::string_view text);
 

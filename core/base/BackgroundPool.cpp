@@ -7,6 +7,7 @@
 #include <iterator>
 #include <list>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -69,9 +70,15 @@ bool BackgroundPool::State::holdBack(Job& job, const std::string& lane) {
 void BackgroundPool::State::staff() {
     workCame.notify_all();
     for (auto hands = idleThreads + starting; hands < queue.size(); ++hands) {
+        try {
+            // It waits for the lock, and so for the counts.
+            std::thread([state = shared_from_this()] { state->work(); }).detach();
+        } catch (const std::system_error&) {
+            return; // no further thread is to be had: the next one that is free takes the queue
+                    // over
+        }
         ++threads;
         ++starting;
-        std::thread([state = shared_from_this()] { state->work(); }).detach();
     }
 }
 
@@ -100,9 +107,11 @@ void BackgroundPool::State::work() {
         job.task();
         job.task = nullptr;
         lock.lock();
-        std::ranges::move(entry->waiting, std::back_inserter(queue));
+        if (!stopping)
+            std::ranges::move(entry->waiting, std::back_inserter(queue));
         running.erase(entry);
-        staff();
+        if (!stopping)
+            staff();
     }
     --threads;
     threadEnded.notify_all();

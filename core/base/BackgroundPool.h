@@ -12,7 +12,8 @@ namespace fennik {
 /// Threads for work that waits for disks. A task never waits for another one's disk: when no thread
 /// is idle, one more is started, and idle ones end after a while. The exception are lanes: when a
 /// task has run for longer than `stuckAfter`, further tasks of the same lane wait until it
-/// returns, so that a dead disk holds one thread and not one for every attempt.
+/// returns, so that a dead disk holds one thread and not one for every attempt. Where the system
+/// gives no further thread, tasks wait for one that becomes free.
 class BackgroundPool final : public DiskExecutor {
 public:
     using LaneOf = std::function<std::string(const std::string& path)>;

@@ -52,14 +52,15 @@ public:
                                                     FollowLinks follow) const = 0;
     /// The target as it is written in the link.
     [[nodiscard]] virtual Result<std::string> linkTarget(const std::string& path) const = 0;
-    /// Bytes that an ordinary user may still write to the volume of `path`.
+    /// Bytes that an ordinary user may still write to the volume of `path`. ENOTSUP for a volume
+    /// that stores nothing.
     [[nodiscard]] virtual Result<std::int64_t> freeSpace(const std::string& path) const = 0;
 
     /// All entries but "." and "..", in the order of the system, read in bulk. The consumer is
     /// called on this thread, and only once everything was read: on failure it has seen nothing.
-    /// Entries that vanish meanwhile or cannot be examined are left out, but where the folder's
-    /// own rights forbid examining, name and type are still given. ENOTSUP or EINVAL: this system
-    /// or volume has no bulk reading.
+    /// An entry that has vanished meanwhile or whose examination fails (EIO, a dead mount point) is
+    /// left out; where rights forbid examining it (EACCES, EPERM), name and type are still given.
+    /// ENOTSUP or EINVAL: this system or volume has no bulk reading.
     [[nodiscard]] virtual Result<void> readFolder(const std::string& path,
                                                   const FolderEntryConsumer& consume) const = 0;
     /// The same entries through the portable folder stream.

@@ -46,12 +46,10 @@ void TempFolder::link(std::string_view name, const std::string& target) const {
 }
 
 bool asOrdinaryUser(const std::function<bool()>& check) {
-    if (geteuid() != 0)
-        return check();
     const auto child = fork();
     if (child == 0) {
-        const bool changed = setgid(nobody) == 0 && setuid(nobody) == 0;
-        _exit(changed && check() ? 0 : 1);
+        const bool isOrdinary = geteuid() != 0 || (setgid(nobody) == 0 && setuid(nobody) == 0);
+        _exit(isOrdinary && check() ? 0 : 1);
     }
     int status = 0;
     return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;

@@ -28,7 +28,7 @@ private:
 };
 
 /// Runs `check` as an ordinary user who owns nothing, in a process of its own, and tells whether it
-/// said true. Where the tests do not run as root, they are such a user already.
+/// said true.
 bool asOrdinaryUser(const std::function<bool()>& check);
 
 } // namespace fennik::test

@@ -14,6 +14,7 @@
 #include <mutex>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -172,10 +173,15 @@ private:
     }
 
     void startHelper() {
-        helper_ = std::thread([this] {
-            while (auto* block = waitForBlock())
-                examineBlock(*block);
-        });
+        try {
+            helper_ = std::thread([this] {
+                while (auto* block = waitForBlock())
+                    examineBlock(*block);
+            });
+        } catch (const std::system_error&) {
+            // No further thread is to be had, so this one does all the work.
+            return;
+        }
     }
 
     void endOfNames() {

@@ -1,8 +1,10 @@
 #include "core/platform/posix/PosixFileSystem.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -109,7 +111,12 @@ FileSystem::Result<std::int64_t> PosixFileSystem::freeSpace(const std::string& p
     struct statvfs info{};
     if (statvfs(path.c_str(), &info) != 0)
         return lastError();
-    return static_cast<std::int64_t>(info.f_bavail * info.f_frsize);
+    if (info.f_blocks == 0) // such as /proc, which has no room for anything
+        return std::unexpected(PosixError{ENOTSUP});
+    constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+    const std::uint64_t blockSize = std::max<std::uint64_t>(info.f_frsize, 1);
+    const auto blocks = std::min<std::uint64_t>(info.f_bavail, most / blockSize);
+    return static_cast<std::int64_t>(blocks * blockSize);
 }
 
 FileSystem::Result<void> PosixFileSystem::readFolder(const std::string&,

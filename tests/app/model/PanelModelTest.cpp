@@ -292,6 +292,73 @@ TEST_F(PanelModelTest, theRootHasNoWayUp) {
     EXPECT_TRUE(disk.isIdle());
 }
 
+TEST_F(PanelModelTest, aHiddenItemThatWasAskedForIsShownAllTheSame) {
+    PanelModel other(PanelSide::right, services(), temp.path(".hidden"));
+    other.refresh();
+    settle();
+    EXPECT_THAT(namesOf(other.items()), ElementsAre("..", "a", "b", ".hidden", "c.txt", "d.txt"));
+    EXPECT_EQ(other.items().view(other.cursor()).name, ".hidden");
+    other.chooseSort(SortKey::name);
+    EXPECT_EQ(other.items().view(other.cursor()).name, ".hidden");
+    other.navigate(FileUrl(temp.path("a")));
+    settle();
+    other.goToParent();
+    settle();
+    EXPECT_FALSE(other.items().rowOf(".hidden"));
+}
+
+TEST_F(PanelModelTest, theWayUpNeverEndsAtAFolderThatCannotBeShown) {
+    temp.folder("locked/a/b");
+    chmod(temp.path("locked").c_str(), 0);
+    EXPECT_TRUE(asOrdinaryUser([this] {
+        PanelModel other(PanelSide::right, services(), temp.path("locked/a/b"));
+        other.refresh();
+        settle();
+        const bool isDenied = other.error() == Failure::noPermission(other.folder());
+        other.goToParent();
+        settle();
+        return isDenied && !other.error() && other.tab().path == temp.url().path();
+    }));
+}
+
+TEST_F(PanelModelTest, everyPressOfAWayUpCountsOnASlowDisk) {
+    show("a/inner");
+    panel.goToParent();
+    panel.goToParent();
+    settle();
+    EXPECT_EQ(panel.tab().path, temp.url().path());
+    EXPECT_EQ(underCursor(), "a");
+}
+
+TEST_F(PanelModelTest, backIsUsedUpEvenWhereItsFolderBecameAFile) {
+    show();
+    show("a");
+    show();
+    std::filesystem::remove_all(temp.path("a"));
+    temp.file("a");
+    panel.goBack();
+    settle();
+    EXPECT_EQ(panel.tab().path, temp.url().path());
+    panel.goBack();
+    settle();
+    EXPECT_FALSE(panel.canGo(Step::back));
+}
+
+TEST_F(PanelModelTest, aLateLinkTargetNeverReplacesANewerOne) {
+    temp.link("l", "old");
+    show();
+    panel.wantLinkTargets(0, 99);
+    disk.runAll(); // read, but not yet back
+    unlink(temp.path("l").c_str());
+    temp.link("l", "new");
+    panel.refresh();
+    settle();
+    panel.wantLinkTargets(0, 99);
+    settle();
+    ASSERT_NE(panel.linkTarget("l"), nullptr);
+    EXPECT_EQ(panel.linkTarget("l")->path, "new");
+}
+
 TEST_F(PanelModelTest, linkTargetsAreReadOnceForTheRowsInView) {
     temp.link("l1", "a");
     temp.link("l2", "nowhere");

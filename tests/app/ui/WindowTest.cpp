@@ -5,6 +5,7 @@
 #include "app/ui/RunLabel.h"
 #include "tests/support/PanelFixture.h"
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QHeaderView>
 #include <QTest>
@@ -78,24 +79,48 @@ TEST_F(WindowTest, theCursorLooksLikeWhereTheKeyboardIs) {
     EXPECT_EQ(pixel(PanelSide::right, 0, 300), tokens.accentSoft);
 }
 
-TEST_F(WindowTest, everyKeyOfThePanelsWorks) {
+TEST_F(WindowTest, keysSortAndWalkInTheActivePanel) {
     start();
-    press(Qt::Key_End);
-    EXPECT_EQ(app.activePanel().cursor(), 2U);
-    press(Qt::Key_Home);
-    press(Qt::Key_PageDown);
-    EXPECT_EQ(app.activePanel().cursor(), 2U);
     press(Qt::Key_1, Qt::ControlModifier | Qt::AltModifier);
     EXPECT_FALSE(app.activePanel().tab().sort.ascending);
     press(Qt::Key_3, Qt::ControlModifier | Qt::AltModifier);
     EXPECT_EQ(app.activePanel().tab().sort.key, SortKey::size);
-    press(Qt::Key_Home);
+    EXPECT_EQ(app.panel(PanelSide::right).tab().sort.key, SortKey::name);
     press(Qt::Key_Down);
     press(Qt::Key_Return);
     EXPECT_EQ(window.windowTitle(), "Faktury – Fennik");
     press(Qt::Key_Backspace);
     EXPECT_EQ(window.windowTitle(), "left – Fennik");
     EXPECT_EQ(app.activePanel().cursor(), 1U);
+}
+
+TEST_F(WindowTest, aClickOnAMessageActivatesItsPanel) {
+    start();
+    auto* message = window.view(PanelSide::right).findChild<ui::PanelMessage*>("panelMessage");
+    ASSERT_TRUE(message->isVisible());
+    QTest::mouseClick(message, Qt::LeftButton);
+    EXPECT_EQ(app.activeSide(), PanelSide::right);
+}
+
+TEST_F(WindowTest, aNameIsNeverTakenForMarkup) {
+    const std::string hostile = "<img src='file:x'> R&D [*]";
+    temp.folder("left/" + hostile.substr(0, hostile.find('/')));
+    temp.link("left/l", "<b>x</b> & y");
+    start();
+    app.activePanel().navigate(FileUrl(temp.path("left/" + hostile)));
+    settle();
+    EXPECT_EQ(window.windowTitle(), "<img src='file:x'> R&D [*][*] – Fennik");
+    for (const auto* crumb : window.view(PanelSide::left).findChildren<QAbstractButton*>()) {
+        EXPECT_FALSE(crumb->toolTip().contains("<img")) << crumb->toolTip().toStdString();
+    }
+    app.activePanel().goToParent();
+    settle();
+    QApplication::processEvents();
+    settle();
+    app.activePanel().setCursor(static_cast<std::ptrdiff_t>(*app.activePanel().items().rowOf("l")));
+    EXPECT_TRUE(statusText(PanelSide::left).contains("→ <b>x</b> & y"));
+    for (const auto* label : window.findChildren<ui::RunLabel*>())
+        EXPECT_EQ(label->textFormat(), Qt::PlainText);
 }
 
 TEST_F(WindowTest, theStatusLineDescribesTheItemUnderTheCursor) {

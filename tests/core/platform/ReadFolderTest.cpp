@@ -4,10 +4,14 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <map>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 namespace fennik::test {
 
@@ -122,6 +126,37 @@ TEST_P(ReadFolderTest, stillNamesWhatTheRightsForbidToExamine) {
         return folder && *folder == Folder{{"file", file}, {"folder", inner}};
     }));
     chmod(temp.path("half").c_str(), 0755);
+}
+
+TEST_P(ReadFolderTest, readsLargeFoldersWithoutASecondThread) {
+    constexpr int count = 6'000;
+    for (int i = 0; i < count; ++i)
+        temp.file(std::to_string(i));
+    EXPECT_TRUE(asOrdinaryUser([this] {
+        const rlimit none{0, 0};
+        setrlimit(RLIMIT_NPROC, &none);
+        const auto folder = readAll(GetParam(), temp.url().path());
+        return folder && folder->size() == static_cast<std::size_t>(count);
+    }));
+}
+
+TEST_P(ReadFolderTest, aFolderThatChangesWhileItIsReadLosesNothingThatStays) {
+    constexpr int staying = 5'000;
+    for (int i = 0; i < staying; ++i)
+        temp.file("stays " + std::to_string(i));
+    std::jthread changer([this](const std::stop_token& stop) {
+        for (int i = 0; !stop.stop_requested(); i = (i + 1) % 500) {
+            temp.file("comes " + std::to_string(i));
+            unlink(temp.path("comes " + std::to_string((i + 250) % 500)).c_str());
+        }
+    });
+    for (int round = 0; round < 5; ++round) {
+        const auto folder = readAll(GetParam(), temp.url().path());
+        ASSERT_TRUE(folder);
+        const auto found = std::ranges::count_if(
+            *folder, [](const auto& entry) { return entry.first.starts_with("stays "); });
+        EXPECT_EQ(found, staying);
+    }
 }
 
 TEST_P(ReadFolderTest, readsTheKernelsOwnFolders) {
