@@ -26,6 +26,8 @@ void ColorScheme::start() {
         return;
     }
     auto bus = QDBusConnection::sessionBus();
+    // The slot is found by the names of its types.
+    qRegisterMetaType<QDBusVariant>();
     bus.connect(service, object, interface, QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     auto question =

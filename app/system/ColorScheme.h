@@ -1,9 +1,7 @@
 #pragma once
 
+#include <QDBusVariant>
 #include <QObject>
-
-class QDBusPendingCallWatcher;
-class QDBusVariant;
 
 namespace fennik::system {
 
