@@ -25,7 +25,7 @@ struct Totals {
 /// 256 KiB of names at a time, each examined at once.
 Totals listOnOneThread(const std::string& folder);
 /// The names dealt to two threads in blocks of 1,024, while the rest are still being read.
-Totals listOnTwoThreads(const std::string& folder);
+Totals listOnTwoThreads(const std::string& path);
 
 inline constexpr std::size_t namesBuffer = 256UL * 1024;
 

@@ -111,7 +111,7 @@ int main(int argumentCount, char** arguments) {
     if (argumentCount != 3)
         return 2;
     QApplication::setStyle(QStringLiteral("Fusion"));
-    QApplication application(argumentCount, arguments);
+    const QApplication application(argumentCount, arguments);
     QFont font(QStringLiteral("Inter"));
     font.setPointSizeF(9.75);
     QApplication::setFont(font);
@@ -127,14 +127,14 @@ int main(int argumentCount, char** arguments) {
     });
     window.show();
     std::array<std::thread, 2> threads;
-    for (std::size_t side = 0; side < threads.size(); ++side) {
-        threads[side] =
-            std::thread([&model = models[side], folder = std::string(arguments[side + 1])] {
-                auto entries = std::make_shared<Entries>(list(folder));
-                QMetaObject::invokeMethod(
-                    &model, [&model, entries] { model.show(std::move(*entries)); },
-                    Qt::QueuedConnection);
-            });
+    for (std::size_t side = 0; auto& thread : threads) {
+        thread = std::thread([&model = models[side], folder = std::string(arguments[side + 1])] {
+            auto entries = std::make_shared<Entries>(list(folder));
+            QMetaObject::invokeMethod(
+                &model, [&model, entries] { model.show(std::move(*entries)); },
+                Qt::QueuedConnection);
+        });
+        ++side;
     }
     const int code = QApplication::exec();
     for (auto& thread : threads)

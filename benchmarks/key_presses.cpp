@@ -52,10 +52,8 @@ int main(int argumentCount, char** arguments) {
         return 2;
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication::setStyle(QStringLiteral("Fusion"));
-    QApplication application(argumentCount, arguments);
-    app::Options options;
-    options.left = arguments[1];
-    options.right = arguments[1];
+    const QApplication application(argumentCount, arguments);
+    const app::Options options{.left = arguments[1], .right = arguments[1]};
     app::Session session(options);
     session.start();
     const auto& left = session.app().panel(app::PanelSide::left);

@@ -68,7 +68,7 @@ void runTool(std::vector<std::string> words) {
 
 /// Registers what `list` takes, without the time that its result takes to be given back.
 template <class List>
-void add(const std::string& name, Caches caches, int repeats, List list) {
+void add(const std::string& name, Caches caches, int repeats, const List& list) {
     benchmark::RegisterBenchmark(name.c_str(),
                                  [caches, list](benchmark::State& state) {
                                      for ([[maybe_unused]] auto _ : state) {
@@ -105,7 +105,7 @@ void addFolder(const std::string& folder, int repeats, Caches caches) {
         return;
     add(prefix + "one thread", caches, repeats,
         [folder] { return bench::listOnOneThread(folder); });
-    const auto tool = [&](const std::string& name, std::vector<std::string> words) {
+    const auto tool = [&](const std::string& name, const std::vector<std::string>& words) {
         add(prefix + name, caches, 1, [words] {
             runTool(words);
             return 0;

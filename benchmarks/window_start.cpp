@@ -13,11 +13,9 @@ int main(int argumentCount, char** arguments) {
     if (argumentCount != 3 || system::probeDisplay() != system::Display::available)
         return 2;
     QApplication::setStyle(QStringLiteral("Fusion"));
-    QApplication application(argumentCount, arguments);
+    const QApplication application(argumentCount, arguments);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/fennik.svg")));
-    app::Options options;
-    options.left = arguments[1];
-    options.right = arguments[2];
+    const app::Options options{.left = arguments[1], .right = arguments[2]};
     app::Session session(options);
     const auto viewport = [&session](app::PanelSide side) -> QWidget& {
         return *session.window().view(side).table().viewport();

@@ -11,7 +11,8 @@ void returnLargeBlocks() {
 #ifdef __GLIBC__
     // Left alone, glibc raises the threshold with the largest block freed, and keeps the rest.
     constexpr int threshold = 1 << 20;
-    mallopt(M_MMAP_THRESHOLD, threshold);
+    // Called before there is a second thread that could allocate.
+    mallopt(M_MMAP_THRESHOLD, threshold); // NOLINT(concurrency-mt-unsafe)
 #endif
 }
 

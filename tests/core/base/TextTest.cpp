@@ -54,9 +54,9 @@ TEST(DisplayTextTest, showsWhatCannotBeSeen) {
     EXPECT_EQ(displayText("a\nb\tc\x7F\xFF"), "a↵b⇥c\uFFFD\uFFFD");
     EXPECT_EQ(displayText("žluťoučký kůň"), "žluťoučký kůň");
     // An override would show this name as "obrazgpj.exe" turned round.
-    EXPECT_EQ(displayText("obraz\xE2\x80\xAE"
-                          "exe.jpg"),
-              "obraz\uFFFDexe.jpg");
+    std::string overridden = "obraz";
+    Utf8::append(overridden, 0x202E);
+    EXPECT_EQ(displayText(overridden + "exe.jpg"), "obraz\uFFFDexe.jpg");
     EXPECT_EQ(displayText("a\u0085b\u2028c"), "a\uFFFDb\uFFFDc");
 }
 

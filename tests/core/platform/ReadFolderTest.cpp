@@ -144,7 +144,7 @@ TEST_P(ReadFolderTest, aFolderThatChangesWhileItIsReadLosesNothingThatStays) {
     constexpr int staying = 5'000;
     for (int i = 0; i < staying; ++i)
         temp.file("stays " + std::to_string(i));
-    std::jthread changer([this](const std::stop_token& stop) {
+    const std::jthread changer([this](const std::stop_token& stop) {
         for (int i = 0; !stop.stop_requested(); i = (i + 1) % 500) {
             temp.file("comes " + std::to_string(i));
             unlink(temp.path("comes " + std::to_string((i + 250) % 500)).c_str());
