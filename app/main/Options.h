@@ -13,9 +13,9 @@ struct Options {
     enum class Look { system, light, dark };
 
     Task task = Task::window;
-    std::string screenshotFile; ///< as given
-    std::optional<std::string> left;
-    std::optional<std::string> right; ///< paths as given, in bytes
+    std::string screenshotFile = {}; ///< as given
+    std::optional<std::string> left = {};
+    std::optional<std::string> right = {}; ///< paths as given, in bytes
     Look look = Look::system;
     int width = 1440; ///< of the window, in device-independent pixels
     int height = 900;
