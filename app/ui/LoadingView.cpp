@@ -62,7 +62,7 @@ void LoadingSkeleton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(theme_.tokens().hover);
+    painter.setBrush(theme_.tokens().pressed);
     const double bar = theme_.px(9);
     const double right = width() - geometry.rightMargin();
     for (std::size_t row = 0; row < nameWidths.size(); ++row) {

@@ -51,7 +51,7 @@ PanelView::PanelView(app::AppModel& app, app::PanelSide side, const Theme& theme
       theme_(theme),
       pathBar_(new PathBar(app, panel_, theme, icons, this)),
       table_(new PanelTable(panel_, theme, icons, this)),
-      statusLine_(new StatusLine(panel_, theme, this)),
+      statusLine_(new StatusLine(panel_, theme, icons, this)),
       message_(new PanelMessage(panel_, theme, icons, this)),
       stripe_(new LoadingStripe(theme, this)),
       skeleton_(new LoadingSkeleton(theme, this)),

@@ -9,23 +9,31 @@
 
 namespace fennik::ui {
 
+namespace {
+
+constexpr double sideMargin = 9;
+constexpr double iconRoom = 20;
+
+} // namespace
+
 std::int64_t shownItemCount(const app::PanelModel& panel) {
     const auto& items = panel.items();
     const bool hasParent = !items.empty() && !items.folder().isRoot();
     return static_cast<std::int64_t>(items.size()) - (hasParent ? 1 : 0);
 }
 
-StatusLine::StatusLine(app::PanelModel& panel, const Theme& theme, QWidget* parent)
+StatusLine::StatusLine(app::PanelModel& panel, const Theme& theme, Icons& icons, QWidget* parent)
     : QWidget(parent),
       panel_(panel),
       theme_(theme),
+      icons_(icons),
       summary_(new RunLabel(theme, Qt::AlignLeft, this)),
       details_(new RunLabel(theme, Qt::AlignLeft, this)),
       space_(new RunLabel(theme, Qt::AlignRight, this)) {
     setObjectName(QStringLiteral("statusLine"));
     setFixedHeight(theme.px(27));
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(theme.px(9), 0, theme.px(11), 0);
+    layout->setContentsMargins(theme.px(sideMargin), 0, theme.px(11), 0);
     layout->setSpacing(theme.px(20));
     layout->addWidget(summary_);
     layout->addWidget(details_, 1);
@@ -37,6 +45,10 @@ StatusLine::StatusLine(app::PanelModel& panel, const Theme& theme, QWidget* pare
 
 void StatusLine::setLoadingStage(LoadingStage stage) {
     stage_ = stage;
+    // The icon of a load stands before the words.
+    auto margins = layout()->contentsMargins();
+    margins.setLeft(theme_.px(stage == LoadingStage::none ? sideMargin : sideMargin + iconRoom));
+    layout()->setContentsMargins(margins);
     takePanel();
 }
 
@@ -82,9 +94,15 @@ QString StatusLine::details() const {
 }
 
 void StatusLine::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (stage_ != LoadingStage::none) {
+        const int side = theme_.px(14);
+        painter.drawPixmap(theme_.px(sideMargin), (height() - side) / 2,
+                           icons_.line(QStringLiteral("loader-circle"), side, theme_.tokens().text2,
+                                       devicePixelRatioF()));
+    }
     if (details_->text().isEmpty())
         return;
-    QPainter painter(this);
     const int x = details_->x() - theme_.px(10);
     const int inset = theme_.px(7);
     painter.fillRect(x, inset, 1, height() - 2 * inset, theme_.tokens().line);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/model/PanelModel.h"
+#include "app/ui/Icons.h"
 #include "app/ui/Theme.h"
 
 #include <QWidget>
@@ -18,7 +19,7 @@ class StatusLine final : public QWidget {
     Q_OBJECT
 
 public:
-    StatusLine(app::PanelModel& panel, const Theme& theme, QWidget* parent);
+    StatusLine(app::PanelModel& panel, const Theme& theme, Icons& icons, QWidget* parent);
 
     void setLoadingStage(LoadingStage stage);
 
@@ -32,6 +33,7 @@ private:
 
     app::PanelModel& panel_;
     const Theme& theme_;
+    Icons& icons_;
     LoadingStage stage_ = LoadingStage::none;
     RunLabel* summary_;
     RunLabel* details_;
