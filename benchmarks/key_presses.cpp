@@ -64,6 +64,8 @@ int main(int argumentCount, char** arguments) {
     }
     auto& table = session.window().view(app::PanelSide::left).table();
     PaintWatch watch(*table.viewport());
+    // The listing may have been painted already, and then no paint is on its way.
+    table.viewport()->update();
     watch.waitForPaint();
     for (int row = 0; row < std::atoi(arguments[2]); ++row)
         pressDown(table, watch);
