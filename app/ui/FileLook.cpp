@@ -1,9 +1,9 @@
 #include "app/ui/FileLook.h"
 
-#include <algorithm>
+#include "core/base/AsciiText.h"
+
 #include <array>
 #include <initializer_list>
-#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -61,11 +61,7 @@ LooksByExtension looksByExtension() {
 
 FileLook lookOfExtension(std::string_view extension) {
     static const auto looks = looksByExtension();
-    std::string lowered(extension);
-    std::ranges::transform(lowered, lowered.begin(), [](char byte) {
-        return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-    });
-    const auto found = looks.find(lowered);
+    const auto found = looks.find(asciiLowered(extension));
     return found == looks.end() ? FileLook::file : found->second;
 }
 

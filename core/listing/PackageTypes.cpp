@@ -1,5 +1,7 @@
 #include "core/listing/PackageTypes.h"
 
+#include "core/base/AsciiText.h"
+
 #include <algorithm>
 #include <array>
 #include <string>
@@ -17,15 +19,10 @@ constexpr std::array<std::string_view, 26> extensions{
     "sparsebundle", "xcodeproj",
 };
 
-char lowered(char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
-
 } // namespace
 
 bool isPackageExtension(std::string_view extension) {
-    std::string wanted(extension);
-    std::ranges::transform(wanted, wanted.begin(), lowered);
+    const auto wanted = asciiLowered(extension);
     return std::ranges::find(extensions, std::string_view(wanted)) != extensions.end();
 }
 
