@@ -28,9 +28,8 @@ public:
 
     void execute(std::string path, Task task) override;
 
-    enum class ShutDown { complete, threadsLeft };
-    /// Drops the tasks not yet begun and waits at most `patience` for the running ones. When
-    /// threads are left, the process must end without running static destructors.
+    using ShutDown = fennik::ShutDown;
+    /// Drops the tasks not yet begun and waits at most `patience` for the running ones.
     ShutDown shutDown(std::chrono::milliseconds patience);
 
 private:

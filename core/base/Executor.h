@@ -9,6 +9,10 @@ namespace fennik {
 
 using Task = std::move_only_function<void()>;
 
+/// How the end of a worker with threads went. A thread that is left hangs in a system call; the
+/// process must then end without running static destructors.
+enum class ShutDown { complete, threadsLeft };
+
 /// Runs tasks somewhere else, later. Tests run them by hand.
 class Executor {
 public:
