@@ -4,10 +4,12 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QPalette>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QStyle>
 
 #include <algorithm>
+#include <utility>
 
 namespace fennik::ui {
 
@@ -35,8 +37,18 @@ Tokens lightTokens() {
         .onAccent2 = "#DCE6FB",
         .accentText = "#1F51B8",
         .accentSoft = "#E3EBFA",
+        .mark = "#96450A",
+        .markSoft = "#FDF0DC",
+        .markOnAccent = "#FFDDA3",
+        .markSolid = "#C25E0E",
+        .ok = "#1B6B43",
+        .okSoft = "#E0F2E8",
         .warn = "#7D4E00",
+        .warnSoft = "#FCF0D4",
         .err = "#B02A20",
+        .errSoft = "#FBE6E3",
+        .scrim = QColor::fromRgbF(38 / 255.F, 34 / 255.F, 28 / 255.F, .34F),
+        .shadow = QColor::fromRgbF(40 / 255.F, 32 / 255.F, 20 / 255.F, .20F),
     };
 }
 
@@ -60,8 +72,18 @@ Tokens darkTokens() {
         .onAccent2 = "#EAF0FF",
         .accentText = "#8DB2FF",
         .accentSoft = "#1E2B47",
+        .mark = "#FFB65C",
+        .markSoft = "#38291A",
+        .markOnAccent = "#FFE9C2",
+        .markSolid = "#E28A2B",
+        .ok = "#6FCF9B",
+        .okSoft = "#17301F",
         .warn = "#F0BE5A",
+        .warnSoft = "#352A12",
         .err = "#FF8F82",
+        .errSoft = "#3B1D1A",
+        .scrim = QColor::fromRgbF(0, 0, 0, .44F),
+        .shadow = QColor::fromRgbF(0, 0, 0, .55F),
     };
 }
 
@@ -82,9 +104,12 @@ QString firstInstalled(const QStringList& families, const QString& otherwise) {
 double pixelsOf(FontRole role) {
     switch (role) {
     case FontRole::body:
+    case FontRole::fixedField:
         return basePixels;
     case FontRole::detail:
         return 12.5;
+    case FontRole::title:
+        return 15.5;
     case FontRole::small:
     case FontRole::fixed:
         break;
@@ -118,7 +143,8 @@ void Theme::setAppearance(Appearance appearance) {
 }
 
 QFont Theme::font(FontRole role, QFont::Weight weight) const {
-    QFont font(role == FontRole::fixed ? fixedFamily_ : family_);
+    const bool isFixed = role == FontRole::fixed || role == FontRole::fixedField;
+    QFont font(isFixed ? fixedFamily_ : family_);
     // Half pixels matter at these sizes, and only sizes in points may be fractions.
     constexpr double pointsPerInch = 72;
     const double dotsPerInch = QGuiApplication::primaryScreen()->logicalDotsPerInchY();
@@ -151,18 +177,60 @@ void Theme::apply() const {
 }
 
 QString Theme::styleSheet() const {
-    const auto& colours = tokens();
-    return QStringLiteral(R"(
-        QMenu { background: %1; color: %2; border: 1px solid %3; padding: 4px; }
-        QMenu::item { padding: 5px 24px 5px 24px; border-radius: 5px; }
-        QMenu::item:selected { background: %4; color: %5; }
-        QScrollBar:vertical { background: transparent; width: 10px; margin: 0; }
-        QScrollBar::handle:vertical { background: %6; border-radius: 3px; min-height: 32px; margin: 2px; }
-        QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
+    // "$name" is a token, "6u" are six pixels at the default text size. A border that grows takes
+    // its pixel off the padding, so that nothing moves.
+    auto sheet = QStringLiteral(R"(
+        QMenuBar { background: transparent; color: $text; padding: 0; }
+        QMenuBar::item { padding: 5u 10u; border-radius: 5u; background: transparent; }
+        QMenuBar::item:selected { background: $hover; }
+        QMenuBar::item:pressed { background: $pressed; }
+        QMenuBar::item:disabled { color: $control; }
+        QMenu { background: $raised; color: $text; border: 1px solid $line; padding: 4u; }
+        QMenu::item { padding: 6u 24u; border-radius: 5u; }
+        QMenu::item:selected { background: $accent; color: $onAccent; }
+        QMenu::item:disabled { background: transparent; color: $control; }
+        QMenu::separator { background: $line; height: 1px; margin: 4u 8u; }
+        QLineEdit { background: $field; color: $text; border: 1px solid $control;
+            border-radius: 7u; min-height: 28u; padding: 1px $fieldPaddingpx;
+            selection-background-color: $accent; selection-color: $onAccent; }
+        QLineEdit:focus { border: 2px solid $accent; padding: 0 $focusedPaddingpx; }
+        QLineEdit[invalid="true"] { border: 2px solid $err; padding: 0 $focusedPaddingpx; }
+        QLineEdit:disabled { background: $chrome; color: $control; }
+        QToolTip { background: $raised; color: $text; border: 1px solid $line; padding: 4u 6u; }
+        QScrollBar { background: transparent; margin: 0; }
+        QScrollBar:vertical { width: 10px; }
+        QScrollBar:horizontal { height: 10px; }
+        QScrollBar::handle { background: $control; border-radius: 3px; margin: 2px; }
+        QScrollBar::handle:vertical { min-height: 32px; }
+        QScrollBar::handle:horizontal { min-width: 32px; }
+        QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
         QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
-    )")
-        .arg(colours.raised.name(), colours.text.name(), colours.line.name(), colours.accent.name(),
-             colours.onAccent.name(), colours.control.name());
+    )");
+    const int fieldPadding = px(10);
+    const auto& colours = tokens();
+    const std::pair<const char*, QString> values[] = {
+        {"$fieldPadding", QString::number(fieldPadding)},
+        {"$focusedPadding", QString::number(fieldPadding - 1)},
+        {"$text", colours.text.name()},
+        {"$hover", colours.hover.name()},
+        {"$pressed", colours.pressed.name()},
+        {"$control", colours.control.name()},
+        {"$raised", colours.raised.name()},
+        {"$line", colours.line.name()},
+        {"$accent", colours.accent.name()},
+        {"$onAccent", colours.onAccent.name()},
+        {"$field", colours.field.name()},
+        {"$err", colours.err.name()},
+        {"$chrome", colours.chrome.name()},
+    };
+    for (const auto& [name, value] : values)
+        sheet.replace(QLatin1String(name), value);
+    static const QRegularExpression measure(QStringLiteral("\\b(\\d+)u\\b"));
+    for (auto found = measure.match(sheet); found.hasMatch(); found = measure.match(sheet)) {
+        const auto pixels = QString::number(px(found.captured(1).toInt()));
+        sheet.replace(found.capturedStart(), found.capturedLength(), pixels + QStringLiteral("px"));
+    }
+    return sheet;
 }
 
 Appearance appearanceOf(const QPalette& systemPalette) {

@@ -15,16 +15,20 @@ struct Tokens {
     QColor window, chrome, panel, panelInactive, field, raised, hover, pressed, line, control;
     QColor text, text2, text3;
     QColor accent, onAccent, onAccent2, accentText, accentSoft;
-    QColor warn, err;
+    QColor mark, markSoft, markOnAccent, markSolid;
+    QColor ok, okSoft, warn, warnSoft, err, errSoft;
+    QColor scrim, shadow; ///< half transparent, over whatever lies below
 
     static const Tokens& of(Appearance appearance);
 };
 
 enum class FontRole {
-    body,   ///< row names, buttons
-    detail, ///< sizes, dates, status
-    small,  ///< column headers, key legends
-    fixed,  ///< rights
+    body,       ///< row names, buttons
+    detail,     ///< sizes, dates, status
+    small,      ///< column headers, key legends
+    fixed,      ///< rights
+    fixedField, ///< masks as they are typed
+    title,      ///< of dialogs, in `QFont::DemiBold`
 };
 
 /// Colours, fonts and measures of the whole interface. One per application, on the main thread.
@@ -42,7 +46,8 @@ public:
     QFont font(FontRole role, QFont::Weight weight = QFont::Normal) const;
     /// A measure given for the default text size, in device-independent pixels of this one.
     int px(double measure) const { return qRound(measure * scale_); }
-    /// For menus and scroll bars; everything else paints itself.
+    /// For menus, fields, tooltips and scroll bars; everything else paints itself. A field whose
+    /// property "invalid" is true shows it.
     QString styleSheet() const;
     /// Whether nothing may move on its own.
     static bool reducedMotion();

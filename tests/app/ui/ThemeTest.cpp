@@ -1,8 +1,13 @@
 #include "app/ui/Theme.h"
 
+#include <QLineEdit>
+#include <QStyle>
+#include <QTest>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 namespace fennik::test {
 
@@ -61,7 +66,22 @@ TEST_P(ContrastTest, everyTextCanBeReadAndEveryShapeSeen) {
         {tokens.onAccent2, tokens.accent, 4.5},
         {tokens.accentText, tokens.accentSoft, 4.5},
         {tokens.accentText, tokens.panel, 4.5},
+        {tokens.accentText, tokens.raised, 4.5},
+        {tokens.text2, tokens.raised, 4.5},
+        {tokens.text3, tokens.chrome, 4.5},
+        {tokens.mark, tokens.markSoft, 4.5},
+        {tokens.text, tokens.markSoft, 4.5},
+        {tokens.text2, tokens.markSoft, 4.5},
+        {tokens.markOnAccent, tokens.accent, 4.5},
+        {tokens.ok, tokens.okSoft, 4.5},
+        {tokens.warn, tokens.warnSoft, 4.5},
+        {tokens.err, tokens.errSoft, 4.5},
+        {tokens.ok, tokens.raised, 4.5},
+        {tokens.err, tokens.raised, 4.5},
+        {tokens.markSolid, tokens.chrome, 3},
         {tokens.accent, tokens.panel, 3},
+        {tokens.accent, tokens.field, 3},
+        {tokens.control, tokens.raised, 3},
         {tokens.control, tokens.panel, 3},
         {tokens.control, tokens.panelInactive, 3},
         {tokens.control, tokens.field, 3},
@@ -71,6 +91,34 @@ TEST_P(ContrastTest, everyTextCanBeReadAndEveryShapeSeen) {
     for (const auto& [front, back, least] : pairs)
         EXPECT_GE(contrast(front, back), least)
             << front.name().toStdString() << " on " << back.name().toStdString();
+}
+
+TEST(ThemeTest, aFieldStaysInItsPlaceWhenItsBorderGrows) {
+    const ui::Theme theme(Appearance::light);
+    QWidget window;
+    window.setStyleSheet(theme.styleSheet());
+    QLineEdit field(&window);
+    QLineEdit other(&window);
+    field.setText(QStringLiteral("*.pdf"));
+    field.setGeometry(10, 10, 300, field.sizeHint().height());
+    window.resize(320, 120);
+    const auto look = [&] {
+        const QColor border = field.grab().toImage().pixelColor(150, 1);
+        const auto cursor = field.inputMethodQuery(Qt::ImCursorRectangle).toRect();
+        return std::tuple(field.sizeHint().height(), cursor, border);
+    };
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    other.setFocus();
+    const auto [height, cursor, border] = look();
+    EXPECT_EQ(height, theme.px(32));
+    EXPECT_EQ(border, theme.tokens().field);
+    field.setFocus();
+    EXPECT_EQ(look(), std::tuple(height, cursor, theme.tokens().accent));
+    field.setProperty("invalid", true);
+    field.style()->polish(&field);
+    EXPECT_EQ(look(), std::tuple(height, cursor, theme.tokens().err));
 }
 
 } // namespace fennik::test
