@@ -1,5 +1,6 @@
 #include "core/platform/linux/BulkFolderReader.h"
 
+#include "core/platform/linux/Descriptor.h"
 #include "core/platform/posix/PosixFileSystem.h"
 
 #include <algorithm>
@@ -27,21 +28,6 @@ constexpr std::size_t bufferSize = 256UL * 1024;
 constexpr std::size_t blockLength = 1024;
 /// Fewer blocks than this are examined as fast by one thread as by two.
 constexpr std::size_t blocksWorthAThread = 4;
-
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() {
-        if (number_ >= 0)
-            close(number_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int number() const { return number_; }
-
-private:
-    int number_;
-};
 
 enum class Examination { pending, done, failed, absent };
 

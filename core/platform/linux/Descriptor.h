@@ -1,0 +1,23 @@
+#pragma once
+
+#include <unistd.h>
+
+namespace fennik {
+
+/// Owns the number of an open file; negative: none.
+class Descriptor {
+public:
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor() {
+        if (number_ >= 0)
+            close(number_);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int number() const { return number_; }
+
+private:
+    int number_;
+};
+
+} // namespace fennik
