@@ -72,13 +72,20 @@ Icons::Icons(const Theme& theme) : theme_(theme) {
     keepIconResources();
 }
 
-QPixmap Icons::line(const QString& name, int size, const QColor& color, double pixelRatio) {
-    const auto key =
-        QStringLiteral("%1|%2|%3|%4").arg(name).arg(size).arg(color.name()).arg(pixelRatio);
+QPixmap Icons::line(const QString& name, int size, const QColor& color, double pixelRatio,
+                    IconFill fill) {
+    const auto key = QStringLiteral("%1|%2|%3|%4|%5")
+                         .arg(name)
+                         .arg(size)
+                         .arg(color.name())
+                         .arg(pixelRatio)
+                         .arg(int(fill));
     auto& pixmap = drawn_[key];
     if (!pixmap.isNull())
         return pixmap;
     auto svg = source(QStringLiteral(":/lucide/%1.svg").arg(name));
+    if (fill == IconFill::solid)
+        svg.replace("fill=\"none\"", "fill=\"currentColor\"");
     svg.replace("currentColor", color.name().toUtf8());
     svg.replace("stroke-width=\"2\"", "stroke-width=\"1.75\"");
     pixmap = blank(size, pixelRatio);

@@ -10,6 +10,8 @@
 
 namespace fennik::ui {
 
+/// Whether the shapes that a line icon encloses are filled with its colour.
+enum class IconFill { none, solid };
 /// Where a file icon stands, which decides its colours.
 enum class IconGround { panel, panelInactive, accent };
 /// The badge in the corner of a file icon.
@@ -22,7 +24,8 @@ public:
     explicit Icons(const Theme& theme);
 
     /// A line icon in one colour; `size` in device-independent pixels.
-    QPixmap line(const QString& name, int size, const QColor& color, double pixelRatio);
+    QPixmap line(const QString& name, int size, const QColor& color, double pixelRatio,
+                 IconFill fill = IconFill::none);
     /// The two-coloured icon of an item in a panel.
     QPixmap file(FileLook look, IconBadge badge, IconGround ground, int size, double pixelRatio);
 
