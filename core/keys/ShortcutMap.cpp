@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <unordered_set>
+#include <utility>
 
 namespace fennik {
 
@@ -48,21 +49,20 @@ std::vector<ShortcutMap::Collision> ShortcutMap::collisions() const {
     return result;
 }
 
-bool ShortcutMap::assign(const KeyCombo& combo, std::string_view action, Replacing replacing) {
+bool ShortcutMap::assign(KeyCombo combo, std::string_view action, Replacing replacing) {
     const auto others = owners(combo, action);
     if (!others.empty() && replacing == Replacing::no)
         return false;
-    const auto assigned = combo; // may be an element of a list that changes now
     for (const auto& other : others)
-        std::erase(bindings[other], assigned);
+        std::erase(bindings[other], combo);
     auto& combos = bindings[std::string(action)];
-    if (!contains(combos, assigned))
-        combos.push_back(assigned);
+    if (!contains(combos, combo))
+        combos.push_back(std::move(combo));
     return true;
 }
 
 void ShortcutMap::remove(const KeyCombo& combo, std::string_view action) {
-    const auto removed = combo; // may be an element of the list that changes now
+    const KeyCombo removed{combo.key, combo.modifiers}; // `combo` may lie in this very list
     if (const auto found = bindings.find(action); found != bindings.end())
         std::erase(found->second, removed);
 }

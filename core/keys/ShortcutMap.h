@@ -42,7 +42,7 @@ struct ShortcutMap {
 
     /// Appends `combo` to the action's list unless it is there, and takes it away from all others
     /// when replacing. Otherwise an owner makes it return false and leave the map as it is.
-    bool assign(const KeyCombo& combo, std::string_view action, Replacing replacing);
+    bool assign(KeyCombo combo, std::string_view action, Replacing replacing);
     void remove(const KeyCombo& combo, std::string_view action);
     /// Gives the action its default combinations, without those that another action has now.
     void reset(std::string_view action, const ShortcutMap& defaults);
