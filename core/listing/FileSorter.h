@@ -1,24 +1,15 @@
 #pragma once
 
 #include "core/listing/FileItems.h"
+#include "core/listing/NameSet.h"
 #include "core/listing/PanelSort.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 
 namespace fennik {
-
-/// Hashes names of either kind, so that a map of strings is searched without making one.
-struct NameHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view name) const noexcept {
-        return std::hash<std::string_view>()(name);
-    }
-};
 
 /// Computed sizes of folders in bytes, by item name.
 using FolderSizes = std::unordered_map<std::string, std::int64_t, NameHash, std::equal_to<>>;
