@@ -235,6 +235,15 @@ std::optional<KeyCombo> secondCombo(KAction action) {
     return KeyCombo::parse(found->combo);
 }
 
+std::vector<KAction> owners(const ShortcutMap& map, const KeyCombo& combo,
+                            std::optional<KAction> except) {
+    std::vector<KAction> result;
+    for (const auto& owner : map.owners(combo))
+        if (const auto action = fromIdentifier(owner); action && action != except)
+            result.push_back(*action);
+    return result;
+}
+
 ShortcutMap defaultMap() {
     ShortcutMap result;
     for (const auto action : all())

@@ -98,6 +98,11 @@ std::vector<KeyCombo> defaultCombos(KAction action);
 /// for themselves and hands know other habits; none for most actions.
 std::optional<KeyCombo> secondCombo(KAction action);
 
+/// The actions with this combination but `except`, ascending by identifier. Identifiers in `map`
+/// that name no action are passed over.
+std::vector<KAction> owners(const ShortcutMap& map, const KeyCombo& combo,
+                            std::optional<KAction> except = std::nullopt);
+
 /// The defaults on a Mac.
 ShortcutMap defaultMap();
 /// The defaults elsewhere: the same, each followed by its second combination where nobody has that.
