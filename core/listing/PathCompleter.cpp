@@ -1,0 +1,163 @@
+#include "core/listing/PathCompleter.h"
+
+#include "core/base/Folding.h"
+#include "core/base/PathText.h"
+#include "core/base/Utf8.h"
+#include "core/base/WhiteSpace.h"
+#include "core/listing/DirectoryReader.h"
+#include "core/listing/PackageTypes.h"
+
+#include <algorithm>
+#include <memory>
+#include <unicode/coll.h>
+
+namespace fennik::PathCompleter {
+
+namespace {
+
+/// Appends the scalar at `position` of `text` without case and diacritics, and moves on.
+void appendFolded(std::string_view text, std::size_t& position, std::u32string& result) {
+    const auto scalar = Utf8::next(text, position);
+    if (scalar >= 128)
+        result += folded(scalar);
+    else
+        result += scalar >= U'A' && scalar <= U'Z' ? scalar - U'A' + U'a' : scalar;
+}
+
+/// The begin of a name, to be held against many names.
+class Prefix {
+public:
+    explicit Prefix(std::string_view text) {
+        for (std::size_t position = 0; position < text.size();)
+            appendFolded(text, position, folded_);
+    }
+
+    /// Folds no more of `name` than it takes to decide.
+    bool fits(std::string_view name) {
+        begin_.clear();
+        std::size_t position = 0;
+        while (begin_.size() < folded_.size() && position < name.size()) {
+            appendFolded(name, position, begin_);
+            const auto common = std::min(begin_.size(), folded_.size());
+            if (!std::u32string_view(folded_).starts_with(
+                    std::u32string_view(begin_).substr(0, common)))
+                return false;
+        }
+        return begin_.size() >= folded_.size();
+    }
+
+private:
+    std::u32string folded_;
+    std::u32string begin_; ///< of the name in hand; kept for its memory
+};
+
+/// Bytes that are in the order of the names: Czech, without regard to case, digits as numbers.
+std::string collationKey(std::string_view name) {
+    // Made once, as loading the rules takes longer than using them; safe on several threads.
+    static const std::unique_ptr<const icu::Collator> collator = [] {
+        UErrorCode status = U_ZERO_ERROR;
+        std::unique_ptr<icu::Collator> made(
+            icu::Collator::createInstance(icu::Locale("cs"), status));
+        if (U_SUCCESS(status)) {
+            made->setStrength(icu::Collator::SECONDARY);
+            made->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
+        }
+        return U_SUCCESS(status) ? std::move(made) : nullptr;
+    }();
+    if (collator == nullptr)
+        return std::string(name);
+    const auto text = icu::UnicodeString::fromUTF8(
+        icu::StringPiece(name.data(), static_cast<int32_t>(name.size())));
+    constexpr int32_t usualLength = 128;
+    std::string key(usualLength, '\0');
+    const auto fill = [&] {
+        return collator->getSortKey(text, reinterpret_cast<std::uint8_t*>(key.data()),
+                                    static_cast<int32_t>(key.size()));
+    };
+    const auto length = fill();
+    key.resize(static_cast<std::size_t>(length));
+    if (length > usualLength)
+        fill();
+    return key;
+}
+
+void sortAsShown(std::vector<std::string>& names) {
+    struct Keyed {
+        std::string key;
+        std::string name;
+    };
+    std::vector<Keyed> keyed;
+    keyed.reserve(names.size());
+    for (auto& name : names) {
+        auto key = collationKey(name);
+        keyed.push_back({std::move(key), std::move(name)});
+    }
+    std::ranges::sort(keyed, [](const Keyed& a, const Keyed& b) {
+        const auto order = a.key.compare(b.key);
+        return order != 0 ? order < 0 : a.name < b.name;
+    });
+    std::ranges::transform(keyed, names.begin(), [](Keyed& item) { return std::move(item.name); });
+}
+
+/// `path`, which may be that of the root, with a separator at its end.
+std::string closed(const std::string& path) {
+    return path.ends_with('/') ? path : path + '/';
+}
+
+} // namespace
+
+std::string normalise(std::string_view text, const std::optional<FileUrl>& base,
+                      const FileUrl& home) {
+    text = trimmed(text);
+    std::string path(text);
+    if (text.starts_with("file://"))
+        path = pathOfFileUrl(text).value_or(path);
+    if (path == "~")
+        return home.path();
+    if (path.starts_with("~/"))
+        return closed(home.path()) + path.substr(2);
+    if (!path.empty() && !path.starts_with('/') && base)
+        return closed(base->path()) + path;
+    return path;
+}
+
+std::vector<std::string> suggestions(const FileSystem& files, std::string_view text,
+                                     const std::optional<FileUrl>& base, const FileUrl& home,
+                                     IncludeHidden includeHidden) {
+    auto path = normalise(text, base, home);
+    if (trimmed(text) == "~")
+        path = closed(path);
+    if (!path.starts_with('/') || path.contains('\0'))
+        return {};
+    const auto nameBegin = path.rfind('/') + 1;
+    const FileUrl folder(path.substr(0, nameBegin));
+    const auto typed = std::string_view(path).substr(nameBegin);
+    const bool withHidden = includeHidden == IncludeHidden::yes || typed.starts_with('.');
+    Prefix prefix(typed);
+
+    std::vector<std::string> names;
+    std::vector<std::string> links;
+    const auto collect = [&](const DirectoryReader::Entry& entry) {
+        const bool isFolder =
+            entry.kind == FileKind::directory && !PackageTypes::isPackageName(entry.name);
+        if (!isFolder && entry.kind != FileKind::symlink)
+            return;
+        if ((!withHidden && entry.name.starts_with('.')) || !prefix.fits(entry.name))
+            return;
+        (isFolder ? names : links).emplace_back(entry.name);
+    };
+    if (!DirectoryReader::read(files, folder, collect))
+        return {};
+    const auto below = closed(folder.path());
+    for (auto& name : links) {
+        const auto status = files.status(below + name, FollowLinks::yes);
+        if (status && status->type == FileType::directory)
+            names.push_back(std::move(name));
+    }
+    sortAsShown(names);
+    for (auto& name : names)
+        name.insert(0, below);
+    return names;
+}
+
+} // namespace fennik::PathCompleter
