@@ -27,12 +27,16 @@ PR_SET_CHILD_SUBREAPER = 36
 
 libc = ctypes.CDLL(None, use_errno=True)
 
-# The keys by their place on the keyboard, so that the layout decides what they type. Esc has its
-# name, because xdotool takes a single digit for a character.
+# The keys by their place on the keyboard, called as on an American one, so that the layout decides
+# what they type. Esc has its name, because xdotool takes a single digit for a character.
 KEYS = {
-    "Esc": "Escape", "1": 10, "2": 11, "3": 12, "4": 13, "Backspace": 22, "Tab": 23, "R": 27,
-    "Enter": 36, "Ctrl": 37, "Shift": 50, "Period": 60, "Alt": 64, "Home": 110, "Up": 111, "PageUp": 112,
-    "Left": 113, "Right": 114, "End": 115, "Down": 116, "PageDown": 117,
+    "Esc": "Escape", "1": 10, "2": 11, "3": 12, "4": 13, "0": 19, "Equal": 21, "Backspace": 22,
+    "Tab": 23, "Q": 24, "R": 27, "Y": 29, "Bracket": 34, "Enter": 36, "Ctrl": 37, "F": 41,
+    "Semicolon": 47, "Shift": 50, "Z": 52, "N": 57, "Period": 60, "NumMultiply": 63, "Alt": 64,
+    "Space": 65, "CapsLock": 66, "F1": 67, "F6": 72, "NumLock": 77, "ScrollLock": 78,
+    "NumMinus": 82, "NumPlus": 86, "Num1": 87, "NumEnter": 104, "AltGr": 108, "Home": 110,
+    "Up": 111, "PageUp": 112, "Left": 113, "Right": 114, "End": 115, "Down": 116, "PageDown": 117,
+    "Insert": 118, "Delete": 119, "Super": 133,
 }
 
 
@@ -212,9 +216,9 @@ class Desktop:
         self._processes.append(process)
         return process
 
-    def use_layout(self, layout):
+    def use_layout(self, layout, *options):
         """Turns the keyboard to a layout, as the desktop's settings do."""
-        subprocess.run(["setxkbmap", layout], env=self.environment, check=True, timeout=PATIENCE)
+        subprocess.run(["setxkbmap", layout, *options], env=self.environment, check=True, timeout=PATIENCE)
 
     def press(self, *combinations):
         """Presses combinations such as "Ctrl+Alt+1", one after the other."""
