@@ -139,6 +139,36 @@ std::string KeyCombo::displayForm() const {
     return result += uppered(key);
 }
 
+std::optional<DisplayedCombo> leadingCombo(std::string_view text) {
+    DisplayedCombo result;
+    const auto take = [&](std::size_t length) {
+        result.length += length;
+        text.remove_prefix(length);
+    };
+    for (const auto& sign : modifierSigns) {
+        if (text.starts_with(sign.symbol)) {
+            result.combo.modifiers.insert(sign.modifier);
+            take(sign.symbol.size());
+        }
+    }
+    for (const auto& key : KeyNames::named()) {
+        if (text.starts_with(key.display)) {
+            result.combo.key = key.name;
+            take(key.display.size());
+            return result;
+        }
+    }
+    if (result.length == 0 || text.empty() || text.front() == ' ')
+        return std::nullopt;
+    std::size_t length = 0;
+    Utf8::next(text, length);
+    if (text.front() == 'F')
+        length = std::min(text.find_first_not_of("0123456789", length), text.size());
+    result.combo.key = lowered(text.substr(0, length));
+    take(length);
+    return result;
+}
+
 std::optional<unsigned> KeyCombo::functionKeyNumber() const {
     const bool hasShape = key.size() >= 2 && key.front() == 'f';
     if (!hasShape)

@@ -87,6 +87,16 @@ struct KeyCombo {
     friend bool operator==(const KeyCombo&, const KeyCombo&) = default;
 };
 
+/// A combination in its display form at the beginning of a text.
+struct DisplayedCombo {
+    KeyCombo combo = {};
+    std::size_t length = 0; ///< in bytes
+};
+
+/// Reads the combination that `text` begins with: symbols of modifiers and any key after them, or a
+/// key of `KeyNames` alone. Other keys alone are text like any other, and give none.
+std::optional<DisplayedCombo> leadingCombo(std::string_view text);
+
 } // namespace fennik
 
 template <>

@@ -61,6 +61,33 @@ TEST(KeyComboTest, displaysModifiersInTheirOrderAndNamesAsSymbols) {
     EXPECT_EQ(display(""), "");
 }
 
+TEST(KeyComboTest, findsACombinationAtTheBeginningOfAText) {
+    struct Case {
+        std::string_view written;
+        std::string_view rest;
+    };
+    for (const auto& [written, rest] : {
+             Case{"cmd+z", " vrátí přesun"},
+             Case{"cmd+shift+.", ""},
+             Case{"cmd++", "."},
+             Case{"opt+f5", " a ⌥F9"},
+             Case{"cmd+f", "x"},
+             Case{"opt+space", "em"},
+             Case{"ctrl+ž", "⌘"},
+             Case{"delete", "⌫"},
+             Case{"cmd+help", "."},
+         }) {
+        const auto combo = KeyCombo::parse(written);
+        const auto text = combo.displayForm();
+        const auto found = leadingCombo(text + std::string(rest));
+        ASSERT_TRUE(found) << written;
+        EXPECT_EQ(found->combo, combo) << written;
+        EXPECT_EQ(found->length, text.size()) << written;
+    }
+    for (const auto* text : {"", "F5", "Zpět", " ⌘Z", "⌘", "⌘ a ⌥", "(⌘Z)"})
+        EXPECT_FALSE(leadingCombo(text)) << text;
+}
+
 TEST(KeyComboTest, functionKeysHaveANumber) {
     for (const auto* key : {"f0", "f1", "f15", "f99"})
         EXPECT_TRUE(KeyCombo{key}.isFunctionKey()) << key;
