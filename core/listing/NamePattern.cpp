@@ -1,7 +1,7 @@
 #include "core/listing/NamePattern.h"
 
 #include <algorithm>
-#include <locale.h>
+#include <clocale>
 #include <optional>
 #include <string>
 

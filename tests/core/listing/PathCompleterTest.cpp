@@ -21,7 +21,8 @@ protected:
     std::vector<std::string> namesFor(const std::string& text,
                                       IncludeHidden hidden = IncludeHidden::no) const {
         std::vector<std::string> names;
-        for (auto path : PathCompleter::suggestions(files, text, temp.url(), temp.url(), hidden)) {
+        for (const auto& path :
+             PathCompleter::suggestions(files, text, temp.url(), temp.url(), hidden)) {
             EXPECT_TRUE(path.starts_with(root)) << path;
             names.push_back(path.substr(root.size()));
         }
