@@ -84,6 +84,16 @@ def measure_sorting(table, programs, folders):
     table.add("again by date", times["by date"], "Fennik by name", by_name, AtMost(0.5))
 
 
+def measure_marking(table, programs, folders):
+    table.section("Marking 100,000")
+    times = programs.medians("marking_benchmark", ROUNDS, "--benchmark_min_time=0.1",
+                             folders.mixed[100_000])
+    for what in ("mark all", "invert", "prune", "totals"):
+        table.add(what, times[what], "names into a hash set", times["hash set"], AtMost(3))
+    table.add("mask, names in lower case", times["mask"], "bare fnmatch", times["fnmatch"],
+              AtMost(1.5))
+
+
 def in_turns(rounds, measurements):
     """The medians of what the measurements give, by their names; all are made in each round."""
     results = {name: [] for name in measurements}
@@ -145,6 +155,8 @@ def main():
     measure_listing(table, programs, folders)
     say("Sorting…")
     measure_sorting(table, programs, folders)
+    say("Marking…")
+    measure_marking(table, programs, folders)
     with private_display():
         say("Starting…")
         measure_start(table, programs, folders)
