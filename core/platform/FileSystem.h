@@ -38,6 +38,16 @@ using FolderEntryConsumer = std::function<void(const FolderEntry&)>;
 
 enum class FollowLinks { no, yes };
 
+/// One entry of a folder as far as the size of a tree depends on it.
+struct SizeEntry {
+    std::string_view name; ///< valid during the call of the consumer only
+    FileType type = FileType::other;
+    std::int64_t size = 0; ///< bytes of data of a regular file, else 0
+};
+
+enum class Reading { goOn, stop };
+using SizeConsumer = std::function<Reading(const SizeEntry&)>;
+
 /// The calls to the disk that the core makes, so that tests can let one of them fail. All of them
 /// may wait for the disk and are made on workers; all are safe on several threads at once. Paths
 /// are absolute bytes.
@@ -66,6 +76,13 @@ public:
     /// The same entries through the portable folder stream.
     [[nodiscard]] virtual Result<void>
     enumerateFolder(const std::string& path, const FolderEntryConsumer& consume) const = 0;
+
+    /// The same entries with no more than their sizes, which costs less. `follow` is about `path`
+    /// itself. The consumer is called on this thread while the folder is being read, until it says
+    /// stop, which is no failure; on a failure it may have seen a part. ENOTSUP or EINVAL: take the
+    /// other calls.
+    [[nodiscard]] virtual Result<void> readSizes(const std::string& path, FollowLinks follow,
+                                                 const SizeConsumer& consume) const = 0;
 };
 
 /// The real one. Lives as long as the process.

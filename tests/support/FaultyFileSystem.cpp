@@ -40,4 +40,12 @@ FaultyFileSystem::enumerateFolder(const std::string& path,
                                 [&] { return systemFileSystem().enumerateFolder(path, consume); });
 }
 
+FileSystem::Result<void> FaultyFileSystem::readSizes(const std::string& path, FollowLinks follow,
+                                                     const SizeConsumer& consume) const {
+    hook_(path);
+    return failOr<Result<void>>(errors_, Call::readSizes, [&] {
+        return systemFileSystem().readSizes(path, follow, consume);
+    });
+}
+
 } // namespace fennik::test

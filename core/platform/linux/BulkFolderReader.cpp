@@ -1,23 +1,22 @@
 #include "core/platform/linux/BulkFolderReader.h"
 
 #include "core/platform/linux/Descriptor.h"
+#include "core/platform/linux/NameRecords.h"
 #include "core/platform/posix/PosixFileSystem.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <condition_variable>
 #include <cstddef>
-#include <cstring>
 #include <deque>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <system_error>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace fennik {
@@ -44,16 +43,12 @@ struct Slot {
 
 using Block = std::vector<Slot>;
 
-FileType typeOfEntry(unsigned char entryType) {
-    return fileTypeOfMode(static_cast<mode_t>(DTTOIF(entryType)));
-}
-
 /// Fills the slot; gives the code of an error that speaks of the call itself, not of the entry.
 int examine(int folder, Slot& slot) {
     struct statx info{};
     constexpr auto wanted = STATX_TYPE | STATX_MODE | STATX_SIZE | STATX_MTIME;
     if (statx(folder, slot.name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, wanted, &info) != 0) {
-        slot.type = typeOfEntry(slot.entryType);
+        slot.type = fileTypeOfEntry(slot.entryType);
         slot.examination = listsUnexamined(errno) ? Examination::failed : Examination::absent;
         return errno == ENOSYS || errno == EINVAL ? ENOTSUP : 0;
     }
@@ -78,7 +73,7 @@ public:
     BulkRead& operator=(const BulkRead&) = delete;
 
     FileSystem::Result<void> run() {
-        auto read = readNames();
+        auto read = readAllNames();
         appendBlock();
         endOfNames();
         while (auto* block = takeBlock())
@@ -106,36 +101,26 @@ public:
     }
 
 private:
-    FileSystem::Result<void> readNames() {
+    FileSystem::Result<void> readAllNames() {
         for (;;) {
             auto buffer = std::make_unique_for_overwrite<char[]>(bufferSize);
-            const auto length = syscall(SYS_getdents64, folder_, buffer.get(), bufferSize);
-            if (length < 0 && errno == EINTR)
-                continue;
-            if (length < 0)
-                return std::unexpected(PosixError{errno});
-            if (length == 0)
+            const auto length = readNames(folder_, {buffer.get(), bufferSize});
+            if (!length)
+                return std::unexpected(length.error());
+            if (*length == 0)
                 return {};
-            appendNames(buffer.get(), static_cast<std::size_t>(length));
+            appendNames({buffer.get(), *length});
             buffers_.push_back(std::move(buffer));
         }
     }
 
-    void appendNames(const char* buffer, std::size_t length) {
-        for (std::size_t position = 0; position < length;) {
-            const char* record = buffer + position;
-            std::uint16_t recordLength = 0;
-            std::memcpy(&recordLength, record + offsetof(dirent64, d_reclen), sizeof recordLength);
-            position += recordLength;
-            const char* name = record + offsetof(dirent64, d_name);
-            const auto nameLength = std::strlen(name);
-            const std::string_view text(name, nameLength);
-            if (text == "." || text == "..")
-                continue;
+    void appendNames(std::span<const char> buffer) {
+        NameRecords records(buffer);
+        while (const auto record = records.next()) {
             Slot slot;
-            slot.name = name;
-            slot.nameLength = static_cast<std::uint16_t>(nameLength);
-            slot.entryType = static_cast<unsigned char>(record[offsetof(dirent64, d_type)]);
+            slot.name = record->name.data();
+            slot.nameLength = static_cast<std::uint16_t>(record->name.size());
+            slot.entryType = record->entryType;
             filling_.push_back(slot);
             if (filling_.size() == blockLength)
                 appendBlock();

@@ -1,4 +1,5 @@
 #include "core/platform/linux/BulkFolderReader.h"
+#include "core/platform/linux/SizeReader.h"
 #include "core/platform/posix/PosixFileSystem.h"
 
 namespace fennik {
@@ -10,6 +11,10 @@ public:
     Result<void> readFolder(const std::string& path,
                             const FolderEntryConsumer& consume) const override {
         return readFolderInBulk(path, consume);
+    }
+    Result<void> readSizes(const std::string& path, FollowLinks follow,
+                           const SizeConsumer& consume) const override {
+        return readSizesInBulk(path, follow, consume);
     }
 };
 

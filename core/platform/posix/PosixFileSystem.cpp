@@ -158,4 +158,9 @@ PosixFileSystem::enumerateFolder(const std::string& path,
     return {};
 }
 
+FileSystem::Result<void> PosixFileSystem::readSizes(const std::string&, FollowLinks,
+                                                    const SizeConsumer&) const {
+    return std::unexpected(PosixError{ENOTSUP});
+}
+
 } // namespace fennik

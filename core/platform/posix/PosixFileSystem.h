@@ -16,6 +16,8 @@ public:
                             const FolderEntryConsumer& consume) const override;
     Result<void> enumerateFolder(const std::string& path,
                                  const FolderEntryConsumer& consume) const override;
+    Result<void> readSizes(const std::string& path, FollowLinks follow,
+                           const SizeConsumer& consume) const override;
 };
 
 /// The type in the file format bits of a mode.

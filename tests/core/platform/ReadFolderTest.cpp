@@ -167,4 +167,34 @@ TEST_P(ReadFolderTest, readsTheKernelsOwnFolders) {
     EXPECT_TRUE(readAll(GetParam(), "/dev"));
 }
 
+TEST(ReadSizesTest, givesSizesOfRegularFilesOnlyAndStopsWhenTold) {
+    const TempFolder temp;
+    temp.file("data", "12345");
+    temp.folder("folder");
+    temp.link("link", "data");
+    std::map<std::string, std::pair<FileType, std::int64_t>> seen;
+    const auto consume = [&seen](const SizeEntry& entry) {
+        seen[std::string(entry.name)] = {entry.type, entry.size};
+        return Reading::goOn;
+    };
+    ASSERT_TRUE(systemFileSystem().readSizes(temp.url().path(), FollowLinks::no, consume));
+    EXPECT_EQ(seen, (decltype(seen){{"data", {FileType::regular, 5}},
+                                    {"folder", {FileType::directory, 0}},
+                                    {"link", {FileType::symlink, 0}}}));
+    int entries = 0;
+    EXPECT_TRUE(systemFileSystem().readSizes(temp.url().path(), FollowLinks::no,
+                                             [&entries](const SizeEntry&) {
+                                                 ++entries;
+                                                 return Reading::stop;
+                                             }));
+    EXPECT_EQ(entries, 1);
+    temp.link("to folder", "folder");
+    const auto errorOf = [&](FollowLinks follow) {
+        const auto read = systemFileSystem().readSizes(temp.path("to folder"), follow, consume);
+        return read ? 0 : read.error().code;
+    };
+    EXPECT_EQ(errorOf(FollowLinks::yes), 0);
+    EXPECT_EQ(errorOf(FollowLinks::no), ENOTDIR);
+}
+
 } // namespace fennik::test
