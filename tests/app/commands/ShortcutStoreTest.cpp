@@ -52,8 +52,8 @@ TEST(ShortcutStoreTest, keepsWhatTheUserMadeAndAddsNewActions) {
 
     old.bindings["edit"].push_back(combo("cmd+opt+p"));
     const auto text = old.toJson();
-    Fixture fixture(text);
-    auto& store = fixture.store;
+    const Fixture fixture(text);
+    const auto& store = fixture.store;
     EXPECT_EQ(store.actionFor(combo("cmd+opt+p")), KAction::edit);
     EXPECT_THAT(store.map().combos("operations"), IsEmpty());
     EXPECT_FALSE(store.actionFor(combo("f5")));
