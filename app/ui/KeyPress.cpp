@@ -59,7 +59,12 @@ constexpr std::array<KeyName, 3> keypadNames{{
 }};
 
 bool isOnKeypad(const QKeyEvent& event) {
-    return event.modifiers().testFlag(Qt::KeypadModifier);
+    // On Wayland the toolkit leaves its sign out, but X11's symbols tell.
+    constexpr quint32 firstSymbol = 0xFF80;
+    constexpr quint32 lastSymbol = 0xFFBD;
+    const auto symbol = event.nativeVirtualKey();
+    return event.modifiers().testFlag(Qt::KeypadModifier) ||
+           (symbol >= firstSymbol && symbol <= lastSymbol);
 }
 
 /// The digit of a number key above the letters, whatever the layout types with it.
@@ -94,7 +99,8 @@ std::string placedName(const QKeyEvent& event) {
 std::string characters(const QKeyEvent& event, app::KeyboardLayout& layout) {
     // Without NumLock, which the layout leaves out, the keypad would have no digits.
     if (!isOnKeypad(event))
-        if (auto character = layout.character({event.nativeScanCode(), event.nativeModifiers()}))
+        if (auto character = layout.character(
+                {event.nativeScanCode(), event.nativeModifiers(), event.nativeVirtualKey()}))
             return *std::move(character);
     // The toolkit numbers the keys that type no character above all characters.
     const auto key = char32_t(event.key());

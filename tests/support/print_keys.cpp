@@ -1,5 +1,5 @@
 // Opens a window and prints the combination of each key that is pressed in it, one a line.
-#include "app/system/X11KeyboardLayout.h"
+#include "app/system/KeyboardLayouts.h"
 #include "app/ui/KeyPress.h"
 
 #include <QApplication>
@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include <iostream>
+#include <memory>
 
 namespace {
 
@@ -28,11 +29,11 @@ protected:
 private:
     void print(const QKeyEvent& event) {
         const auto nobodyOwns = [](const KeyCombo&) { return false; };
-        if (const auto combo = ui::KeyPress::combo(event, layout_, nobodyOwns))
+        if (const auto combo = ui::KeyPress::combo(event, *layout_, nobodyOwns))
             std::cout << combo->displayForm() << '\n' << std::flush;
     }
 
-    system::X11KeyboardLayout layout_;
+    std::unique_ptr<app::KeyboardLayout> layout_ = system::makeKeyboardLayout();
 };
 
 } // namespace

@@ -9,7 +9,8 @@ namespace fennik::app {
 /// A key as the window system reports its press.
 struct PressedKey {
     std::uint32_t scanCode = 0;  ///< its place, numbered as X11 and Wayland do; 0 when not told
-    std::uint32_t modifiers = 0; ///< X11's: bits 0 to 7 the modifiers, bits 13 and 14 the group
+    std::uint32_t modifiers = 0; ///< X11's: bits 0 to 7, and on X11 the group in bits 13 and 14
+    std::uint32_t symbol = 0;    ///< X11's, that the key has made with its modifiers
 };
 
 /// What the keys of the keyboard at hand type, at any moment. Used on the main thread.

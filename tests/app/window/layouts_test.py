@@ -1,5 +1,6 @@
 """Holds which combinations real keys make on various layouts, in a program that prints them."""
 import ctypes
+import pathlib
 import unittest
 
 from support import KEYS, Desktop, main, prepared_program, wait_until
@@ -30,16 +31,19 @@ class Keyboard:
         self._x11.XSync(self._display, False)
 
 
-class Keys(unittest.TestCase):
+class Keys:
+    """The same keys on each system of windows."""
+
     desktop = None
     keyboard = None
     program = None
+    wrapper = ()
 
     def setUp(self):
-        self.use_layout("us")
+        Keys.use_layout(self, "us")
         self.printed = self.desktop.new_folder() / "printed"
         with open(self.printed, "wb") as output:
-            program = self.desktop.spawn([self.program], stdout=output)
+            program = self.desktop.spawn([*self.wrapper, self.program], stdout=output)
         self.addCleanup(program.wait)
         self.addCleanup(program.kill)
         wait_until(lambda: self.lines() == ["ready"], "the window has the keyboard")
@@ -127,6 +131,36 @@ class Keys(unittest.TestCase):
     def test_the_space_bar_stays_one_where_shift_types_another_space(self):
         self.use_layout("us", "-option", "nbsp:level2")
         self.expect({"Shift+Space": "⇧Mezerník", "Ctrl+Shift+Space": "⇧⌘Mezerník"})
+
+
+class X11(Keys, unittest.TestCase):
+    pass
+
+
+class Wayland(Keys, unittest.TestCase):
+    """A compositor in a window of the desktop passes its keys on to the windows inside."""
+
+    SOCKET = "wayland-test"
+    wrapper = ("env", "QT_QPA_PLATFORM=wayland", f"WAYLAND_DISPLAY={SOCKET}")
+
+    @classmethod
+    def setUpClass(cls):
+        cls.compositor = cls.desktop.spawn(
+            ["weston", "--backend=x11-backend.so", "--use-pixman", "--no-config",
+             "--shell=kiosk-shell.so", f"--socket={cls.SOCKET}"],
+            stdout=cls.desktop.log, stderr=cls.desktop.log)
+        socket = pathlib.Path(cls.desktop.environment["XDG_RUNTIME_DIR"]) / cls.SOCKET
+        wait_until(socket.exists, "the compositor has started")
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.compositor.kill()
+        cls.compositor.wait()
+
+    def use_layout(self, layout, *options):
+        super().use_layout(layout, *options)
+        # The news of it come on another connection than the keys, so one key may overtake them.
+        self.expect({})
 
 
 if __name__ == "__main__":
