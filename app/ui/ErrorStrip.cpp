@@ -1,0 +1,63 @@
+#include "app/ui/ErrorStrip.h"
+
+#include <QLabel>
+#include <QPainter>
+
+namespace fennik::ui {
+
+namespace {
+
+constexpr int padding = 10;
+constexpr int iconSide = 16;
+constexpr int iconGap = 8;
+
+} // namespace
+
+ErrorStrip::ErrorStrip(const Theme& theme, Icons& icons, QWidget* parent)
+    : QWidget(parent), theme_(theme), icons_(icons), text_(new QLabel(this)) {
+    hide();
+    setObjectName(QStringLiteral("errorStrip"));
+    text_->setTextFormat(Qt::PlainText);
+    text_->setWordWrap(true);
+    text_->setFont(theme.font(FontRole::detail));
+    connect(&theme, &Theme::changed, this, &ErrorStrip::takeTheme);
+    takeTheme();
+}
+
+void ErrorStrip::takeTheme() {
+    auto colors = text_->palette();
+    colors.setColor(QPalette::WindowText, theme_.tokens().err);
+    text_->setPalette(colors);
+    update();
+}
+
+void ErrorStrip::showBelow(const QRect& field, const QString& message) {
+    text_->setText(message);
+    const int left = theme_.px(padding + iconSide + iconGap);
+    const int edge = theme_.px(6);
+    const int width = field.width() - left - theme_.px(padding);
+    const int height = text_->heightForWidth(width);
+    text_->setGeometry(left, edge, width, height);
+    setGeometry(field.left(), field.bottom() + theme_.px(5), field.width(), height + 2 * edge);
+    show();
+    raise();
+}
+
+QString ErrorStrip::message() const {
+    return text_->text();
+}
+
+void ErrorStrip::paintEvent(QPaintEvent*) {
+    const auto& tokens = theme_.tokens();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(tokens.errSoft);
+    painter.drawRoundedRect(rect(), 7, 7);
+    const int side = theme_.px(iconSide);
+    painter.drawPixmap(
+        theme_.px(padding), (height() - side) / 2,
+        icons_.line(QStringLiteral("circle-alert"), side, tokens.err, devicePixelRatioF()));
+}
+
+} // namespace fennik::ui

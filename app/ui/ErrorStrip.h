@@ -1,0 +1,34 @@
+#pragma once
+
+#include "app/ui/Icons.h"
+#include "app/ui/Theme.h"
+
+#include <QWidget>
+
+class QLabel;
+
+namespace fennik::ui {
+
+/// Says below a field what is wrong with it. Floats over what lies there; hidden at first.
+class ErrorStrip final : public QWidget {
+    Q_OBJECT
+
+public:
+    ErrorStrip(const Theme& theme, Icons& icons, QWidget* parent);
+
+    /// `field` is in the parent's coordinates.
+    void showBelow(const QRect& field, const QString& message);
+    QString message() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void takeTheme();
+
+    const Theme& theme_;
+    Icons& icons_;
+    QLabel* text_;
+};
+
+} // namespace fennik::ui

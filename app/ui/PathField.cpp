@@ -1,0 +1,281 @@
+#include "app/ui/PathField.h"
+
+#include "app/ui/ErrorStrip.h"
+#include "app/ui/SuggestionList.h"
+#include "app/ui/Text.h"
+#include "core/base/DisplayText.h"
+#include "core/base/FoldedText.h"
+#include "core/base/PathText.h"
+#include "core/base/WhiteSpace.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QRegularExpression>
+#include <QStyle>
+
+#include <utility>
+
+namespace fennik::ui {
+
+namespace {
+
+/// What stands in the field for `path`, and can be read back to the very same bytes.
+QString fieldText(const std::string& path) {
+    if (displayText(path) == path && trimmed(path).size() == path.size())
+        return fromUtf8(path);
+    const auto bytes = QByteArray::fromStdString(path);
+    return QStringLiteral("file://") + QString::fromLatin1(bytes.toPercentEncoding("/"));
+}
+
+/// The first line of a text that may have been pasted.
+QString oneLine(const QString& text) {
+    static const QRegularExpression lineBreak(QStringLiteral("[\\n\\r\\x{85}\\x{2028}\\x{2029}]+"));
+    return text.split(lineBreak, Qt::SkipEmptyParts).value(0);
+}
+
+QString upToLastSeparator(const QString& text) {
+    return text.left(text.lastIndexOf(QLatin1Char('/')) + 1);
+}
+
+/// The begin of a name that stands at the end of `text`, in bytes.
+std::string typedName(const QString& text) {
+    auto path = text.toStdString();
+    if (auto decoded = pathOfFileUrl(path))
+        path = std::move(*decoded);
+    return path.substr(path.rfind('/') + 1);
+}
+
+std::string_view nameOf(std::string_view path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+bool isOwnKey(const QKeyEvent& event) {
+    switch (event.key()) {
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Escape:
+        return !(event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier));
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+PathField::PathField(const Theme& theme, Icons& icons, QWidget* parent)
+    : QLineEdit(parent),
+      theme_(theme),
+      icons_(icons),
+      list_(new SuggestionList(theme, icons, window())),
+      strip_(new ErrorStrip(theme, icons, window())) {
+    setObjectName(QStringLiteral("pathField"));
+    setAccessibleName(QStringLiteral("Cesta ke složce"));
+    setTextMargins(theme.px(17), 0, 0, 0);
+    connect(this, &QObject::destroyed, list_, &QObject::deleteLater);
+    connect(this, &QObject::destroyed, strip_, &QObject::deleteLater);
+    connect(this, &QLineEdit::textEdited, this, &PathField::takeEdit);
+    // The grey rest stands only behind a caret at the end.
+    connect(this, &QLineEdit::cursorPositionChanged, this, qOverload<>(&QWidget::update));
+    connect(list_, &SuggestionList::clicked, this, [this](int row) {
+        list_->choose(row);
+        accept();
+    });
+    connect(&theme, &Theme::changed, this, &PathField::takeTheme);
+    takeTheme();
+}
+
+void PathField::takeTheme() {
+    const auto height = QStringLiteral("QLineEdit { min-height: %1px; }").arg(theme_.px(24));
+    setStyleSheet(theme_.styleSheet() + height);
+}
+
+void PathField::open(std::string_view folder) {
+    clearError();
+    list_->setRows({});
+    list_->hide();
+    setText(fieldText(std::string(folder)));
+    isOpen_ = true;
+    setFocus(Qt::OtherFocusReason);
+    selectAll();
+}
+
+void PathField::setSuggestions(std::vector<std::string> paths, std::string_view currentFolder) {
+    const auto prefix = foldedText(trimmed(typedName(text())));
+    std::vector<SuggestionList::Row> rows;
+    rows.reserve(paths.size());
+    for (auto& path : paths) {
+        const auto matched = lengthOfPrefix(nameOf(path), prefix).value_or(0);
+        const auto note = path == currentFolder ? QStringLiteral("právě otevřená") : QString();
+        rows.push_back({std::move(path), matched, note});
+    }
+    suggestedBelow_ = upToLastSeparator(text());
+    list_->setRows(std::move(rows));
+    list_->showBelow(placeInWindow());
+    update();
+}
+
+void PathField::keepWhatFits() {
+    std::vector<SuggestionList::Row> rows;
+    if (upToLastSeparator(text()) == suggestedBelow_) {
+        const auto prefix = foldedText(typedName(text()));
+        for (auto row : list_->rows()) {
+            const auto matched = lengthOfPrefix(nameOf(row.path), prefix);
+            if (!matched)
+                continue;
+            row.matched = *matched;
+            rows.push_back(std::move(row));
+        }
+    }
+    list_->setRows(std::move(rows));
+    list_->showBelow(placeInWindow());
+}
+
+void PathField::takeEdit() {
+    if (const auto line = oneLine(text()); line != text())
+        setText(line);
+    clearError();
+    keepWhatFits();
+    update();
+    emit typed(text());
+}
+
+int PathField::offered() const {
+    return list_->rows().empty() ? -1 : std::max(0, list_->chosen());
+}
+
+QString PathField::completion() const {
+    const int row = offered();
+    if (row < 0 || cursorPosition() != text().size() || hasSelectedText())
+        return {};
+    const auto name = nameOf(list_->rows()[static_cast<std::size_t>(row)].path);
+    const auto typed = lengthOfPrefix(name, foldedText(typedName(text())));
+    return typed ? shownName(name.substr(*typed)) : QString();
+}
+
+void PathField::complete() {
+    const int row = offered();
+    if (row < 0)
+        return;
+    const auto& path = list_->rows()[static_cast<std::size_t>(row)].path;
+    setText(fieldText(path) + QLatin1Char('/'));
+    takeEdit();
+}
+
+void PathField::accept() {
+    const int row = list_->chosen();
+    emit accepted(row < 0 ? text() : fieldText(list_->rows()[static_cast<std::size_t>(row)].path));
+}
+
+void PathField::leave() {
+    list_->hide();
+    if (std::exchange(isOpen_, false))
+        emit left();
+}
+
+void PathField::showError(const QString& message) {
+    list_->setRows({});
+    list_->hide();
+    strip_->showBelow(placeInWindow(), message);
+    setAccessibleDescription(message);
+    setProperty("invalid", true);
+    style()->polish(this);
+}
+
+void PathField::clearError() {
+    strip_->hide();
+    setAccessibleDescription({});
+    setProperty("invalid", false);
+    style()->polish(this);
+}
+
+QRect PathField::placeInWindow() const {
+    return {mapTo(window(), QPoint()), size()};
+}
+
+bool PathField::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && isOwnKey(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    if (event->type() == QEvent::KeyPress) { // before Tab moves the keyboard
+        const auto& press = *static_cast<QKeyEvent*>(event);
+        if (press.key() == Qt::Key_Tab || press.key() == Qt::Key_Backtab) {
+            if (isOwnKey(press) && press.key() == Qt::Key_Tab)
+                complete();
+            return true;
+        }
+    }
+    return QLineEdit::event(event);
+}
+
+void PathField::keyPressEvent(QKeyEvent* event) {
+    if (!isOwnKey(*event)) {
+        QLineEdit::keyPressEvent(event);
+        return;
+    }
+    event->accept();
+    switch (event->key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        if (list_->isVisible())
+            list_->move(event->key() == Qt::Key_Up ? -1 : 1);
+        update();
+        break;
+    case Qt::Key_Escape:
+        leave();
+        break;
+    default:
+        accept();
+    }
+}
+
+void PathField::paintEvent(QPaintEvent* event) {
+    QLineEdit::paintEvent(event);
+    const auto& tokens = theme_.tokens();
+    QPainter painter(this);
+    const int side = theme_.px(16);
+    painter.drawPixmap(
+        theme_.px(8), (height() - side) / 2,
+        icons_.line(QStringLiteral("folder-search"), side, tokens.text2, devicePixelRatioF()));
+    const auto rest = completion();
+    if (rest.isEmpty())
+        return;
+    // The toolkit's rectangle of the caret reaches five pixels beyond it.
+    constexpr int beyondCaret = 5;
+    const auto caret = cursorRect();
+    const QRect room(caret.left() + beyondCaret, 0, width() - caret.left() - theme_.px(12),
+                     height());
+    painter.setFont(font());
+    painter.setPen(tokens.text3);
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter,
+                     fontMetrics().elidedText(rest, Qt::ElideRight, room.width()));
+}
+
+void PathField::focusOutEvent(QFocusEvent* event) {
+    QLineEdit::focusOutEvent(event);
+    // Another window may be what the path is being copied from.
+    const bool comesBack =
+        event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason;
+    if (!comesBack)
+        leave();
+}
+
+void PathField::resizeEvent(QResizeEvent* event) {
+    QLineEdit::resizeEvent(event);
+    if (list_->isVisible())
+        list_->showBelow(placeInWindow());
+    if (strip_->isVisible())
+        strip_->showBelow(placeInWindow(), strip_->message());
+}
+
+void PathField::hideEvent(QHideEvent* event) {
+    list_->hide();
+    strip_->hide();
+    QLineEdit::hideEvent(event);
+}
+
+} // namespace fennik::ui
