@@ -28,4 +28,17 @@ Volume containing(std::string_view path, const std::vector<Volume>& volumes) {
     return best;
 }
 
+std::unordered_set<std::string> withoutAutomaticSizes(const std::vector<Volume>& volumes,
+                                                      const std::string& deviceTree) {
+    std::unordered_set<std::string> result;
+    for (const auto& volume : volumes) {
+        // Of several mounts on the same place, the last one hides the others.
+        if (allowsAutomaticSizes(volume, deviceTree))
+            result.erase(volume.mountPoint);
+        else
+            result.insert(volume.mountPoint);
+    }
+    return result;
+}
+
 } // namespace fennik::Volumes

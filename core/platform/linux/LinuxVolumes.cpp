@@ -10,11 +10,11 @@ namespace fennik::Volumes {
 
 namespace {
 
-constexpr std::array remoteTypes{std::string_view("nfs"),   std::string_view("nfs4"),
-                                 std::string_view("cifs"),  std::string_view("smb3"),
-                                 std::string_view("smbfs"), std::string_view("9p"),
-                                 std::string_view("afs"),   std::string_view("ceph"),
-                                 std::string_view("coda"),  std::string_view("autofs")};
+constexpr std::array remoteTypes{
+    std::string_view("nfs"),    std::string_view("nfs4"),    std::string_view("cifs"),
+    std::string_view("smb3"),   std::string_view("smbfs"),   std::string_view("9p"),
+    std::string_view("afs"),    std::string_view("ceph"),    std::string_view("coda"),
+    std::string_view("autofs"), std::string_view("virtiofs")};
 
 bool isRemoteType(std::string_view type) {
     return type.starts_with("fuse") || std::ranges::find(remoteTypes, type) != remoteTypes.end();
@@ -45,17 +45,21 @@ std::string unescaped(std::string_view text) {
 std::vector<Volume> mounted() {
     std::vector<Volume> volumes;
     std::ifstream table("/proc/self/mountinfo");
-    // A line is: id, parent, device, root, mount point, options, optional fields, "-", type, …
+    // A line is: id, parent, device, root, mount point, options, optional fields, "-", type,
+    // source, …
     for (std::string line; std::getline(table, line);) {
         std::istringstream fields(line);
         std::string skipped;
+        std::string device;
         std::string mountPoint;
         std::string type;
-        fields >> skipped >> skipped >> skipped >> skipped >> mountPoint;
+        std::string source;
+        fields >> skipped >> skipped >> device >> skipped >> mountPoint;
         while (fields >> skipped && skipped != "-") {
         }
-        if (fields >> type)
-            volumes.push_back({unescaped(mountPoint), type, isRemoteType(type)});
+        if (fields >> type >> source)
+            volumes.push_back(
+                {unescaped(mountPoint), type, isRemoteType(type), device, unescaped(source)});
     }
     return volumes;
 }

@@ -6,4 +6,8 @@ std::vector<Volume> mounted() {
     return {};
 }
 
+bool allowsAutomaticSizes(const Volume&, const std::string&) {
+    return false;
+}
+
 } // namespace fennik::Volumes
