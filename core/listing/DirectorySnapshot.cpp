@@ -1,5 +1,6 @@
 #include "core/listing/DirectorySnapshot.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -22,17 +23,18 @@ bool showTheSame(const FileItemView& left, const FileItemView& right) {
            left.isHidden == right.isHidden && haveSameTarget(left, right);
 }
 
-struct Range {
-    std::size_t begin = 0;
-    std::size_t end = 0;
-};
+using Rows = std::vector<std::size_t>;
+
+/// How far the walk looks for where two listings agree again. Systems list a folder in the same
+/// order as before, so that they do so right behind what has come or gone.
+constexpr std::size_t lookAhead = 4;
 
 /// Rows by their names. Names are compared only where their hashes agree.
 class RowsByName {
 public:
-    RowsByName(const FileItems& items, Range rows)
-        : items_(items), slots_(std::bit_ceil((rows.end - rows.begin) * 2 + 1)) {
-        for (auto row = rows.begin; row < rows.end; ++row) {
+    RowsByName(const FileItems& items, const Rows& rows)
+        : items_(items), slots_(std::bit_ceil(rows.size() * 2 + 1)) {
+        for (const auto row : rows) {
             const auto hash = hashOf(items.view(row).name);
             auto place = hash & mask();
             while (slots_[place].isUsed)
@@ -67,57 +69,89 @@ private:
     std::vector<Slot> slots_;
 };
 
-bool haveSameName(const FileItems& before, std::size_t old, const FileItems& after,
-                  std::size_t now) {
-    return before.view(old).name == after.view(now).name;
-}
+/// Walks through both listings side by side. What finds no partner close by is looked up by its
+/// name afterwards.
+class Comparison {
+public:
+    Comparison(const FileItems& before, const FileItems& after) : before_(before), after_(after) {}
+
+    DirectorySnapshot::Difference run() {
+        walk();
+        const RowsByName left(before_, unmatchedBefore_);
+        std::vector<bool> isKept(unmatchedBefore_.empty() ? 0 : before_.size());
+        DirectorySnapshot::Difference difference;
+        for (const auto row : unmatchedAfter_) {
+            const auto name = after_.view(row).name;
+            if (const auto old = left.find(name)) {
+                isKept[*old] = true;
+                match(*old, row);
+            } else {
+                difference.added.push_back(name);
+            }
+        }
+        for (const auto row : unmatchedBefore_) {
+            if (!isKept[row])
+                difference.removed.push_back(before_.view(row).name);
+        }
+        std::ranges::sort(changed_);
+        for (const auto row : changed_)
+            difference.changed.push_back(after_.view(row).name);
+        return difference;
+    }
+
+private:
+    void walk() {
+        std::size_t old = 0;
+        std::size_t now = 0;
+        while (old < before_.size() && now < after_.size()) {
+            const auto oldName = before_.view(old).name;
+            const auto name = after_.view(now).name;
+            if (oldName == name) {
+                match(old++, now++);
+            } else if (const auto come = distance(after_, now, oldName)) {
+                pass(unmatchedAfter_, now, come);
+            } else {
+                const auto gone = distance(before_, old, name);
+                pass(unmatchedBefore_, old, gone > 0 ? gone : 1);
+                if (gone == 0)
+                    pass(unmatchedAfter_, now, 1);
+            }
+        }
+        pass(unmatchedBefore_, old, before_.size() - old);
+        pass(unmatchedAfter_, now, after_.size() - now);
+    }
+
+    /// How many rows behind `row` the name comes; 0 when it is not close.
+    static std::size_t distance(const FileItems& items, std::size_t row, std::string_view name) {
+        for (std::size_t rows = 1; rows <= lookAhead && row + rows < items.size(); ++rows) {
+            if (items.view(row + rows).name == name)
+                return rows;
+        }
+        return 0;
+    }
+
+    static void pass(Rows& unmatched, std::size_t& row, std::size_t count) {
+        for (; count > 0; --count)
+            unmatched.push_back(row++);
+    }
+
+    void match(std::size_t old, std::size_t now) {
+        if (!showTheSame(before_.view(old), after_.view(now)))
+            changed_.push_back(now);
+    }
+
+    const FileItems& before_;
+    const FileItems& after_;
+    Rows unmatchedBefore_;
+    Rows unmatchedAfter_;
+    Rows changed_; ///< rows of the later listing
+};
 
 } // namespace
 
 DirectorySnapshot::Difference DirectorySnapshot::compare(const DirectorySnapshot& before,
                                                          const DirectorySnapshot& after) {
-    const auto& earlier = before.items_;
-    const auto& later = after.items_;
-    // Systems list a folder in the same order again, so that both ends mostly agree.
-    Range old{0, earlier.size()};
-    Range now{0, later.size()};
-    while (old.begin < old.end && now.begin < now.end &&
-           haveSameName(earlier, old.begin, later, now.begin)) {
-        ++old.begin;
-        ++now.begin;
-    }
-    while (old.begin < old.end && now.begin < now.end &&
-           haveSameName(earlier, old.end - 1, later, now.end - 1)) {
-        --old.end;
-        --now.end;
-    }
-
-    Difference difference;
-    const auto compareRows = [&](std::size_t oldRow, std::size_t newRow) {
-        const auto item = later.view(newRow);
-        if (!showTheSame(earlier.view(oldRow), item))
-            difference.changed.push_back(item.name);
-    };
-    for (std::size_t row = 0; row < now.begin; ++row)
-        compareRows(row, row);
-    const RowsByName rows(earlier, old);
-    std::vector<bool> isKept(old.end - old.begin);
-    for (auto row = now.begin; row < now.end; ++row) {
-        const auto name = later.view(row).name;
-        if (const auto oldRow = rows.find(name)) {
-            isKept[*oldRow - old.begin] = true;
-            compareRows(*oldRow, row);
-        } else {
-            difference.added.push_back(name);
-        }
-    }
-    for (auto row = old.begin; row < old.end; ++row) {
-        if (!isKept[row - old.begin])
-            difference.removed.push_back(earlier.view(row).name);
-    }
-    for (auto row = now.end; row < later.size(); ++row)
-        compareRows(old.end + (row - now.end), row);
-    return difference;
+    return Comparison(before.items_, after.items_).run();
 }
 
 } // namespace fennik
