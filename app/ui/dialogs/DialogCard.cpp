@@ -1,0 +1,247 @@
+#include "app/ui/dialogs/DialogCard.h"
+
+#include "app/ui/AccessibleRole.h"
+#include "app/ui/KeyButton.h"
+#include "app/ui/KeyCaps.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScrollArea>
+#include <QShortcut>
+
+#include <algorithm>
+
+namespace fennik::ui {
+
+namespace {
+
+constexpr double margin = 20;
+constexpr double tileSide = 36;
+constexpr double gap = 16;
+constexpr double footerMargin = 12;
+constexpr double buttonHeight = 32;
+constexpr double radius = 12;
+
+void setTextColor(QWidget* widget, const QColor& color) {
+    auto colors = widget->palette();
+    colors.setColor(QPalette::WindowText, color);
+    widget->setPalette(colors);
+}
+
+} // namespace
+
+DialogCard::DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWidget* parent)
+    : QWidget(parent),
+      theme_(theme),
+      icons_(icons),
+      icon_(texts.icon),
+      title_(new QLabel(texts.title, this)),
+      subtitle_(new QLabel(this)),
+      area_(new QScrollArea(this)),
+      hint_(new QLabel(texts.hint, this)),
+      cancel_(new KeyButton(texts.cancel, KeyCaps::escape, theme, this)),
+      confirm_(new KeyButton(texts.confirm, KeyCaps::enter, theme, this)) {
+    setObjectName(QStringLiteral("dialogCard"));
+    setAccessibleRole(*this, QAccessible::Dialog);
+    setAccessibleName(texts.title);
+    setSubtitle(texts.subtitle);
+    title_->setObjectName(QStringLiteral("dialogTitle"));
+    subtitle_->setObjectName(QStringLiteral("dialogSubtitle"));
+    hint_->setObjectName(QStringLiteral("dialogHint"));
+    for (auto* label : {title_, subtitle_, hint_})
+        label->setTextFormat(Qt::PlainText); // names of files are no markup
+    title_->setFont(theme.font(FontRole::title, QFont::DemiBold));
+    subtitle_->setFont(theme.font(FontRole::detail));
+    hint_->setFont(theme.font(FontRole::detail));
+
+    area_->setObjectName(QStringLiteral("dialogArea"));
+    area_->setFrameShape(QFrame::NoFrame);
+    area_->setFocusPolicy(Qt::NoFocus);
+    area_->setWidgetResizable(true);
+    area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area_->viewport()->setAutoFillBackground(false);
+
+    cancel_->setObjectName(QStringLiteral("dialogCancel"));
+    confirm_->setObjectName(QStringLiteral("dialogConfirm"));
+    confirm_->setLook(KeyButtonLook::primary);
+    for (auto* button : {cancel_, confirm_})
+        button->setFocusPolicy(Qt::StrongFocus);
+    connect(cancel_, &QAbstractButton::clicked, this, &DialogCard::cancelled);
+    connect(confirm_, &QAbstractButton::clicked, this, &DialogCard::confirmed);
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto* anywhere = new QShortcut(QKeySequence(Qt::CTRL | key), this);
+        anywhere->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(anywhere, &QShortcut::activated, this, &DialogCard::confirm);
+    }
+    connect(&theme_, &Theme::changed, this, &DialogCard::takeTheme);
+    takeTheme();
+}
+
+void DialogCard::setSubtitle(const QString& subtitle) {
+    subtitle_->setText(subtitle);
+    setAccessibleDescription(subtitle);
+}
+
+void DialogCard::setContent(QWidget* content) {
+    content_ = content;
+    content->installEventFilter(this);
+    area_->setWidget(content);
+    content->setAutoFillBackground(false); // which the scroll area has set
+}
+
+void DialogCard::setConfirmable(bool isConfirmable) {
+    confirm_->setEnabled(isConfirmable);
+}
+
+void DialogCard::setPreferredWidth(int width) {
+    preferredWidth_ = std::clamp(width, leastWidth, mostWidth);
+    emit heightChanged();
+}
+
+int DialogCard::preferredWidth() const {
+    return theme_.px(preferredWidth_);
+}
+
+int DialogCard::headerHeight() const {
+    return theme_.px(margin + tileSide + gap);
+}
+
+int DialogCard::footerHeight() const {
+    return theme_.px(buttonHeight + 2 * footerMargin) + 1;
+}
+
+int DialogCard::heightForWidth(int width) const {
+    int content = 0;
+    if (content_ != nullptr) {
+        const int room = width - 2 * theme_.px(margin);
+        const int wanted = content_->heightForWidth(room);
+        content = (wanted < 0 ? content_->sizeHint().height() : wanted) + theme_.px(gap);
+    }
+    return headerHeight() + content + footerHeight();
+}
+
+void DialogCard::takeTheme() {
+    const auto& tokens = theme_.tokens();
+    setStyleSheet(theme_.styleSheet());
+    setTextColor(title_, tokens.text);
+    setTextColor(subtitle_, tokens.text2);
+    setTextColor(hint_, tokens.text2);
+    update();
+}
+
+std::vector<QWidget*> DialogCard::focusOrder() const {
+    std::vector<QWidget*> order;
+    for (auto* widget = nextInFocusChain(); widget != this; widget = widget->nextInFocusChain()) {
+        const bool takesTab = (widget->focusPolicy() & Qt::TabFocus) != 0;
+        if (takesTab && isAncestorOf(widget) && widget->isVisibleTo(this) && widget->isEnabled())
+            order.push_back(widget);
+    }
+    // The content was put in after the buttons, and is read before them.
+    std::ranges::stable_partition(
+        order, [this](const QWidget* widget) { return widget->parentWidget() != this; });
+    return order;
+}
+
+void DialogCard::takeFocus() {
+    const auto order = focusOrder();
+    if (order.empty())
+        return;
+    const auto field = std::ranges::find_if(
+        order, [](QWidget* widget) { return qobject_cast<QLineEdit*>(widget) != nullptr; });
+    // Without a field the answer that Enter gives stands ready.
+    auto* first = field != order.end() ? *field : order.back();
+    first->setFocus(Qt::TabFocusReason);
+    if (auto* line = qobject_cast<QLineEdit*>(first))
+        line->selectAll();
+}
+
+bool DialogCard::focusNextPrevChild(bool next) {
+    const auto order = focusOrder();
+    if (order.empty())
+        return true; // nowhere to go, and still not out of the card
+    const auto current = std::ranges::find(order, QApplication::focusWidget());
+    const auto count = std::ptrdiff_t(order.size());
+    const auto index = current == order.end() ? (next ? -1 : 0) : current - order.begin();
+    const auto target = (index + (next ? 1 : count - 1)) % count;
+    order[std::size_t(target)]->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
+void DialogCard::confirm() {
+    if (confirm_->isEnabled())
+        emit confirmed();
+}
+
+void DialogCard::keyPressEvent(QKeyEvent* event) {
+    const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    if (modifiers == Qt::NoModifier && event->key() == Qt::Key_Escape) {
+        emit cancelled();
+    } else if (modifiers == Qt::NoModifier &&
+               (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+        if (auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget()))
+            button->click();
+        else
+            confirm();
+    }
+    event->accept(); // no key of a dialog does anything behind it
+}
+
+void DialogCard::mousePressEvent(QMouseEvent* event) {
+    event->accept();
+}
+
+bool DialogCard::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == content_ && event->type() == QEvent::LayoutRequest)
+        emit heightChanged();
+    return QWidget::eventFilter(watched, event);
+}
+
+void DialogCard::resizeEvent(QResizeEvent*) {
+    const int side = theme_.px(margin);
+    const int textLeft = side + theme_.px(tileSide + 12);
+    const int textWidth = width() - textLeft - side;
+    title_->setGeometry(textLeft, theme_.px(18), textWidth, theme_.px(20));
+    subtitle_->setGeometry(textLeft, theme_.px(39), textWidth, theme_.px(17));
+    area_->setGeometry(side, headerHeight(), width() - 2 * side,
+                       std::max(0, height() - headerHeight() - footerHeight() - theme_.px(gap)));
+    const int top = height() - footerHeight() + 1 + theme_.px(footerMargin);
+    int right = width() - side;
+    for (auto* button : {confirm_, cancel_}) {
+        const auto size = button->sizeHint();
+        button->setGeometry(right - size.width(), top, size.width(), size.height());
+        right -= size.width() + theme_.px(8);
+    }
+    hint_->setGeometry(side, top, std::max(0, right - side), theme_.px(buttonHeight));
+}
+
+void DialogCard::paintEvent(QPaintEvent*) {
+    const auto& tokens = theme_.tokens();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto shape = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    QPainterPath outline;
+    outline.addRoundedRect(shape, radius, radius);
+    painter.fillPath(outline, tokens.raised);
+    const int footerTop = height() - footerHeight();
+    painter.setClipRect(0, footerTop, width(), footerHeight());
+    painter.fillPath(outline, tokens.chrome);
+    painter.fillRect(0, footerTop, width(), 1, tokens.line);
+    painter.setClipping(false);
+    painter.strokePath(outline, tokens.line);
+
+    const QRect tile(theme_.px(margin), theme_.px(margin), theme_.px(tileSide),
+                     theme_.px(tileSide));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(tokens.accentSoft);
+    painter.drawRoundedRect(tile, 8, 8);
+    const int side = theme_.px(20);
+    painter.drawPixmap(tile.left() + (tile.width() - side) / 2,
+                       tile.top() + (tile.height() - side) / 2,
+                       icons_.line(icon_, side, tokens.accentText, devicePixelRatioF()));
+}
+
+} // namespace fennik::ui

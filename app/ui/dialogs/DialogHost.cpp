@@ -1,0 +1,90 @@
+#include "app/ui/dialogs/DialogHost.h"
+
+#include "app/ui/Shadow.h"
+#include "app/ui/dialogs/DialogCard.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace fennik::ui {
+
+DialogHost::DialogHost(const Theme& theme, QWidget* content) : QWidget(content), theme_(theme) {
+    setObjectName(QStringLiteral("dialogHost"));
+    setFocusPolicy(Qt::NoFocus);
+    hide();
+    content->installEventFilter(this);
+    connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void DialogHost::open(DialogCard* card) {
+    if (!card_)
+        returnTo_ = QApplication::focusWidget();
+    auto* replaced = card_.data();
+    card_ = card;
+    card->setParent(this);
+    new Shadow(*card, Shadow::Depth::dialog, 12, theme_);
+    connect(card, &DialogCard::heightChanged, this, &DialogHost::place);
+    setGeometry(parentWidget()->rect());
+    place();
+    card->show();
+    raise();
+    show();
+    card->takeFocus();
+    drop(replaced);
+}
+
+void DialogHost::close() {
+    if (!card_)
+        return;
+    // Hiding what has the keyboard would pass it on to whatever comes next.
+    if (returnTo_)
+        returnTo_->setFocus();
+    hide();
+    drop(card_.data());
+    card_ = nullptr;
+}
+
+void DialogHost::drop(DialogCard* card) {
+    if (card == nullptr)
+        return;
+    card->hide();
+    card->deleteLater(); // it may be the one that asked for this
+}
+
+void DialogHost::place() {
+    if (!card_)
+        return;
+    constexpr double share = 0.15;
+    const int margin = theme_.px(16);
+    const int width = std::min(card_->preferredWidth(), this->width() - 2 * margin);
+    const int height = std::min(card_->heightForWidth(width), this->height() - 2 * margin);
+    const int top = std::min(qRound(this->height() * share), this->height() - margin - height);
+    card_->setGeometry((this->width() - width) / 2, top, width, height);
+}
+
+bool DialogHost::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == parentWidget() && event->type() == QEvent::Resize)
+        setGeometry(parentWidget()->rect());
+    return QWidget::eventFilter(watched, event);
+}
+
+void DialogHost::resizeEvent(QResizeEvent*) {
+    place();
+}
+
+void DialogHost::mousePressEvent(QMouseEvent* event) {
+    event->accept();
+}
+
+void DialogHost::wheelEvent(QWheelEvent* event) {
+    event->accept();
+}
+
+void DialogHost::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(rect(), theme_.tokens().scrim);
+}
+
+} // namespace fennik::ui
