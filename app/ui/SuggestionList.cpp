@@ -46,8 +46,7 @@ SuggestionList::SuggestionList(const Theme& theme, Icons& icons, QWidget* parent
       list_(new MenuList(MenuList::Heights::equal, theme, icons, this)) {
     setObjectName(QStringLiteral("suggestionList"));
     list_->setAccessibleName(QStringLiteral("Návrhy složek"));
-    connect(list_, &QAbstractItemView::clicked, this,
-            [this](const QModelIndex& index) { emit clicked(index.row()); });
+    connect(list_, &MenuList::itemClicked, this, &SuggestionList::clicked);
 }
 
 void SuggestionList::setRows(std::vector<Row> rows) {
