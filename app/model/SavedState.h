@@ -25,11 +25,11 @@ struct SavedState {
     /// JSON in UTF-8. Paths and the names of cursors stand in their stored text (PathText.h).
     std::string toJson() const;
 
-    /// Reads what `toJson` wrote, by this version or another one. None when `json` is no JSON
+    /// Reads what `toJson` wrote, by this version or another one. None when `text` is no JSON
     /// object. Otherwise all that is good is kept: a missing or mistaken key leaves the default; a
     /// tab without an absolute path is dropped; an identifier that is bad or used before is
     /// replaced by a new one; the active index stays at its tab, else at the nearest there is.
-    static std::optional<SavedState> fromJson(std::string_view json);
+    static std::optional<SavedState> fromJson(std::string_view text);
 };
 
 } // namespace fennik::app
