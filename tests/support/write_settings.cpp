@@ -1,6 +1,7 @@
 #include "app/system/SettingsFile.h"
 #include "core/base/Executor.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <iostream>
 #include <string>
@@ -16,11 +17,11 @@ public:
 
 } // namespace
 
-/// Stores the numbers FIRST to LAST under KEY in the configuration folder FOLDER, one after the
-/// other, each in a file that is the longer the greater the number is. Prints what was stored there
-/// before.
+/// FOLDER KEY FIRST LAST LENGTH: stores the numbers FIRST to LAST under KEY in the configuration
+/// folder FOLDER, one after the other. Before each number it stores data beside it, of LENGTH
+/// times as many bytes. Prints the number and the count of bytes that were stored before.
 int main(int argumentCount, char** arguments) {
-    if (argumentCount != 5)
+    if (argumentCount != 6)
         return 2;
     AtOnce here;
     int code = 0;
@@ -34,9 +35,10 @@ int main(int argumentCount, char** arguments) {
     std::cout << (number ? std::get<std::int64_t>(*number) : -1) << ' '
               << (data ? std::get<app::SettingData>(*data).bytes.size() : 0) << std::endl;
     const auto last = std::stoll(arguments[4]);
+    const auto length = std::stoll(arguments[5]);
     for (std::int64_t value = std::stoll(arguments[3]); value <= last; ++value) {
         settings.setValue(key + "Data",
-                          app::SettingData{std::string(std::size_t(value * 50), '"')});
+                          app::SettingData{std::string(std::size_t(value * length), '"')});
         settings.setValue(key, value);
     }
     return code;
