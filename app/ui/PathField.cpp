@@ -226,7 +226,7 @@ void PathField::keyPressEvent(QKeyEvent* event) {
         update();
         break;
     case Qt::Key_Escape:
-        leave();
+        clearFocus(); // else a field that is hidden would hand the keyboard to any next widget
         break;
     default:
         accept();

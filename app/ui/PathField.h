@@ -44,7 +44,8 @@ signals:
     void typed(const QString& text);
     /// Enter was pressed: the text of the suggestion that the user has moved to, else as it stands.
     void accepted(const QString& text);
-    /// Esc was pressed, or the keyboard has gone elsewhere. Once for each `open`.
+    /// Esc was pressed, which leaves the keyboard to nobody, or the keyboard has gone elsewhere.
+    /// Once for each `open`.
     void left();
 
 protected:

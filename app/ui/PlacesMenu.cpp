@@ -105,6 +105,12 @@ void PlacesMenu::popUp(const QPoint& corner) {
 void PlacesMenu::dismiss() {
     if (isHidden())
         return;
+    // A widget that is hidden while it has the keyboard hands it to the next one, which may be a
+    // table of the other side.
+    if (filter_->hasFocus()) {
+        filter_->clearFocus(); // comes back here
+        return;
+    }
     hide();
     emit closed();
 }

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class QKeyEvent;
@@ -31,7 +32,7 @@ public:
 
     /// Shows the menu with its corner at a point of the parent.
     void popUp(const QPoint& corner);
-    /// Hides the menu.
+    /// Hides the menu and leaves the keyboard to nobody.
     void dismiss();
 
 signals:

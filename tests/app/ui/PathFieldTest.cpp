@@ -161,12 +161,15 @@ TEST_F(PathFieldTest, aFailureStandsBelowUntilTheTextChanges) {
 TEST_F(PathFieldTest, escapeAndAnotherPlaceForTheKeyboardEndIt) {
     type(QStringLiteral("/home/jana/s"));
     suggest({"Smlouvy"});
+    QObject::connect(&field, &PathField::left, &field, &QWidget::hide);
     press(Qt::Key_Escape);
     EXPECT_EQ(left.count(), 1);
+    EXPECT_EQ(QApplication::focusWidget(), nullptr);
     EXPECT_FALSE(list.isVisible());
     other.setFocus();
     EXPECT_EQ(left.count(), 1);
 
+    field.show();
     field.open("/srv");
     QFocusEvent windowLost(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
     QApplication::sendEvent(&field, &windowLost);

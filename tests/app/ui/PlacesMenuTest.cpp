@@ -149,6 +149,7 @@ TEST_F(PlacesMenuTest, escapeAndAnotherPlaceForTheKeyboardCloseIt) {
     EXPECT_EQ(QApplication::focusWidget(), &filter);
     press(Qt::Key_Escape);
     EXPECT_EQ(whatWasSaid(), "closed");
+    EXPECT_EQ(QApplication::focusWidget(), nullptr);
     menu.popUp({20, 20});
     other.setFocus();
     EXPECT_EQ(whatWasSaid(), "closed");
