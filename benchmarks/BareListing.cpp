@@ -78,16 +78,15 @@ OpenFolder::OpenFolder(const std::string& path)
         fail(path.c_str());
 }
 
-std::size_t OpenFolder::read(char* buffer) const {
-    const auto length = syscall(SYS_getdents64, number_, buffer, namesBuffer);
+std::size_t OpenFolder::read(char* buffer, std::size_t size) const {
+    const auto length = syscall(SYS_getdents64, number_, buffer, size);
     if (length < 0)
         fail("getdents64");
     return static_cast<std::size_t>(length);
 }
 
-struct statx OpenFolder::examine(const char* name) const {
+struct statx OpenFolder::examine(const char* name, unsigned wanted) const {
     struct statx info{};
-    constexpr auto wanted = STATX_TYPE | STATX_MODE | STATX_SIZE | STATX_MTIME;
     if (statx(number_, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, wanted, &info) != 0)
         fail(name);
     return info;

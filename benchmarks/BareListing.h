@@ -37,18 +37,19 @@ public:
     OpenFolder(const OpenFolder&) = delete;
     OpenFolder& operator=(const OpenFolder&) = delete;
 
-    /// Fills `buffer` of `namesBuffer` bytes; 0 at the end of the folder.
-    std::size_t read(char* buffer) const;
-    /// What a panel shows of an entry.
-    struct statx examine(const char* name) const;
+    /// Fills `buffer` of `size` bytes; 0 at the end of the folder.
+    std::size_t read(char* buffer, std::size_t size = namesBuffer) const;
+    /// The wanted facts of an entry; what a panel shows unless told otherwise.
+    struct statx examine(const char* name, unsigned wanted = STATX_TYPE | STATX_MODE | STATX_SIZE |
+                                                             STATX_MTIME) const;
 
 private:
     int number_;
 };
 
-/// Calls `each` with the names in a filled buffer, without "." and "..".
+/// Calls `each` with the records in a filled buffer, without "." and "..".
 template <class Each>
-void forEachName(const char* buffer, std::size_t length, Each each) {
+void forEachRecord(const char* buffer, std::size_t length, Each each) {
     for (std::size_t position = 0; position < length;) {
         const auto* record = reinterpret_cast<const dirent64*>(buffer + position);
         position += record->d_reclen;
@@ -56,8 +57,14 @@ void forEachName(const char* buffer, std::size_t length, Each each) {
         const bool isDots =
             name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
         if (!isDots)
-            each(name);
+            each(*record);
     }
+}
+
+/// Calls `each` with the names in a filled buffer, without "." and "..".
+template <class Each>
+void forEachName(const char* buffer, std::size_t length, Each each) {
+    forEachRecord(buffer, length, [&each](const dirent64& record) { each(record.d_name); });
 }
 
 /// Calls `each` with the name and the `struct statx` of all entries.

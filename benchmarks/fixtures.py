@@ -53,3 +53,17 @@ def make_folder(path, names):
         os.utime(name, ns=(when, when), dir_fd=folder)
     os.close(folder)
     return path
+
+
+def make_tree(path, folders, files):
+    """Folders in folders, ten in each, with the files dealt evenly."""
+    chance = random.Random(3)
+    os.mkdir(path)
+    paths = [path]
+    for number in range(folders):
+        paths.append(os.path.join(paths[number // 10], f"složka {number}"))
+        os.mkdir(paths[-1])
+    for number in range(files):
+        with open(os.path.join(paths[number % len(paths)], f"soubor {number}"), "wb") as entry:
+            entry.truncate(int(chance.lognormvariate(USUAL_SIZE, SIZE_SPREAD)))
+    return path

@@ -4,6 +4,7 @@
 // "number of entries/who". With --cold the caches of the system are emptied before each listing,
 // which only root may do, and only Fennik and two threads of bare calls are measured.
 #include "benchmarks/BareListing.h"
+#include "benchmarks/Tools.h"
 #include "core/listing/FolderOpener.h"
 
 #include <benchmark/benchmark.h>
@@ -14,10 +15,8 @@
 #include <functional>
 #include <iostream>
 #include <optional>
-#include <spawn.h>
 #include <string>
 #include <string_view>
-#include <sys/wait.h>
 #include <vector>
 
 namespace {
@@ -43,27 +42,6 @@ FolderOpener::Listing listWithFennik(const std::string& folder) {
         std::exit(EXIT_FAILURE);
     }
     return std::move(*listing);
-}
-
-/// Ends once the tool has written its listing to nowhere.
-void runTool(std::vector<std::string> words) {
-    std::vector<char*> arguments;
-    for (auto& word : words)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    posix_spawn_file_actions_t actions{};
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    pid_t process = 0;
-    int status = 0;
-    const bool ran =
-        posix_spawnp(&process, arguments[0], &actions, nullptr, arguments.data(), environ) == 0 &&
-        waitpid(process, &status, 0) == process && status == 0;
-    posix_spawn_file_actions_destroy(&actions);
-    if (!ran) {
-        std::cerr << words.front() << " does not run.\n";
-        std::exit(EXIT_FAILURE);
-    }
 }
 
 /// Registers what `list` takes, without the time that its result takes to be given back.
@@ -107,7 +85,7 @@ void addFolder(const std::string& folder, int repeats, Caches caches) {
         [folder] { return bench::listOnOneThread(folder); });
     const auto tool = [&](const std::string& name, const std::vector<std::string>& words) {
         add(prefix + name, caches, 1, [words] {
-            runTool(words);
+            bench::runTool(words);
             return 0;
         });
     };

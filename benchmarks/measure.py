@@ -14,8 +14,10 @@ ROUNDS = 15
 WINDOW_ROUNDS = 15
 MEMORY_ROUNDS = 3
 COLD_ROUNDS = 5
+SIZING_ROUNDS = 9
 PRESSES = 40
 EXTRA_CALLS = 200
+TREE_FOLDERS, TREE_FILES = 20_000, 200_000
 
 
 def say(text):
@@ -36,6 +38,7 @@ class Folders:
         self.empty = [make("empty 1", []), make("empty 2", [])]
         self.small = [make("small 1", fixtures.mixed_names(50)),
                       make("small 2", fixtures.numbered_names(50))]
+        self.tree = fixtures.make_tree(os.path.join(workspace, "tree"), TREE_FOLDERS, TREE_FILES)
         self.large = [self.mixed[100_000], self.numbered[100_000]]
 
 
@@ -71,6 +74,20 @@ def measure_listing(table, programs, folders):
              programs.system_calls(folders.empty[0]))
     table.add("system calls, 10,000", calls, f"entries + {EXTRA_CALLS}", 10_000 + EXTRA_CALLS,
               AtMost(1), count)
+
+
+def measure_sizing(table, programs, folders):
+    table.section(f"Folder size, {TREE_FILES:,} files in {TREE_FOLDERS:,} folders")
+    times = programs.medians("sizing_benchmark", SIZING_ROUNDS, folders.tree)
+    for who, other, target in (("bare calls, two threads", "two threads", AtMost(1.15)),
+                               ("bare calls, one thread", "one thread", None),
+                               ("du -sb", "du", AtLeast(1.7)), ("gdu -n", "gdu", AtLeast(2.5)),
+                               ("ncdu -o", "ncdu", None)):
+        if other in times:
+            table.add("add up", times["fennik"], who, times[other], target)
+    peak, cancelled = programs.sizing_facts(folders.tree)
+    table.add("memory", peak, "limit", 20, AtMost(1), mebibytes)
+    table.add("from Esc to the end", cancelled, "limit", 50, AtMost(1))
 
 
 def measure_sorting(table, programs, folders):
@@ -153,6 +170,8 @@ def main():
     table = Table()
     say("Listing…")
     measure_listing(table, programs, folders)
+    say("Adding up a tree…")
+    measure_sizing(table, programs, folders)
     say("Sorting…")
     measure_sorting(table, programs, folders)
     say("Marking…")

@@ -44,6 +44,14 @@ class Programs:
         counts = dict(re.findall(r"^(\w+) +(\d+)$", summary, re.MULTILINE))
         return sum(int(calls) for name, calls in counts.items() if name not in ("futex", "total"))
 
+    def sizing_facts(self, folder):
+        """The peak memory of adding up a tree in MiB, and the longest time in milliseconds from a
+        cancellation to the end."""
+        output = subprocess.run([self.benchmarks / "size_once", folder], check=True,
+                                capture_output=True, text=True).stdout
+        peak, cancelled = re.fullmatch(r"peak=(\d+) cancelled=(\d+)\n", output).groups()
+        return int(peak) / 1024, int(cancelled) / 1e6
+
     def window_times(self, program, left, right):
         """Milliseconds from the start of the program to its first and to its full picture."""
         environment = os.environ | {"FENNIK_BENCH_EXEC": str(time.monotonic_ns())}
