@@ -5,14 +5,25 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <fstream>
 #include <iostream>
-#include <sys/resource.h>
+#include <string>
 #include <thread>
 
 namespace {
 
 using namespace fennik;
 using Clock = std::chrono::steady_clock;
+
+/// In KiB, since this program began.
+std::string peakOfMemory() {
+    std::ifstream facts("/proc/self/status");
+    std::string word;
+    while (facts >> word && word != "VmHWM:") {
+    }
+    facts >> word;
+    return word;
+}
 
 /// Zero when the tree was done before its time came.
 Clock::duration timeToEnd(const FileUrl& folder, Clock::duration cancelAfter) {
@@ -40,13 +51,12 @@ int main(int argumentCount, char** arguments) {
     if (!FolderSizer::size(systemFileSystem(), folder, [] { return false; }))
         return 1;
     const auto whole = Clock::now() - started;
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
+    const auto peak = peakOfMemory();
     Clock::duration longest{};
     constexpr int moments = 20;
     for (int moment = 0; moment < moments; ++moment)
         longest = std::max(longest, timeToEnd(folder, whole * moment / moments));
-    std::cout << "peak=" << usage.ru_maxrss << " cancelled="
+    std::cout << "peak=" << peak << " cancelled="
               << std::chrono::duration_cast<std::chrono::nanoseconds>(longest).count() << '\n';
     return 0;
 }

@@ -22,7 +22,7 @@ DirectoryWatcher::DirectoryWatcher(std::string path, std::function<void()> onCha
 std::shared_ptr<DirectoryWatcher> DirectoryWatcher::start(FolderEvents& events, Executor& main,
                                                           const FileUrl& folder,
                                                           std::function<void()> onChange) {
-    std::shared_ptr<DirectoryWatcher> watcher(
+    const std::shared_ptr<DirectoryWatcher> watcher(
         new DirectoryWatcher(resolved(folder.path()), std::move(onChange)));
     // Only the main thread ever takes the watcher out of `life`, so that dropping it there is
     // final.

@@ -26,8 +26,9 @@ FileSystem::Result<std::optional<SizeEntry>> examine(int folder, const NameRecor
         return entry;
     struct statx info{};
     const unsigned wanted = isUnknown ? STATX_TYPE | STATX_SIZE : STATX_SIZE;
-    if (statx(folder, record.name.data(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, wanted, &info) !=
-        0) {
+    constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
+    const char* name = record.name.data(); // NOLINT(bugprone-suspicious-stringview-data-usage)
+    if (statx(folder, name, flags, wanted, &info) != 0) {
         if (errno == ENOSYS || errno == EINVAL)
             return std::unexpected(PosixError{ENOTSUP});
         if (listsUnexamined(errno))
@@ -61,7 +62,8 @@ FileSystem::Result<void> readSizesInBulk(const std::string& path, FollowLinks fo
             const auto entry = examine(folder.number(), *record);
             if (!entry)
                 return std::unexpected(entry.error());
-            if (*entry && consume(**entry) == Reading::stop)
+            const auto& known = *entry;
+            if (known && consume(*known) == Reading::stop)
                 return {};
         }
     }
