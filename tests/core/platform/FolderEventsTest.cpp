@@ -234,10 +234,15 @@ TEST_F(FolderEventsTest, aWatchThatIsGoneIsSilentAlsoWhenItsEventsAreThereAlread
 
     Calls deleting;
     std::unique_ptr<FolderEvents::Watch> watching;
+    std::unique_lock assigning(gate);
     watching = events->watch(temp.path("other"), [&] {
-        watching.reset(); // from inside its own call
+        {
+            const std::lock_guard pass(gate);
+            watching.reset(); // from inside its own call
+        }
         deleting.one()();
     });
+    assigning.unlock();
     temp.file("other/new");
     ASSERT_TRUE(deleting.reach(1));
     EXPECT_EQ(calls.count(), 0U);
