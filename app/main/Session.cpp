@@ -1,5 +1,8 @@
 #include "app/main/Session.h"
 
+#include "app/model/MemorySettings.h"
+#include "app/system/KeyboardLayouts.h"
+#include "app/system/SettingsFile.h"
 #include "core/platform/Memory.h"
 #include "core/platform/UserFolders.h"
 #include "core/platform/Volumes.h"
@@ -29,21 +32,21 @@ std::string laneOf(const std::string& path) {
     return volume.isRemote ? volume.mountPoint : path;
 }
 
-PanelServices services(DiskExecutor& disk, Executor& main, bool verbose) {
-    return {.files = systemFileSystem(),
-            .disk = disk,
-            .main = main,
-            .now = [] { return std::chrono::steady_clock::now(); },
-            .log =
-                [verbose](const std::string& line) {
-                    if (verbose)
-                        std::cerr << line + '\n';
-                }};
+Date today() {
+    const auto since = std::chrono::system_clock::now().time_since_epoch();
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(since);
+    return {seconds.count(),
+            static_cast<std::uint32_t>(std::chrono::nanoseconds(since - seconds).count())};
 }
 
-std::string pathOf(const std::optional<std::string>& given) {
+void logTo(bool verbose, const std::string& line) {
+    if (verbose)
+        std::cerr << line + '\n';
+}
+
+std::optional<std::string> pathOf(const std::optional<std::string>& given) {
     if (!given)
-        return UserFolders::home().path();
+        return std::nullopt;
     std::error_code error;
     const auto workingFolder = std::filesystem::current_path(error).string();
     // A working folder that was removed has no path any more; nothing is found below this one.
@@ -66,14 +69,42 @@ Appearance appearanceFor(Options::Look look, Appearance ofSystem) {
 
 Session::Session(const Options& options)
     : look_(options.look),
+      left_(pathOf(options.left)),
+      right_(pathOf(options.right)),
       disk_(laneOf),
+      sizingDisk_(laneOf),
+      events_(makeFolderEvents()),
+      settings_(makeSettings(options.task)),
+      layout_(system::makeKeyboardLayout()),
       systemAppearance_(ui::appearanceOf(QApplication::palette())),
       theme_(appearanceFor(look_, systemAppearance_)),
       icons_(theme_),
-      app_(services(disk_, main_, options.verbose), UserFolders::home(), pathOf(options.left),
-           pathOf(options.right)),
-      window_(app_, theme_, icons_) {
+      app_({.panels = {.files = systemFileSystem(),
+                       .disk = disk_,
+                       .sizingDisk = sizingDisk_,
+                       .main = main_,
+                       .delayed = main_,
+                       .events = *events_,
+                       .volumes = Volumes::mounted,
+                       .now = [] { return std::chrono::steady_clock::now(); },
+                       .today = today,
+                       .log = [verbose = options.verbose](
+                                  const std::string& line) { logTo(verbose, line); }},
+            .settings = *settings_,
+            .clipboard = clipboard_},
+           UserFolders::home()),
+      shortcuts_(
+          KActions::defaultMapOffTheMac(),
+          [this] {
+              auto saved = app_.settings().get(SettingKeys::shortcuts).bytes;
+              return saved.empty() ? std::nullopt : std::optional(std::move(saved));
+          },
+          [this](std::string map) {
+              app_.settings().set(SettingKeys::shortcuts, {std::move(map)});
+          }),
+      window_({app_, shortcuts_, theme_, icons_}, *layout_) {
     Memory::returnLargeBlocks();
+    app_.settings().registerDefaults();
     window_.resize(options.width, options.height);
 }
 
@@ -102,15 +133,31 @@ void Session::show() {
     // sees is not painted, but its panels are filled all the same.
     const auto list = [this] {
         if (!std::exchange(isListing_, true))
-            app_.start();
+            app_.start(left_, right_);
     };
     QObject::connect(&window_, &ui::MainWindow::firstPainted, &window_, list);
     QTimer::singleShot(paintPatience, &window_, list);
     window_.show();
 }
 
-BackgroundPool::ShutDown Session::shutDown() {
-    return disk_.shutDown(workerPatience);
+std::unique_ptr<SettingsStore> Session::makeSettings(Options::Task task) {
+    // A picture neither depends on what was kept before nor leaves anything behind.
+    if (task == Options::Task::screenshot)
+        return std::make_unique<MemorySettings>();
+    return std::make_unique<system::SettingsFile>(
+        system::SettingsFile::configFolder(UserFolders::home().path()), writer_, main_,
+        [this](const std::string& sentence) { app_.showToast(sentence, Toast::Kind::error); });
+}
+
+ShutDown Session::shutDown() {
+    app_.saveNow();
+    // Settings first: they are what the user would miss.
+    auto result = writer_.shutDown(workerPatience);
+    for (auto* pool : {&disk_, &sizingDisk_}) {
+        if (pool->shutDown(workerPatience) == ShutDown::threadsLeft)
+            result = ShutDown::threadsLeft;
+    }
+    return result;
 }
 
 } // namespace fennik::app

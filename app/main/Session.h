@@ -1,15 +1,23 @@
 #pragma once
 
+#include "app/commands/ShortcutStore.h"
 #include "app/main/Options.h"
 #include "app/model/AppModel.h"
+#include "app/model/ports/KeyboardLayout.h"
+#include "app/model/ports/SettingsStore.h"
 #include "app/system/ColorScheme.h"
+#include "app/system/DesktopClipboard.h"
 #include "app/system/MainThread.h"
 #include "app/ui/Icons.h"
 #include "app/ui/MainWindow.h"
 #include "app/ui/Theme.h"
 #include "core/base/BackgroundPool.h"
+#include "core/base/SerialWorker.h"
+#include "core/platform/FolderEvents.h"
 
-#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace fennik::app {
 
@@ -26,21 +34,32 @@ public:
     /// panels. Returns at once.
     void start();
 
-    /// Waits for the workers. When some are stuck, the process must end without running static
-    /// destructors.
-    BackgroundPool::ShutDown shutDown();
+    /// Keeps the tabs for the next time, and waits for the workers. When some are stuck, the
+    /// process must end without running static destructors.
+    ShutDown shutDown();
 
 private:
     void show();
 
+    std::unique_ptr<SettingsStore> makeSettings(Options::Task task);
+
     Options::Look look_;
+    std::optional<std::string> left_; ///< absolute paths, as they were asked for
+    std::optional<std::string> right_;
     system::ColorScheme colorScheme_;
-    BackgroundPool disk_;
     system::MainThread main_;
+    BackgroundPool disk_;
+    BackgroundPool sizingDisk_;
+    SerialWorker writer_;
+    std::unique_ptr<FolderEvents> events_;
+    system::DesktopClipboard clipboard_;
+    std::unique_ptr<SettingsStore> settings_;
+    std::unique_ptr<KeyboardLayout> layout_;
     ui::Appearance systemAppearance_;
     ui::Theme theme_;
     ui::Icons icons_;
     AppModel app_;
+    ShortcutStore shortcuts_;
     ui::MainWindow window_;
     bool isListing_ = false;
 };

@@ -1,38 +1,169 @@
 #include "app/model/AppModel.h"
 
+#include "app/model/SavedState.h"
+#include "core/base/DisplayText.h"
+#include "core/base/PathText.h"
+#include "core/listing/FileMask.h"
+
+#include <algorithm>
 #include <utility>
 
 namespace fennik::app {
 
-using FolderOpener::ShowHidden;
+namespace {
 
-AppModel::AppModel(const PanelServices& services, FileUrl home, std::string leftPath,
-                   std::string rightPath)
-    : home_(std::move(home)),
-      left_(PanelSide::left, services, std::move(leftPath)),
-      right_(PanelSide::right, services, std::move(rightPath)) {}
+constexpr double sizesStayFor = 600; // s
+constexpr auto saveDelay = std::chrono::milliseconds(300);
+constexpr auto toastStaysFor = std::chrono::seconds(3);
+constexpr std::size_t mostMasks = 5;
 
-void AppModel::start() {
-    left_.refresh();
-    right_.refresh();
+} // namespace
+
+AppModel::AppModel(AppServices services, FileUrl home)
+    : services_(std::move(services)),
+      home_(std::move(home)),
+      settings_(services_.settings),
+      places_(settings_),
+      pathSuggestions_(services_.panels, home_, [this] { emit changed(AppChange::suggestions); }),
+      sizeCache_(sizesStayFor),
+      left_(PanelSide::left, services_.panels, settings_, sizeCache_, home_.path()),
+      right_(PanelSide::right, services_.panels, settings_, sizeCache_, home_.path()),
+      leftRestoration_(left_, services_.panels, home_),
+      rightRestoration_(right_, services_.panels, home_),
+      saveWork_(services_.panels.delayed),
+      toastWork_(services_.panels.delayed) {
+    restore();
+    followPanel(PanelSide::left);
+    followPanel(PanelSide::right);
+}
+
+void AppModel::restore() {
+    savedState_ = settings_.get(SettingKeys::panels).bytes;
+    const auto saved = SavedState::fromJson(savedState_);
+    if (!saved)
+        return;
+    const auto take = [](PanelModel& panel, const SavedPanel& from) {
+        if (!from.tabs.empty())
+            panel.replaceTabs(PanelTabs(from.tabs, from.active));
+    };
+    take(left_, saved->left);
+    take(right_, saved->right);
+    activeSide_ = saved->activeSide;
+}
+
+void AppModel::start(const std::optional<std::string>& left,
+                     const std::optional<std::string>& right) {
+    const auto saved = SavedState::fromJson(savedState_);
+    leftRestoration_.start(left, pathFromStored(settings_.get(SettingKeys::leftPath)).value_or(""),
+                           saved && !saved->left.tabs.empty());
+    rightRestoration_.start(right,
+                            pathFromStored(settings_.get(SettingKeys::rightPath)).value_or(""),
+                            saved && !saved->right.tabs.empty());
+}
+
+void AppModel::followPanel(PanelSide side) {
+    auto& followed = panel(side);
+    connect(&followed, &PanelModel::changed, this, [this, &followed](PanelChanges changes) {
+        if (changes.testFlag(PanelChange::tabs))
+            scheduleSave();
+        if (changes.testFlag(PanelChange::visit)) {
+            places_.noteRecent(followed.tab().path);
+            emit changed(AppChange::places);
+        }
+    });
+}
+
+void AppModel::scheduleSave() {
+    saveWork_.schedule(saveDelay, [this] { saveNow(); });
+}
+
+void AppModel::saveNow() {
+    saveWork_.cancel();
+    const SavedState state{.left = {left_.tabsToSave(), left_.activeTab()},
+                           .right = {right_.tabsToSave(), right_.activeTab()},
+                           .activeSide = activeSide_};
+    auto json = state.toJson();
+    if (json == savedState_)
+        return;
+    settings_.set(SettingKeys::panels, {json});
+    savedState_ = std::move(json);
 }
 
 void AppModel::activate(PanelSide side) {
     if (side == activeSide_)
         return;
     activeSide_ = side;
+    scheduleSave();
     emit changed(AppChange::activeSide);
 }
 
-void AppModel::switchPanel() {
-    activate(activeSide_ == PanelSide::left ? PanelSide::right : PanelSide::left);
+void AppModel::addFavorite() {
+    const auto folder = activePanel().folder();
+    if (!places_.addFavorite(folder.path())) {
+        showToast("Už je v oblíbených");
+        return;
+    }
+    emit changed(AppChange::places);
+    showToast("Přidáno do oblíbených: " + displayText(folder.lastComponent()), Toast::Kind::ok);
 }
 
-void AppModel::toggleHidden() {
-    showHidden_ = showHidden_ == ShowHidden::yes ? ShowHidden::no : ShowHidden::yes;
-    left_.setShowHidden(showHidden_);
-    right_.setShowHidden(showHidden_);
-    emit changed(AppChange::settings);
+void AppModel::removeFavorite(const std::string& path) {
+    places_.removeFavorite(path);
+    emit changed(AppChange::places);
+    showToast("Odebráno z oblíbených");
+}
+
+void AppModel::toggleFavorite() {
+    const auto path = activePanel().tab().path;
+    if (places_.isFavorite(path))
+        removeFavorite(path);
+    else
+        addFavorite();
+}
+
+void AppModel::requestPathField(PanelSide side) {
+    activate(side);
+    focusPathRequest_ = FocusRequest{side, ++lastToken_};
+    emit changed(AppChange::request);
+}
+
+void AppModel::requestPlaces() {
+    placesRequest_ = FocusRequest{activeSide_, ++lastToken_};
+    emit changed(AppChange::request);
+}
+
+void AppModel::setDialog(Dialog dialog) {
+    dialog_ = std::move(dialog);
+    emit changed(AppChange::dialog);
+}
+
+void AppModel::closeDialog() {
+    dialog_.reset();
+    emit changed(AppChange::dialog);
+}
+
+void AppModel::applyMask(Marking marking, const std::string& text) {
+    const FileMask mask(text);
+    auto masks = maskHistory();
+    std::erase(masks, text);
+    masks.insert(masks.begin(), text);
+    masks.resize(std::min(masks.size(), mostMasks));
+    settings_.set(SettingKeys::maskHistory, masks);
+    closeDialog();
+    activePanel().markByMask(mask, marking);
+}
+
+std::vector<std::string> AppModel::maskHistory() const {
+    return settings_.get(SettingKeys::maskHistory);
+}
+
+void AppModel::showToast(std::string text, Toast::Kind kind) {
+    toast_ = Toast{.text = std::move(text), .kind = kind};
+    toastWork_.schedule(toastStaysFor, [this] {
+        toast_.reset();
+        emit changed(AppChange::toast);
+    });
+    emit changed(AppChange::toast);
 }
 
 } // namespace fennik::app

@@ -39,4 +39,9 @@ std::optional<std::string> PanelHistory::target(const Uuid& tab, Step step) cons
     return found->second.back();
 }
 
+void PanelHistory::forget(const Uuid& tab) {
+    backStack_.erase(tab);
+    forwardStack_.erase(tab);
+}
+
 } // namespace fennik::app

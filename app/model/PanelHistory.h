@@ -27,6 +27,9 @@ public:
     /// Where the step would lead; none when it leads nowhere.
     std::optional<std::string> target(const Uuid& tab, Step step) const;
 
+    /// The tab is closed.
+    void forget(const Uuid& tab);
+
 private:
     using Stacks = std::map<Uuid, std::vector<std::string>>;
     Stacks backStack_;

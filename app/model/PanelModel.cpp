@@ -1,6 +1,9 @@
 #include "app/model/PanelModel.h"
 
 #include "app/model/CursorPlacement.h"
+#include "core/base/FoldedText.h"
+#include "core/listing/DirectorySnapshot.h"
+#include "core/listing/FileMask.h"
 #include "core/listing/FileSorter.h"
 #include "core/platform/Volumes.h"
 
@@ -20,8 +23,13 @@ using Step = PanelHistory::Step;
 
 constexpr const char* stopped = "načítání bylo zastaveno.";
 
+/// A folder that goes on changing is read again after at least this, and after at least so many
+/// times as long as the last reading took.
+constexpr auto leastReloadPause = std::chrono::milliseconds(250);
+constexpr int reloadPauseFactor = 3;
+
 /// The rows that a panel shows of a listing.
-FileItems shownItems(const FileItems& raw, const ListingView& view) {
+FileItems shownItems(const FileItems& raw, const ListingView& view, const FolderSizes& sizes) {
     std::vector<std::uint32_t> rows;
     rows.reserve(raw.size() + 1);
     if (!raw.folder().isRoot())
@@ -32,7 +40,7 @@ FileItems shownItems(const FileItems& raw, const ListingView& view) {
         if (isShown || item.name == view.revealed)
             rows.push_back(row);
     }
-    return FileSorter::sort(raw.reordered(std::move(rows)), view.sort, {});
+    return FileSorter::sort(raw.reordered(std::move(rows)), view.sort, sizes);
 }
 
 std::expected<Listing, Failure> openNearestUsable(const FileSystem& files, FileUrl url) {
@@ -43,35 +51,80 @@ std::expected<Listing, Failure> openNearestUsable(const FileSystem& files, FileU
     }
 }
 
+/// Whether a size can be computed for the item: links lead elsewhere.
+bool canBeSized(const FileItemView& item) {
+    const bool isFolder = item.kind == FileKind::directory || item.kind == FileKind::package;
+    return isFolder && !item.isParentLink;
+}
+
+FolderSizes knownSizes(FolderSizeCache& cache, const FileItems& items, const Date& today) {
+    FolderSizes known;
+    for (std::size_t row = 0; row < items.size(); ++row) {
+        const auto item = items.view(row);
+        if (!canBeSized(item))
+            continue;
+        if (const auto entry = cache.lookup(items.folder().appending(item.name).path(), today))
+            known.emplace(item.name, entry->bytes);
+    }
+    return known;
+}
+
 } // namespace
 
 /// What a worker brings back of a folder.
 struct PanelModel::Loaded {
     std::expected<Listing, Failure> listing = std::unexpected(Failure{});
     ListingView view = {};
-    FileItems items = {}; ///< shown that way
+    FileItems items = {};        ///< shown that way
+    FolderSizes knownSizes = {}; ///< of its folders
+    bool isUnchanged = false;    ///< since the listing that the panel had
+    std::vector<std::string> changedNames = {};
+    std::optional<FolderSizing::Extent> automaticSizes =
+        {}; ///< none where they may not be computed
     std::optional<std::int64_t> freeSpace = {};
     FileUrl volumeRoot = {};
-    double milliseconds = 0;
+    std::shared_ptr<DirectoryWatcher> watcher = {};
+    std::chrono::steady_clock::duration took = {};
 };
 
-PanelModel::PanelModel(PanelSide side, PanelServices services, std::string path)
+PanelModel::PanelModel(PanelSide side, PanelServices services, const Settings& settings,
+                       FolderSizeCache& sizeCache, std::string path)
     : side_(side),
       services_(std::move(services)),
-      tabs_(1),
-      links_(services_, [this] { emit changed(PanelChange::linkTargets); }) {
-    activeTabState().path = std::move(path);
-}
+      settings_(settings),
+      sizeCache_(sizeCache),
+      shown_{.tabs = PanelTabs(std::move(path))},
+      sizing_(services_, sizeCache, [this] { takeSizes(); }),
+      links_(services_, [this] { emit changed(PanelChange::linkTargets); }),
+      reload_(services_.delayed) {}
 
 PanelModel::~PanelModel() = default;
 
+std::vector<PanelTab> PanelModel::tabsToSave() const {
+    auto tabs = this->tabs();
+    if (const auto item = cursorItem())
+        tabs[activeTab()].cursorName = std::string(item->name);
+    return tabs;
+}
+
+std::optional<FileItemView> PanelModel::cursorItem() const {
+    if (error() || cursor() >= items().size())
+        return std::nullopt;
+    return items().view(cursor());
+}
+
 bool PanelModel::canGo(Step step) const {
-    return history_.target(tab().id, step).has_value();
+    return shown_.history.target(tab().id, step).has_value();
+}
+
+ListingView PanelModel::listingView() const {
+    const bool showHidden = settings_.get(SettingKeys::showHidden);
+    return {tab().sort, showHidden ? ShowHidden::yes : ShowHidden::no, shown_.revealed};
 }
 
 void PanelModel::refresh() {
-    if (error_)
-        load(failedRequest_);
+    if (error())
+        load(shown_.failedRequest);
     else
         load({.url = folder()});
 }
@@ -79,6 +132,11 @@ void PanelModel::refresh() {
 void PanelModel::navigate(const FileUrl& target) {
     const bool stays = target.path() == tab().path;
     load({.url = target, .step = stays ? Step::stay : Step::navigate});
+}
+
+void PanelModel::tryNavigate(const FileUrl& target) {
+    const bool stays = target.path() == tab().path;
+    load({.url = target, .step = stays ? Step::stay : Step::navigate, .isTyped = true});
 }
 
 void PanelModel::goToParent() {
@@ -91,11 +149,11 @@ void PanelModel::goToParent() {
           .step = Step::navigate,
           .selectName = std::string(here.lastComponent()),
           .isUpwards = true,
-          .nearestUsable = error_ && items_.empty()});
+          .nearestUsable = error() && items().empty()});
 }
 
 void PanelModel::go(Step step) {
-    const auto target = history_.target(tab().id, step);
+    const auto target = shown_.history.target(tab().id, step);
     if (!target)
         return;
     const FileUrl url(*target, FileUrl::Form::directory);
@@ -106,34 +164,42 @@ void PanelModel::go(Step step) {
     load(std::move(request));
 }
 
-void PanelModel::openItem() {
-    if (error_) {
+bool PanelModel::openItem() {
+    if (error()) {
         refresh();
-        return;
+        return true;
     }
-    if (cursor_ >= items_.size())
-        return;
-    const auto item = items_[cursor_];
+    if (cursor() >= items().size())
+        return true;
+    const auto item = items()[cursor()];
     if (item.isParentLink)
         goToParent();
     // Nothing here can open a package but going into it.
     else if (item.opensAsFolder() || item.kind == FileKind::package)
         navigate(item.resolvedURL());
+    else
+        return false;
+    return true;
+}
+
+void PanelModel::stopLoading() {
+    ++loadToken_;
+    loading_ = false;
+    changedWhileLoading_ = false;
 }
 
 bool PanelModel::escape() {
     if (loading_) {
-        ++loadToken_;
-        loading_ = false;
-        const bool nothingToShow = !error_ && items_.empty();
+        stopLoading();
+        const bool nothingToShow = !error() && items().empty();
         emit changed(nothingToShow
                          ? showFailure({.url = folder()}, Failure::unreadable(folder(), stopped))
                          : PanelChanges(PanelChange::state));
         return true;
     }
-    if (!error_ || ownFolderFailed())
+    if (!error() || ownFolderFailed())
         return false;
-    error_.reset();
+    shown_.error.reset();
     load({.url = folder()});
     return true;
 }
@@ -141,62 +207,124 @@ bool PanelModel::escape() {
 void PanelModel::load(Request request) {
     const auto token = ++loadToken_;
     loading_ = true;
+    changedWhileLoading_ = false;
+    typedFailure_.reset();
+    reload_.cancel();
     const auto started = services_.now();
     auto path = request.url.path();
-
     pendingRequest_ = request;
-    auto work = [&files = services_.files, request, view = listingView(), folder = tab().path] {
+
+    // Told on the main thread, and only for as long as the watcher is kept.
+    auto onChange = [this] { folderChanged(); };
+    auto work = [services = services_, &cache = sizeCache_, request, view = listingView(),
+                 folder = tab().path, before = rawItems(), onChange = std::move(onChange),
+                 computesSizes = settings_.get(SettingKeys::autoFolderSizes)]() mutable {
         Loaded loaded;
+        // A folder is watched before it is read, so that no change falls between the two.
+        auto watcher =
+            DirectoryWatcher::start(services.events, services.main, request.url, onChange);
         loaded.listing = request.nearestUsable
-                             ? openNearestUsable(files, request.url)
-                             : FolderOpener::open(files, request.url, ShowHidden::yes);
+                             ? openNearestUsable(services.files, request.url)
+                             : FolderOpener::open(services.files, request.url, ShowHidden::yes);
         if (!loaded.listing)
             return loaded;
         const auto& [directory, items, selectName] = *loaded.listing;
+        const auto& listed = directory.path();
+        if (listed != request.url.path())
+            watcher = DirectoryWatcher::start(services.events, services.main, directory, onChange);
+        loaded.watcher = std::move(watcher);
         loaded.view = view;
-        if (directory.path() != folder)
+        if (listed != folder)
             loaded.view.revealed.reset();
         if (const auto& wanted = selectName ? selectName : request.selectName)
             loaded.view.revealed = wanted;
-        loaded.items = shownItems(items, loaded.view);
-        if (const auto space = files.freeSpace(directory.path()))
+        loaded.knownSizes = knownSizes(cache, items, services.today());
+        loaded.items = shownItems(items, loaded.view, loaded.knownSizes);
+        if (listed == before.folder().path()) {
+            const DirectorySnapshot earlier(before);
+            const DirectorySnapshot later(items);
+            const auto difference = DirectorySnapshot::compare(earlier, later);
+            loaded.isUnchanged = difference.isEmpty() && loaded.view == view;
+            loaded.changedNames.assign(difference.changed.begin(), difference.changed.end());
+        }
+        if (const auto space = services.files.freeSpace(listed))
             loaded.freeSpace = *space;
-        loaded.volumeRoot =
-            FileUrl(Volumes::containing(directory.path(), Volumes::mounted()).mountPoint);
+        const auto volumes = services.volumes();
+        loaded.volumeRoot = FileUrl(Volumes::containing(listed, volumes).mountPoint);
+        const auto realPath = loaded.watcher ? loaded.watcher->path() : listed;
+        if (computesSizes && Volumes::allowsAutomaticSizes(Volumes::containing(realPath, volumes)))
+            loaded.automaticSizes = FolderSizing::Extent{directory, FileUrl(realPath),
+                                                         Volumes::withoutAutomaticSizes(volumes)};
         return loaded;
     };
     auto done = [this, token, started, request = std::move(request)](Loaded loaded) {
         if (token != loadToken_)
             return;
-        loaded.milliseconds =
-            std::chrono::duration<double, std::milli>(services_.now() - started).count();
+        loadEnded_ = services_.now();
+        loaded.took = loadEnded_ - started;
+        auto automaticSizes = std::move(loaded.automaticSizes);
+        const auto changedNames = std::move(loaded.changedNames);
         emit changed(finish(request, std::move(loaded)));
+        if (automaticSizes && !error())
+            computeAutomatically(std::move(*automaticSizes), changedNames);
+        if (changedWhileLoading_)
+            folderChanged();
     };
     runThen(services_.disk, services_.main, std::move(path), life_, std::move(work),
             std::move(done));
     emit changed(PanelChange::state);
 }
 
+void PanelModel::folderChanged() {
+    if (loading_) {
+        changedWhileLoading_ = true;
+        return;
+    }
+    if (reload_.isPending() || error())
+        return;
+    using std::chrono::milliseconds;
+    const auto pause = std::max<std::chrono::steady_clock::duration>(leastReloadPause,
+                                                                     loadTook_ * reloadPauseFactor);
+    const auto wait = std::chrono::ceil<milliseconds>(loadEnded_ + pause - services_.now());
+    if (wait <= milliseconds(0))
+        load({.url = folder()});
+    else
+        reload_.schedule(wait, [this] { load({.url = folder()}); });
+}
+
 PanelChanges PanelModel::finish(const Request& request, Loaded loaded) {
     loading_ = false;
+    loadTook_ = loaded.took;
     if (loaded.listing)
         return showListing(request, std::move(loaded));
     services_.log("Složku nejde otevřít: " + loaded.listing.error().message());
+    if (request.isTyped) {
+        typedFailure_ = std::move(loaded.listing.error());
+        return PanelChange::state;
+    }
     return showFailure(request, std::move(loaded.listing.error()));
 }
 
 PanelChanges PanelModel::showFailure(const Request& request, Failure failure) {
-    error_ = std::move(failure);
-    failedRequest_ = request;
+    shown_.error = std::move(failure);
+    shown_.failedRequest = request;
     if (request.step != Step::stay)
         return PanelChange::state;
     // What the panel showed of its folder is no longer true.
-    if (cursor_ < items_.size())
-        activeTabState().cursorName = std::string(items_.view(cursor_).name);
-    rawItems_ = {};
-    freeSpace_.reset();
+    if (cursor() < items().size())
+        activeTabState().cursorName = std::string(items().view(cursor()).name);
+    clearRows();
+    watcher_.reset();
+    return PanelChange::state | PanelChange::items | PanelChange::sizes | PanelChange::cursor |
+           takeMarks();
+}
+
+void PanelModel::clearRows() {
+    shown_.rawItems = {};
+    shown_.freeSpace.reset();
+    sizing_.begin({});
     rebuildItems({});
-    return PanelChange::state | PanelChange::items | placeCursor(0);
+    shown_.cursor = 0;
 }
 
 PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
@@ -204,73 +332,355 @@ PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
     auto& current = activeTabState();
     const auto& path = listing.directory.path();
     const bool sameFolder = path == current.path;
-    history_.record(current.id, request.step, current.path, path);
+    shown_.history.record(current.id, request.step, current.path, path);
+    PanelChanges changes = PanelChange::state | PanelChange::tabs;
     if (!sameFolder) {
         current.path = path;
         current.cursorName.reset();
         links_.forget();
+        shown_.marks = {};
+        sizing_.begin(loaded.knownSizes);
+        changes |= PanelChange::visit | PanelChange::sizes;
     } else {
         links_.askAgain();
+        sizing_.learn(loaded.knownSizes);
     }
-    error_.reset();
-    freeSpace_ = loaded.freeSpace;
-    volumeRoot_ = std::move(loaded.volumeRoot);
-    rawItems_ = std::move(listing.items);
-    revealed_ = loaded.view.revealed;
-    const auto view = listingView();
-    auto items = view == loaded.view ? std::move(loaded.items) : shownItems(rawItems_, view);
+    shown_.error.reset();
+    shown_.freeSpace = loaded.freeSpace;
+    shown_.volumeRoot = std::move(loaded.volumeRoot);
+    shown_.rawItems = std::move(listing.items);
+    shown_.revealed = loaded.view.revealed;
+    watcher_ = std::move(loaded.watcher);
 
-    auto wanted = listing.selectName ? listing.selectName : request.selectName;
-    const bool isReload = sameFolder && !wanted && !items_.empty();
-    const auto row = isReload
-                         ? CursorPlacement::afterReload(items_, cursor_, items)
-                         : CursorPlacement::byName(items, wanted ? wanted : current.cursorName);
-    rebuildItems(std::move(items));
-    const auto count = std::to_string(rawItems_.size());
-    if (std::isfinite(loaded.milliseconds))
-        services_.log("Načteno " + count + " položek za " +
-                      std::to_string(std::llround(loaded.milliseconds)) + " ms");
-    return PanelChange::items | PanelChange::state | PanelChange::tabs | placeCursor(row);
+    const auto view = listingView();
+    const bool isOrdered = view.sort.key != SortKey::size || loaded.knownSizes == folderSizes();
+    const bool isReady = view == loaded.view && isOrdered;
+    auto items = isReady ? std::move(loaded.items) : shownItems(rawItems(), view, folderSizes());
+    const auto wanted = listing.selectName ? listing.selectName : request.selectName;
+    const bool isReload = sameFolder && !this->items().empty();
+    if (isReload && loaded.isUnchanged && isReady && !wanted) {
+        shown_.items = std::move(items);
+        changes |= PanelChange::linkTargets;
+    } else {
+        const auto row = isReload && !wanted
+                             ? CursorPlacement::afterReload(this->items(), cursor(), items)
+                             : CursorPlacement::byName(items, wanted ? wanted : current.cursorName);
+        rebuildItems(std::move(items));
+        shown_.marks.prune(rawItems());
+        changes |= PanelChange::items | placeCursor(row) | takeMarks();
+    }
+    const auto milliseconds = std::chrono::duration<double, std::milli>(loaded.took).count();
+    if (std::isfinite(milliseconds))
+        services_.log("Načteno " + std::to_string(rawItems().size()) + " položek za " +
+                      std::to_string(std::llround(milliseconds)) + " ms");
+    return changes;
 }
 
 void PanelModel::rebuildItems(FileItems items) {
-    items_ = std::move(items);
+    shown_.items = std::move(items);
     ++generation_;
 }
 
 PanelChanges PanelModel::placeCursor(std::size_t row) {
-    cursor_ = row;
+    shown_.cursor = row;
     return PanelChange::cursor;
 }
 
 void PanelModel::setCursor(std::ptrdiff_t row) {
-    const auto last = static_cast<std::ptrdiff_t>(items_.size()) - 1;
+    const auto last = static_cast<std::ptrdiff_t>(items().size()) - 1;
     const auto target = static_cast<std::size_t>(std::max<std::ptrdiff_t>(std::min(row, last), 0));
-    if (target != cursor_)
+    if (target != cursor())
         emit changed(placeCursor(target));
+}
+
+bool PanelModel::jumpTo(std::string_view text) {
+    const auto wanted = foldedText(text);
+    for (std::size_t row = 0; row < items().size(); ++row) {
+        const auto item = items().view(row);
+        if (item.isParentLink || !lengthOfPrefix(item.name, wanted))
+            continue;
+        setCursor(static_cast<std::ptrdiff_t>(row));
+        return true;
+    }
+    return false;
 }
 
 void PanelModel::chooseSort(SortKey key) {
     activeTabState().sort = tab().sort.choosing(key);
-    rebuildFromRaw();
+    emit changed(PanelChange::tabs | rebuildFromRaw());
 }
 
-void PanelModel::setShowHidden(ShowHidden showHidden) {
-    if (showHidden == showHidden_)
+void PanelModel::takeShowHidden() {
+    emit changed(rebuildFromRaw());
+}
+
+PanelChanges PanelModel::rebuildFromRaw() {
+    if (items().empty())
+        return {};
+    auto items = shownItems(rawItems(), listingView(), folderSizes());
+    const auto row = CursorPlacement::afterReload(this->items(), cursor(), items);
+    rebuildItems(std::move(items));
+    return PanelChange::items | placeCursor(row) | takeMarks();
+}
+
+// Tabs
+
+void PanelModel::replaceTabs(PanelTabs tabs) {
+    shown_.tabs = std::move(tabs);
+    emit changed(PanelChange::tabs);
+}
+
+void PanelModel::dropTabs(const std::function<bool(const PanelTab&)>& isGone,
+                          const std::string& fallback) {
+    std::vector<PanelTab> kept;
+    std::size_t active = 0;
+    for (std::size_t i = 0; i < tabs().size(); ++i) {
+        if (i == activeTab())
+            active = kept.size();
+        if (!isGone(tabs()[i]))
+            kept.push_back(tabs()[i]);
+    }
+    if (kept.size() == tabs().size())
         return;
-    showHidden_ = showHidden;
-    rebuildFromRaw();
+    replaceTabs(kept.empty() ? PanelTabs(fallback) : PanelTabs(std::move(kept), active));
 }
 
-void PanelModel::rebuildFromRaw() {
-    if (items_.empty()) {
-        emit changed(PanelChange::tabs);
+void PanelModel::leaveTab() {
+    if (const auto item = cursorItem())
+        activeTabState().cursorName = std::string(item->name);
+    shown_.tabMarks[tab().id] = std::exchange(shown_.marks, {});
+    stopLoading();
+    reload_.cancel();
+    watcher_.reset();
+    links_.forget();
+    shown_.error.reset();
+    shown_.revealed.reset();
+    clearRows();
+}
+
+void PanelModel::showTab(std::size_t index) {
+    shown_.tabs.setActive(index);
+    shown_.marks = std::exchange(shown_.tabMarks[tab().id], {});
+    shown_.tabMarks.erase(tab().id);
+    shown_.markTotals = {};
+    emit changed(PanelChange::items | PanelChange::cursor | PanelChange::tabs | PanelChange::state |
+                 PanelChange::marks | PanelChange::sizes);
+    load({.url = folder()});
+}
+
+void PanelModel::selectTab(std::size_t index) {
+    if (index >= tabs().size() || index == activeTab())
+        return;
+    leaveTab();
+    showTab(index);
+}
+
+void PanelModel::newTab() {
+    PanelTab tab{.path = this->tab().path, .sort = this->tab().sort};
+    if (const auto item = cursorItem())
+        tab.cursorName = std::string(item->name);
+    shown_.tabs.insertAfterActive(std::move(tab));
+    selectTab(activeTab() + 1);
+}
+
+void PanelModel::openTab(const std::string& path) {
+    const auto found = std::ranges::find(tabs(), path, &PanelTab::path);
+    if (found != tabs().end()) {
+        selectTab(static_cast<std::size_t>(found - tabs().begin()));
         return;
     }
-    auto items = shownItems(rawItems_, listingView());
-    const auto row = CursorPlacement::afterReload(items_, cursor_, items);
-    rebuildItems(std::move(items));
-    emit changed(PanelChange::items | PanelChange::tabs | placeCursor(row));
+    shown_.tabs.insertAfterActive({.path = path, .sort = tab().sort});
+    selectTab(activeTab() + 1);
+}
+
+void PanelModel::closeTab(std::size_t index) {
+    if (tabs().size() < 2 || index >= tabs().size())
+        return;
+    const auto closed = tabs()[index].id;
+    const bool wasActive = index == activeTab();
+    if (wasActive)
+        leaveTab();
+    shown_.tabs.remove(index);
+    shown_.tabMarks.erase(closed);
+    shown_.history.forget(closed);
+    if (wasActive)
+        showTab(activeTab());
+    else
+        emit changed(PanelChange::tabs);
+}
+
+void PanelModel::moveTab(std::size_t from, std::size_t to) {
+    if (from >= tabs().size() || to >= tabs().size() || from == to)
+        return;
+    shown_.tabs.move(from, to);
+    emit changed(PanelChange::tabs);
+}
+
+void PanelModel::swapWith(PanelModel& other) {
+    struct Going {
+        std::optional<Request> request;
+        NameSet sizing;
+    };
+    const auto interrupt = [](PanelModel& panel) {
+        Going going;
+        if (panel.loading_)
+            going.request = panel.pendingRequest_;
+        going.sizing = panel.sizing();
+        panel.stopLoading();
+        panel.reload_.cancel();
+        panel.watcher_.reset();
+        panel.links_.forget();
+        panel.sizing_.stop();
+        return going;
+    };
+    const auto proceed = [](PanelModel& panel, Going going) {
+        ++panel.generation_;
+        emit panel.changed(PanelChange::items | PanelChange::cursor | PanelChange::tabs |
+                           PanelChange::state | PanelChange::marks | PanelChange::sizes);
+        if (!panel.error() || going.request)
+            panel.load(going.request.value_or(Request{.url = panel.folder()}));
+        std::vector<FolderSizing::Job> jobs;
+        for (const auto& name : going.sizing)
+            jobs.push_back({.name = name});
+        panel.sizing_.start({panel.folder(), panel.folder()}, std::move(jobs),
+                            FolderSizing::Purpose::asked);
+    };
+    auto mine = interrupt(*this);
+    auto theirs = interrupt(other);
+    std::swap(shown_, other.shown_);
+    sizing_.swapSizes(other.sizing_);
+    proceed(*this, std::move(theirs));
+    proceed(other, std::move(mine));
+}
+
+// Marks
+
+PanelChanges PanelModel::takeMarks() {
+    if (!marks().marked().empty())
+        shown_.marks.prune(items());
+    shown_.markTotals = MarkTotals::of(items(), marks(), folderSizes());
+    return PanelChange::marks;
+}
+
+void PanelModel::toggleMark(std::size_t row) {
+    if (row >= items().size() || items().view(row).isParentLink)
+        return;
+    const auto item = items().view(row);
+    shown_.marks.toggle(item.name);
+    if (marks().isMarked(item.name))
+        shown_.markTotals.add(item, folderSizes());
+    else
+        shown_.markTotals.remove(item, folderSizes());
+    emit changed(PanelChange::marks);
+}
+
+void PanelModel::markRange(std::ptrdiff_t from, std::ptrdiff_t to) {
+    if (items().empty())
+        return;
+    shown_.marks.markRange(items(), from, to, Marking::mark);
+    emit changed(takeMarks());
+    setCursor(to);
+}
+
+void PanelModel::markAndMove(std::ptrdiff_t step) {
+    if (const auto item = cursorItem(); item && !marks().isMarked(item->name))
+        toggleMark(cursor());
+    setCursor(static_cast<std::ptrdiff_t>(cursor()) + step);
+}
+
+void PanelModel::toggleMarkAndMoveDown() {
+    if (!cursorItem())
+        return;
+    toggleMark(cursor());
+    setCursor(static_cast<std::ptrdiff_t>(cursor()) + 1);
+}
+
+void PanelModel::markAll() {
+    shown_.marks.markAll(items());
+    emit changed(takeMarks());
+}
+
+void PanelModel::invertMarks() {
+    shown_.marks.invert(items());
+    emit changed(takeMarks());
+}
+
+bool PanelModel::unmarkAll() {
+    if (marks().marked().empty())
+        return false;
+    shown_.marks.unmarkAll();
+    emit changed(takeMarks());
+    return true;
+}
+
+void PanelModel::markByMask(const FileMask& mask, Marking marking) {
+    shown_.marks.markByMask(items(), mask, marking);
+    emit changed(takeMarks());
+}
+
+MarkTotals PanelModel::totalsOf(const FileMask& mask) const {
+    MarkTotals totals;
+    for (std::size_t row = 0; row < items().size(); ++row) {
+        if (const auto item = items().view(row); mask.matches(item))
+            totals.add(item, folderSizes());
+    }
+    return totals;
+}
+
+// Sizes of folders
+
+void PanelModel::takeSizes() {
+    PanelChanges changes = PanelChange::sizes;
+    if (tab().sort.key == SortKey::size)
+        changes |= rebuildFromRaw();
+    else if (!marks().marked().empty())
+        changes |= takeMarks();
+    emit changed(changes);
+}
+
+void PanelModel::markAndSize() {
+    const auto item = cursorItem();
+    if (!item)
+        return;
+    if (!marks().isMarked(item->name))
+        toggleMark(cursor());
+    if (canBeSized(*item))
+        sizing_.start({folder(), folder()}, {{.name = std::string(item->name)}},
+                      FolderSizing::Purpose::asked);
+}
+
+bool PanelModel::sizeAllFolders() {
+    std::vector<FolderSizing::Job> jobs;
+    for (std::size_t row = 0; row < items().size(); ++row) {
+        if (const auto item = items().view(row); canBeSized(item))
+            jobs.push_back({.name = std::string(item.name)});
+    }
+    if (jobs.empty() || error())
+        return false;
+    sizing_.start({folder(), folder()}, std::move(jobs), FolderSizing::Purpose::asked);
+    return true;
+}
+
+void PanelModel::computeAutomatically(FolderSizing::Extent extent,
+                                      const std::vector<std::string>& changedNames) {
+    const NameSet changed(changedNames.begin(), changedNames.end());
+    std::vector<FolderSizing::Job> jobs;
+    for (std::size_t row = 0; row < rawItems().size(); ++row) {
+        const auto item = rawItems().view(row);
+        if (!canBeSized(item) || sizing().contains(item.name))
+            continue;
+        const bool isChanged = changed.contains(item.name);
+        if (isChanged || !folderSizes().contains(item.name))
+            jobs.push_back({.name = std::string(item.name), .takeKnown = !isChanged});
+    }
+    sizing_.start(std::move(extent), std::move(jobs), FolderSizing::Purpose::automatic);
+}
+
+bool PanelModel::stopSizing() {
+    if (!sizing_.stop())
+        return false;
+    emit changed(PanelChange::sizes);
+    return true;
 }
 
 } // namespace fennik::app

@@ -1,20 +1,28 @@
 #pragma once
 
+#include "app/model/DirectoryWatcher.h"
+#include "app/model/FolderSizing.h"
 #include "app/model/LinkTargets.h"
 #include "app/model/PanelHistory.h"
 #include "app/model/PanelServices.h"
-#include "app/model/PanelTab.h"
+#include "app/model/PanelTabs.h"
+#include "app/model/Settings.h"
+#include "core/base/DelayedWork.h"
 #include "core/listing/FileItems.h"
 #include "core/listing/FolderOpener.h"
+#include "core/listing/MarkTotals.h"
 
 #include <QFlags>
 #include <QObject>
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace fennik::app {
@@ -23,9 +31,12 @@ namespace fennik::app {
 enum class PanelChange {
     items = 1,  ///< the rows; `generation` has grown
     cursor = 2, ///< the cursor is on another row
-    tabs = 4,   ///< the path, order or history of a tab
+    tabs = 4,   ///< the tabs, or the path, order or history of one
     state = 8,  ///< loading, error, free space
-    linkTargets = 16,
+    marks = 16, ///< the marks, or what the marked items come to
+    sizes = 32, ///< sizes of folders, or which of them are being computed
+    visit = 64, ///< the active tab has come to another folder
+    linkTargets = 128,
 };
 Q_DECLARE_FLAGS(PanelChanges, PanelChange)
 Q_DECLARE_OPERATORS_FOR_FLAGS(PanelChanges)
@@ -40,62 +51,127 @@ struct ListingView {
     friend bool operator==(const ListingView&, const ListingView&) = default;
 };
 
-/// One of the two panels: its tabs, the listing of the active tab's folder, the cursor and the
-/// state of loading. Folders are read on workers, and a late result never replaces a newer one.
-/// Lives on the main thread.
+/// One of the two panels: its tabs, the listing of the active tab's folder, the cursor, the marks,
+/// the sizes of folders and the state of loading. Folders are read on workers, and a late result
+/// never replaces a newer one. Lives on the main thread.
 class PanelModel final : public QObject {
     Q_OBJECT
 
 public:
-    PanelModel(PanelSide side, PanelServices services, std::string path);
+    /// Begins with one tab at `path`; nothing is read before `refresh` or a navigation. `settings`
+    /// and `sizeCache` outlive the panel.
+    PanelModel(PanelSide side, PanelServices services, const Settings& settings,
+               FolderSizeCache& sizeCache, std::string path);
     ~PanelModel() override;
 
     PanelSide side() const { return side_; }
-    const std::vector<PanelTab>& tabs() const { return tabs_; }
-    std::size_t activeTab() const { return activeTab_; }
-    const PanelTab& tab() const { return tabs_[activeTab_]; }
+    const std::vector<PanelTab>& tabs() const { return shown_.tabs.all(); }
+    std::size_t activeTab() const { return shown_.tabs.activeIndex(); }
+    const PanelTab& tab() const { return shown_.tabs.active(); }
     /// The folder of the active tab.
     FileUrl folder() const { return FileUrl(tab().path, FileUrl::Form::directory); }
+    /// The tabs as they are to be found again: the active one with the name under its cursor.
+    std::vector<PanelTab> tabsToSave() const;
 
     /// The parent entry, where there is one, and the sorted listing without what is hidden.
-    const FileItems& items() const { return items_; }
+    const FileItems& items() const { return shown_.items; }
     /// The last listing as it was read, hidden entries included.
-    const FileItems& rawItems() const { return rawItems_; }
-    std::size_t cursor() const { return cursor_; }
+    const FileItems& rawItems() const { return shown_.rawItems; }
+    std::size_t cursor() const { return shown_.cursor; }
+    /// The item under the cursor; none where there is no row.
+    std::optional<FileItemView> cursorItem() const;
     /// Grows each time `items` is built anew.
     std::int64_t generation() const { return generation_; }
     bool loading() const { return loading_; }
     /// The identity of the newest load.
     int loadToken() const { return loadToken_; }
-    const std::optional<FolderOpener::Failure>& error() const { return error_; }
+    const std::optional<FolderOpener::Failure>& error() const { return shown_.error; }
     /// Whether the error is about the tab's own folder, not about one that was to be entered.
     bool ownFolderFailed() const {
-        return error_ && failedRequest_.step == PanelHistory::Step::stay;
+        return error() && shown_.failedRequest.step == PanelHistory::Step::stay;
     }
     /// Free bytes on the volume of the shown folder.
-    std::optional<std::int64_t> freeSpace() const { return freeSpace_; }
+    std::optional<std::int64_t> freeSpace() const { return shown_.freeSpace; }
     /// Where the volume of the shown folder is mounted.
-    const FileUrl& volumeRoot() const { return volumeRoot_; }
+    const FileUrl& volumeRoot() const { return shown_.volumeRoot; }
     bool canGo(PanelHistory::Step step) const;
+
+    const MarkState& marks() const { return shown_.marks; }
+    const MarkTotals& markTotals() const { return shown_.markTotals; }
+    /// The rows that an action works on: the marked ones, else the one under the cursor.
+    std::vector<std::size_t> targets() const { return marks().targets(items(), cursor()); }
+    const FolderSizes& folderSizes() const { return sizing_.sizes(); }
+    /// The names of the folders whose size is being computed.
+    const NameSet& sizing() const { return sizing_.sizing(); }
 
     /// Reads the folder of the active tab again, or the one that failed.
     void refresh();
     /// Goes to `target`: a folder, or a file whose folder then has the cursor on it.
     void navigate(const FileUrl& target);
+    /// Goes to `target`, which the user is typing: a failure is told by `typedFailure`, and the
+    /// panel goes on showing what it shows.
+    void tryNavigate(const FileUrl& target);
+    /// Why the path typed last could not be opened; none while it may still be.
+    const std::optional<FolderOpener::Failure>& typedFailure() const { return typedFailure_; }
     /// Goes one folder up, with the cursor on the folder just left; where nothing of
     /// the tab's own folder can be shown, to the nearest one that can be.
     void goToParent();
     void goBack() { go(PanelHistory::Step::back); }
     void goForward() { go(PanelHistory::Step::forward); }
-    /// Enters the folder under the cursor. Repeats what failed while an error is shown.
-    void openItem();
+    /// Enters the folder under the cursor. Repeats what failed while an error is shown. False for
+    /// an item that is no folder.
+    bool openItem();
     /// Ends a load, or leaves an error for the tab's folder. False when there was nothing to leave.
     bool escape();
 
     /// Rows outside the list are taken to its nearest end.
     void setCursor(std::ptrdiff_t row);
+    /// Puts the cursor on the first item whose name begins with `text`, whatever case and
+    /// diacritics. False when there is none.
+    bool jumpTo(std::string_view text);
     void chooseSort(SortKey key);
-    void setShowHidden(FolderOpener::ShowHidden showHidden);
+    /// The setting for hidden files is another one now.
+    void takeShowHidden();
+
+    /// Takes `tabs`, at least one, in place of all there were, and lists the active one.
+    void replaceTabs(PanelTabs tabs);
+    /// Takes out those of `tabs` that `isGone`; when all are, a tab at `fallback` stands in.
+    void dropTabs(const std::function<bool(const PanelTab&)>& isGone, const std::string& fallback);
+    /// A copy of the active tab beside it, which is then the active one.
+    void newTab();
+    /// A tab at `path` beside the active one, which is then the active one; the tab that stands at
+    /// `path` where there is one.
+    void openTab(const std::string& path);
+    void selectTab(std::size_t index);
+    void nextTab() { selectTab(shown_.tabs.neighbour(1)); }
+    void previousTab() { selectTab(shown_.tabs.neighbour(-1)); }
+    /// The last tab stays.
+    void closeTab(std::size_t index);
+    void moveTab(std::size_t from, std::size_t to);
+    /// Exchanges all that the panels show. Loads that are under way begin anew on the other side.
+    void swapWith(PanelModel& other);
+
+    /// Marks or unmarks the item in `row`.
+    void toggleMark(std::size_t row);
+    /// Marks the rows between two, both included, and puts the cursor on the second one.
+    void markRange(std::ptrdiff_t from, std::ptrdiff_t to);
+    /// Marks the item under the cursor, then moves the cursor by `step`.
+    void markAndMove(std::ptrdiff_t step);
+    void toggleMarkAndMoveDown();
+    void markAll();
+    void invertMarks();
+    /// False when nothing was marked.
+    bool unmarkAll();
+    void markByMask(const FileMask& mask, Marking marking);
+    /// What the items that match come to.
+    MarkTotals totalsOf(const FileMask& mask) const;
+
+    /// Marks the item under the cursor, and computes its size when it is a folder.
+    void markAndSize();
+    /// False when the panel shows no folder whose size could be computed.
+    bool sizeAllFolders();
+    /// Stops computing sizes of folders. False when none was being computed.
+    bool stopSizing();
 
     /// Whether the first listing has come, and nothing more is going to change on its own.
     bool settled() const { return generation_ > 0 && !loading_ && links_.settled(); }
@@ -104,7 +180,7 @@ public:
     const LinkTarget* linkTarget(const std::string& name) const { return links_.find(name); }
     /// Asks for the targets of the links in these rows, the last excluded, on a worker.
     void wantLinkTargets(std::size_t firstRow, std::size_t lastRow) {
-        links_.want(items_, firstRow, lastRow);
+        links_.want(items(), firstRow, lastRow);
     }
 
 signals:
@@ -118,39 +194,63 @@ private:
         std::optional<std::string> selectName = {}; ///< where the cursor goes, if it is there
         bool isUpwards = false;
         bool nearestUsable = false; ///< a folder above will do as well
+        bool isTyped = false;       ///< the user waits for the answer where the path was typed
+    };
+    /// All that goes to the other side when the panels change places, but for the sizes.
+    struct Shown {
+        PanelTabs tabs;
+        PanelHistory history = {};
+        std::map<Uuid, MarkState> tabMarks = {}; ///< of the tabs that are not active
+        FileItems items = {};
+        FileItems rawItems = {};
+        std::size_t cursor = 0;
+        MarkState marks = {};
+        MarkTotals markTotals = {};
+        std::optional<FolderOpener::Failure> error = {};
+        Request failedRequest = {}; ///< what `error` is about
+        std::optional<std::int64_t> freeSpace = {};
+        FileUrl volumeRoot = {};
+        std::optional<std::string> revealed = {}; ///< see `ListingView`
     };
     struct Loaded;
 
-    PanelTab& activeTabState() { return tabs_[activeTab_]; }
+    PanelTab& activeTabState() { return shown_.tabs.active(); }
     void go(PanelHistory::Step step);
     void load(Request request);
     PanelChanges finish(const Request& request, Loaded loaded);
     PanelChanges showFailure(const Request& request, FolderOpener::Failure failure);
     PanelChanges showListing(const Request& request, Loaded loaded);
-    ListingView listingView() const { return {tab().sort, showHidden_, revealed_}; }
+    ListingView listingView() const;
     void rebuildItems(FileItems items);
     PanelChanges placeCursor(std::size_t row);
-    void rebuildFromRaw();
+    PanelChanges rebuildFromRaw();
+    PanelChanges takeMarks();
+    void takeSizes();
+    void computeAutomatically(FolderSizing::Extent extent,
+                              const std::vector<std::string>& changedNames);
+    void folderChanged();
+    void leaveTab();
+    void showTab(std::size_t index);
+    void clearRows();
+    void stopLoading();
 
     PanelSide side_;
     PanelServices services_;
-    std::vector<PanelTab> tabs_;
-    std::size_t activeTab_ = 0;
-    FileItems items_;
-    FileItems rawItems_;
-    std::size_t cursor_ = 0;
+    const Settings& settings_;
+    FolderSizeCache& sizeCache_;
+    Shown shown_;
+    FolderSizing sizing_;
+    LinkTargets links_;
     std::int64_t generation_ = 0;
     bool loading_ = false;
-    std::optional<FolderOpener::Failure> error_;
-    std::optional<std::int64_t> freeSpace_;
-    FileUrl volumeRoot_;
-    FolderOpener::ShowHidden showHidden_ = FolderOpener::ShowHidden::no;
-    std::optional<std::string> revealed_; ///< see `ListingView`
-    PanelHistory history_;
     int loadToken_ = 0;
     Request pendingRequest_; ///< the newest load, while `loading_`
-    Request failedRequest_;  ///< what `error_` is about
-    LinkTargets links_;
+    std::optional<FolderOpener::Failure> typedFailure_;
+    std::shared_ptr<DirectoryWatcher> watcher_;
+    DelayedWork reload_;               ///< after a change of the folder
+    bool changedWhileLoading_ = false; ///< the folder, and so the load may be old already
+    std::chrono::steady_clock::time_point loadEnded_;
+    std::chrono::steady_clock::duration loadTook_{};
     std::shared_ptr<int> life_ = std::make_shared<int>(); ///< gone with this panel
 };
 

@@ -1,12 +1,16 @@
 #pragma once
 
+#include "core/base/Date.h"
+#include "core/base/DelayedWork.h"
 #include "core/base/Executor.h"
-#include "core/base/FileUrl.h"
 #include "core/platform/FileSystem.h"
+#include "core/platform/FolderEvents.h"
+#include "core/platform/Volumes.h"
 
 #include <chrono>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace fennik::app {
 
@@ -14,8 +18,13 @@ namespace fennik::app {
 struct PanelServices {
     const FileSystem& files;
     DiskExecutor& disk;
+    DiskExecutor& sizingDisk; ///< for work that takes long, so that listings never wait for it
     Executor& main;
-    std::function<std::chrono::steady_clock::time_point()> now; ///< for measuring
+    DelayedExecutor& delayed;
+    FolderEvents& events;
+    std::function<std::vector<Volume>()> volumes;               ///< what is mounted; on any thread
+    std::function<std::chrono::steady_clock::time_point()> now; ///< for measuring; on any thread
+    std::function<Date()> today;                                ///< the time of day; on any thread
     std::function<void(const std::string&)> log;                ///< one line, for developers
 };
 

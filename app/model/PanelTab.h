@@ -14,8 +14,8 @@ enum class PanelSide { left, right };
 struct PanelTab {
     Uuid id = Uuid::random();
     std::string path = "/"; ///< the absolute path of its folder, in bytes
-    PanelSort sort;
-    std::optional<std::string> cursorName; ///< the item that gets the cursor back
+    PanelSort sort = {};
+    std::optional<std::string> cursorName = {}; ///< the item that gets the cursor back
 };
 
 } // namespace fennik::app

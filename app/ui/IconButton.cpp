@@ -15,6 +15,11 @@ IconButton::IconButton(QString icon, const QString& title, const QString& key, c
     setAttribute(Qt::WA_Hover);
 }
 
+void IconButton::setFilled(bool isFilled) {
+    isFilled_ = isFilled;
+    update();
+}
+
 void IconButton::paintEvent(QPaintEvent*) {
     const auto& tokens = theme_.tokens();
     QPainter painter(this);
@@ -28,7 +33,9 @@ void IconButton::paintEvent(QPaintEvent*) {
     const int side = theme_.px(18);
     painter.setOpacity(isEnabled() ? 1 : disabledOpacity);
     painter.drawPixmap((width() - side) / 2, (height() - side) / 2,
-                       icons_.line(icon_, side, tokens.text2, devicePixelRatioF()));
+                       icons_.line(icon_, side, isFilled_ ? tokens.markSolid : tokens.text2,
+                                   devicePixelRatioF(),
+                                   isFilled_ ? IconFill::solid : IconFill::none));
 }
 
 } // namespace fennik::ui

@@ -13,6 +13,9 @@ class IconButton final : public QAbstractButton {
     Q_OBJECT
 
 public:
+    /// Filled with the colour of the chosen, as the star of a favourite is.
+    void setFilled(bool isFilled);
+
     IconButton(QString icon, const QString& title, const QString& key, const Theme& theme,
                Icons& icons, QWidget* parent);
 
@@ -23,6 +26,7 @@ private:
     QString icon_;
     const Theme& theme_;
     Icons& icons_;
+    bool isFilled_ = false;
 };
 
 } // namespace fennik::ui

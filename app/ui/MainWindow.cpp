@@ -1,16 +1,28 @@
 #include "app/ui/MainWindow.h"
 
+#include "app/ui/FunctionKeyBar.h"
+#include "app/ui/FunctionKeys.h"
+#include "app/ui/KeyMonitor.h"
+#include "app/ui/MenuBar.h"
 #include "app/ui/PanelView.h"
+#include "app/ui/PathBar.h"
+#include "app/ui/PlacesMenu.h"
 #include "app/ui/Text.h"
+#include "app/ui/ToastBar.h"
+#include "app/ui/dialogs/DialogHost.h"
+#include "app/ui/dialogs/MaskDialog.h"
+#include "core/listing/FileMask.h"
+#include "core/listing/Format.h"
 
 #include <QAccessibleWidget>
+#include <QApplication>
 #include <QEvent>
-#include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QPainter>
 #include <QSplitter>
 #include <QTimer>
+#include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace fennik::ui {
@@ -25,58 +37,226 @@ QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
     return window == nullptr ? nullptr : new QAccessibleWidget(window, QAccessible::Window);
 }
 
+ToastBar::Kind kindOf(app::Toast::Kind kind) {
+    switch (kind) {
+    case app::Toast::Kind::ok:
+        return ToastBar::Kind::ok;
+    case app::Toast::Kind::error:
+        return ToastBar::Kind::error;
+    case app::Toast::Kind::info:
+        break;
+    }
+    return ToastBar::Kind::info;
+}
+
 } // namespace
 
-MainWindow::MainWindow(app::AppModel& app, const Theme& theme, Icons& icons)
-    : app_(app), theme_(theme), keys_(app), splitter_(new QSplitter(Qt::Horizontal, this)) {
+MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
+    : context_(context),
+      app_(context.app),
+      menuBar_(new MenuBar(context, this)),
+      splitter_(new QSplitter(Qt::Horizontal, this)),
+      functionKeys_(new FunctionKeyBar(
+          [context](Qt::KeyboardModifiers held) { return FunctionKeys::cells(context, held); },
+          context.theme, context.icons, this)),
+      toast_(new ToastBar(context.theme, context.icons, this)),
+      places_(new PlacesMenu(context.theme, context.icons, this)),
+      dialogs_(new DialogHost(context.theme, this)) {
     QAccessible::installFactory(accessibleWindow);
+    const auto& theme = context.theme;
     setObjectName(QStringLiteral("mainWindow"));
     setMinimumSize(760, 480);
     resize(1440, 900);
     splitter_->setChildrenCollapsible(false);
     splitter_->setHandleWidth(theme.px(8));
-    auto* layout = new QHBoxLayout(this);
+    auto* rows = new QVBoxLayout(this);
     const int margin = theme.px(8);
-    layout->setContentsMargins(margin, margin, margin, margin);
-    layout->addWidget(splitter_);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->setMenuBar(menuBar_);
+    auto* panels = new QVBoxLayout;
+    panels->setContentsMargins(margin, 0, margin, 0);
+    panels->addWidget(splitter_);
+    rows->addLayout(panels, 1);
+    rows->addWidget(functionKeys_);
 
-    for (const auto side : sides) {
-        auto* panel = new PanelView(app, side, theme, icons, splitter_);
-        views_[static_cast<std::size_t>(side)] = panel;
-        splitter_->addWidget(panel);
-        connect(&panel->table(), &PanelTable::focused, this, [this, side] { app_.activate(side); });
-        connect(&panel->table(), &PanelTable::keyPressed, this,
-                [this](QKeyEvent* event) { event->setAccepted(keys_.press(*event)); });
-        connect(panel, &PanelView::menuOpened, this, [this](bool isOpen) {
-            menuIsOpen_ = isOpen;
-            showFocus();
-        });
-        connect(&app_.panel(side), &app::PanelModel::changed, this, &MainWindow::setTitle);
-    }
+    for (const auto side : sides)
+        addPanel(side);
     // A splitter puts each new panel under the others; what is read goes from bottom to top.
     for (auto* panel : views_)
         panel->raise();
     splitter_->handle(1)->raise();
     splitter_->handle(1)->installEventFilter(this);
     splitter_->handle(1)->setAccessibleName(QStringLiteral("Předěl mezi panely"));
-    connect(&app_, &app::AppModel::changed, this, [this](app::AppChanges changes) {
-        if (changes.testFlag(app::AppChange::activeSide))
-            takeActiveSide();
-    });
-    connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
-    takeActiveSide();
-}
 
-void MainWindow::takeActiveSide() {
-    view(app_.activeSide()).table().setFocus();
-    showFocus();
+    connect(menuBar_, &MenuBar::menuOpened, this, [this](bool isOpen) {
+        menuIsOpen_ = isOpen;
+        showFocus();
+    });
+    connect(functionKeys_, &FunctionKeyBar::activated, this,
+            [this](int index, Qt::KeyboardModifiers layer) {
+                if (const auto action = FunctionKeys::action(context_, index, layer))
+                    app_.perform(*action);
+            });
+    connect(&context.shortcuts, &app::ShortcutStore::changed, functionKeys_,
+            &FunctionKeyBar::refresh);
+    auto* monitor = new KeyMonitor(context, layout, *this);
+    connect(monitor, &KeyMonitor::handled, this, [](PanelTable* table) { table->endSearch(); });
+    connect(monitor, &KeyMonitor::menuBarWanted, menuBar_, &MenuBar::open);
+
+    connect(places_, &PlacesMenu::opened, this, [this](const std::string& path) {
+        app_.activePanel().navigate(FileUrl(path, FileUrl::Form::directory));
+    });
+    connect(places_, &PlacesMenu::openedInNewTab, this,
+            [this](const std::string& path) { app_.activePanel().openTab(path); });
+    connect(places_, &PlacesMenu::removed, this,
+            [this](const std::string& path) { app_.removeFavorite(path); });
+    connect(places_, &PlacesMenu::addRequested, this, [this] { app_.addFavorite(); });
+    connect(places_, &PlacesMenu::closed, this, &MainWindow::focusPanel);
+
+    connect(&app_, &app::AppModel::changed, this, &MainWindow::takeApp);
+    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
+    connect(qApp, &QApplication::focusChanged, this, &MainWindow::showFocus);
+    takeTabs();
+    focusPanel();
     setTitle();
 }
 
+MainWindow::~MainWindow() {
+    // The focus moves while the window's parts go.
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
+void MainWindow::addPanel(app::PanelSide side) {
+    auto* panel = new PanelView(context_, side, splitter_);
+    views_[static_cast<std::size_t>(side)] = panel;
+    splitter_->addWidget(panel);
+    connect(&panel->table(), &PanelTable::focused, this, [this, side] { app_.activate(side); });
+    connect(&panel->table(), &PanelTable::opened, this, [this, side] {
+        app_.activate(side);
+        app_.perform(app::KAction::open);
+    });
+    connect(panel, &PanelView::menuOpened, this, [this](bool isOpen) {
+        menuIsOpen_ = isOpen;
+        showFocus();
+    });
+    connect(&panel->pathBar(), &PathBar::fieldClosed, this, &MainWindow::focusPanel);
+    connect(&app_.panel(side), &app::PanelModel::changed, this, [this](app::PanelChanges changes) {
+        if (changes.testFlag(app::PanelChange::tabs))
+            takeTabs();
+        setTitle();
+    });
+}
+
+void MainWindow::takeApp(app::AppChanges changes) {
+    if (changes.testFlag(app::AppChange::activeSide)) {
+        focusPanel();
+        setTitle();
+    }
+    if (changes.testFlag(app::AppChange::dialog))
+        takeDialog();
+    if (changes.testFlag(app::AppChange::toast))
+        takeToast();
+    if (changes.testFlag(app::AppChange::places) && places_->isVisible())
+        places_->setPlaces(app_.places().favorites(), app_.places().recents(), app_.home().path());
+    if (changes.testFlag(app::AppChange::request))
+        takeRequests();
+}
+
+void MainWindow::takeTabs() {
+    const bool areShown = std::ranges::any_of(
+        sides, [this](app::PanelSide side) { return app_.panel(side).tabs().size() > 1; });
+    for (auto* panel : views_) {
+        if (panel != nullptr)
+            panel->setTabsShown(areShown);
+    }
+}
+
+void MainWindow::takeRequests() {
+    const auto& path = app_.focusPathRequest();
+    if (path && std::exchange(seenPathRequest_, path->token) != path->token)
+        view(path->side).pathBar().openField();
+    const auto& places = app_.placesRequest();
+    if (places && std::exchange(seenPlacesRequest_, places->token) != places->token) {
+        auto& bar = view(places->side).pathBar();
+        places_->setAddLegend(context_.keys().of(app::KAction::addFavorite));
+        places_->setPlaces(app_.places().favorites(), app_.places().recents(), app_.home().path());
+        places_->popUp(bar.mapTo(this, QPoint(context_.theme.px(8), bar.height())));
+    }
+}
+
+void MainWindow::takeToast() {
+    const auto& toast = app_.toast();
+    if (!toast) {
+        toast_->dismiss();
+        return;
+    }
+    toast_->showToast({.kind = kindOf(toast->kind), .text = fromUtf8(toast->text)});
+    placeOverlays();
+}
+
+void MainWindow::takeDialog() {
+    const auto& dialog = app_.dialog();
+    if (!dialog) {
+        dialogs_->close();
+        focusPanel();
+        return;
+    }
+    std::visit([this](const app::MaskDialog& mask) { openMaskDialog(mask.marking); }, *dialog);
+}
+
+void MainWindow::openMaskDialog(Marking marking) {
+    auto& panel = app_.activePanel();
+    const auto subtitle = shownName(panel.folder().lastComponent()) + QStringLiteral(" · ") +
+                          itemCount(shownItemCount(panel));
+    QStringList recents;
+    for (const auto& mask : app_.maskHistory())
+        recents << fromUtf8(mask);
+    const auto purpose =
+        marking == Marking::mark ? MaskDialog::Purpose::mark : MaskDialog::Purpose::unmark;
+    auto* card =
+        new MaskDialog(purpose, subtitle, recents, context_.theme, context_.icons, dialogs_);
+    const auto tellMatches = [&panel, card](const QString& text) {
+        const auto totals = panel.totalsOf(FileMask(text.toStdString()));
+        card->setMatches(totals.count, fromUtf8(Format::bytes(totals.bytes)));
+    };
+    connect(card, &MaskDialog::maskChanged, this, tellMatches);
+    connect(card, &MaskDialog::maskConfirmed, this,
+            [this, marking](const QString& mask) { app_.applyMask(marking, mask.toStdString()); });
+    connect(card, &MaskDialog::cancelled, &app_, &app::AppModel::closeDialog);
+    dialogs_->open(card);
+    tellMatches(card->mask());
+}
+
+void MainWindow::placeOverlays() {
+    const auto size = toast_->sizeHint();
+    const auto panels = splitter_->geometry();
+    const int gap = context_.theme.px(8);
+    const int left = (width() - size.width()) / 2;
+    QRect place(QPoint(left, panels.bottom() - view(app_.activeSide()).statusHeight() -
+                                 size.height() - gap),
+                size);
+    // It never covers the row that the user is working on.
+    const auto& table = view(app_.activeSide()).table();
+    const QRect cursor(table.viewport()->mapTo(this, table.cursorRect().topLeft()),
+                       table.cursorRect().size());
+    if (place.intersects(cursor))
+        place.moveTop(table.viewport()->mapTo(this, QPoint(0, gap)).y());
+    toast_->move(place.topLeft());
+}
+
+void MainWindow::focusPanel() {
+    view(app_.activeSide()).table().setFocus();
+    showFocus();
+}
+
 void MainWindow::showFocus() {
+    const auto* focus = QApplication::focusWidget();
     for (auto* panel : views_) {
         const bool isActive = panel->side() == app_.activeSide();
-        const auto here = menuIsOpen_ ? FocusLook::near : FocusLook::keyboard;
+        // A window in the background has no focus at all, but its panel will have it again.
+        const bool hasKeyboard = focus == nullptr || focus == &panel->table();
+        const auto here = menuIsOpen_ || !hasKeyboard ? FocusLook::near : FocusLook::keyboard;
         panel->setFocusLook(isActive ? here : FocusLook::idle);
     }
 }
@@ -90,13 +270,17 @@ void MainWindow::setTitle() {
 }
 
 void MainWindow::paintEvent(QPaintEvent*) {
-    QPainter(this).fillRect(rect(), theme_.tokens().window);
+    QPainter(this).fillRect(rect(), context_.theme.tokens().window);
     if (!std::exchange(wasPainted_, true))
         QTimer::singleShot(0, this, &MainWindow::firstPainted);
 }
 
+void MainWindow::resizeEvent(QResizeEvent*) {
+    placeOverlays();
+}
+
 void MainWindow::showEvent(QShowEvent*) {
-    view(app_.activeSide()).table().setFocus();
+    focusPanel();
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {

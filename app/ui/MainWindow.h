@@ -1,9 +1,6 @@
 #pragma once
 
-#include "app/model/AppModel.h"
-#include "app/ui/Icons.h"
-#include "app/ui/PanelKeys.h"
-#include "app/ui/Theme.h"
+#include "app/ui/UiContext.h"
 
 #include <QWidget>
 
@@ -11,16 +8,26 @@
 
 class QSplitter;
 
+namespace fennik::app {
+class KeyboardLayout;
+}
+
 namespace fennik::ui {
 
+class DialogHost;
+class FunctionKeyBar;
+class MenuBar;
 class PanelView;
+class PlacesMenu;
+class ToastBar;
 
-/// The window: the two panels side by side.
+/// The window: menus, the two panels side by side, the function keys, and what comes up over them.
 class MainWindow final : public QWidget {
     Q_OBJECT
 
 public:
-    MainWindow(app::AppModel& app, const Theme& theme, Icons& icons);
+    MainWindow(const UiContext& context, app::KeyboardLayout& layout);
+    ~MainWindow() override;
 
     PanelView& view(app::PanelSide side) { return *views_[static_cast<std::size_t>(side)]; }
 
@@ -30,21 +37,36 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void takeActiveSide();
+    void addPanel(app::PanelSide side);
+    void takeApp(app::AppChanges changes);
+    void takeTabs();
+    void takeRequests();
+    void takeToast();
+    void takeDialog();
+    void openMaskDialog(Marking marking);
+    void focusPanel();
     void showFocus();
     void setTitle();
+    void placeOverlays();
 
+    UiContext context_;
     app::AppModel& app_;
-    const Theme& theme_;
-    PanelKeys keys_;
+    MenuBar* menuBar_;
     QSplitter* splitter_;
     std::array<PanelView*, 2> views_{};
+    FunctionKeyBar* functionKeys_;
+    ToastBar* toast_;
+    PlacesMenu* places_;
+    DialogHost* dialogs_;
     bool menuIsOpen_ = false;
     bool wasPainted_ = false;
+    int seenPathRequest_ = 0;
+    int seenPlacesRequest_ = 0;
 };
 
 } // namespace fennik::ui

@@ -161,6 +161,11 @@ MenuList::MenuList(Heights heights, const Theme& theme, Icons& icons, QWidget* p
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     viewport()->setAutoFillBackground(false);
     viewport()->setAttribute(Qt::WA_Hover);
+    // The toolkit tells of clicks on rows that are off, too.
+    connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
+        if (isChoosable(index.row()))
+            emit itemClicked(index.row());
+    });
     connect(&theme, &Theme::changed, viewport(), qOverload<>(&QWidget::update));
 }
 

@@ -61,6 +61,10 @@ public:
     int heightOf(int count) const;
     int rowHeight(const MenuRow& row) const;
 
+signals:
+    /// An item was, not a heading or a message.
+    void itemClicked(int row);
+
 private:
     class Model;
     class Painter;

@@ -1,7 +1,6 @@
 #include "app/ui/PanelMessage.h"
 
 #include "app/ui/KeyButton.h"
-#include "app/ui/KeyCaps.h"
 #include "app/ui/PlatformWords.h"
 #include "app/ui/Text.h"
 #include "core/base/CzechText.h"
@@ -34,31 +33,31 @@ QString breakable(const QString& text) {
 
 } // namespace
 
-PanelMessage::PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& icons,
-                           QWidget* parent)
+PanelMessage::PanelMessage(const UiContext& context, app::PanelModel& panel, QWidget* parent)
     : QWidget(parent),
+      context_(context),
       panel_(panel),
-      theme_(theme),
-      icons_(icons),
+      theme_(context.theme),
+      icons_(context.icons),
       tile_(new QWidget(this)),
       text_(new QLabel(this)),
       hint_(new QLabel(this)),
-      retry_(new KeyButton(QStringLiteral("Zkusit znovu"), KeyCaps::enter, theme, this)),
-      leave_(new KeyButton(QStringLiteral("Zpět"), KeyCaps::escape, theme, this)),
-      upwards_(new KeyButton(QStringLiteral("O úroveň výš"), KeyCaps::backspace, theme, this)) {
+      retry_(new KeyButton(QStringLiteral("Zkusit znovu"), {}, theme_, this)),
+      leave_(new KeyButton(QStringLiteral("Zpět"), {}, theme_, this)),
+      upwards_(new KeyButton(QStringLiteral("O úroveň výš"), {}, theme_, this)) {
     setObjectName(QStringLiteral("panelMessage"));
-    tile_->setFixedSize(theme.px(60), theme.px(60));
+    tile_->setFixedSize(theme_.px(60), theme_.px(60));
     text_->setObjectName(QStringLiteral("panelMessageText"));
     text_->setAlignment(Qt::AlignCenter);
     text_->setWordWrap(true);
     text_->setTextFormat(Qt::PlainText);
-    text_->setMaximumWidth(theme.px(360));
+    text_->setMaximumWidth(theme_.px(360));
     hint_->setTextFormat(Qt::PlainText);
     hint_->setAlignment(Qt::AlignCenter);
-    hint_->setFont(theme.font(FontRole::detail));
+    hint_->setFont(theme_.font(FontRole::detail));
 
     auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(theme.px(8));
+    buttons->setSpacing(theme_.px(8));
     buttons->addStretch();
     for (auto* button : {retry_, leave_, upwards_})
         buttons->addWidget(button);
@@ -69,13 +68,13 @@ PanelMessage::PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& ic
     textRow->addWidget(text_, 1000);
     textRow->addStretch(1);
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(theme.px(24), 0, theme.px(24), 0);
+    layout->setContentsMargins(theme_.px(24), 0, theme_.px(24), 0);
     layout->addStretch(2);
     layout->addWidget(tile_, 0, Qt::AlignHCenter);
-    layout->addSpacing(theme.px(12));
+    layout->addSpacing(theme_.px(12));
     layout->addLayout(textRow);
     layout->addWidget(hint_);
-    layout->addSpacing(theme.px(8));
+    layout->addSpacing(theme_.px(8));
     layout->addLayout(buttons);
     layout->addStretch(3);
 
@@ -84,6 +83,7 @@ PanelMessage::PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& ic
     connect(retry_, &QAbstractButton::clicked, &panel_, &app::PanelModel::refresh);
     connect(leave_, &QAbstractButton::clicked, &panel_, &app::PanelModel::escape);
     connect(upwards_, &QAbstractButton::clicked, &panel_, &app::PanelModel::goToParent);
+    connect(&context_.shortcuts, &app::ShortcutStore::changed, this, &PanelMessage::takePanel);
     takePanel();
 }
 
@@ -96,6 +96,10 @@ PanelMessage::Content PanelMessage::content() const {
 }
 
 void PanelMessage::takePanel() {
+    const auto keys = context_.keys();
+    retry_->setTitle(retry_->text(), keys.of(app::KAction::open));
+    leave_->setTitle(leave_->text(), keys.of(app::KAction::escape));
+    upwards_->setTitle(upwards_->text(), keys.of(app::KAction::parent));
     const auto what = content();
     if (const auto& error = panel_.error())
         showFailure(*error);
@@ -155,8 +159,9 @@ void PanelMessage::showEmptyFolder() {
         return;
     }
     const auto noun = pluralForm(hidden, {"skrytý soubor", "skryté soubory", "skrytých souborů"});
-    hint_->setText(
-        QStringLiteral("%1 %2 ukáže %3").arg(hidden).arg(fromUtf8(noun), KeyCaps::toggleHidden));
+    hint_->setText(QStringLiteral("%1 %2 ukáže %3")
+                       .arg(hidden)
+                       .arg(fromUtf8(noun), context_.keys().of(app::KAction::toggleHidden)));
 }
 
 void PanelMessage::paintEvent(QPaintEvent*) {

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "app/model/AppModel.h"
-#include "app/ui/Icons.h"
-#include "app/ui/Theme.h"
+#include "app/ui/UiContext.h"
 
 #include <QWidget>
 
@@ -18,7 +16,7 @@ class PanelMessage final : public QWidget {
     Q_OBJECT
 
 public:
-    PanelMessage(app::PanelModel& panel, const Theme& theme, Icons& icons, QWidget* parent);
+    PanelMessage(const UiContext& context, app::PanelModel& panel, QWidget* parent);
 
     enum class Content { nothing, failure, emptyFolder };
     /// What the panel has to say now; `nothing` hides this widget.
@@ -38,6 +36,7 @@ private:
     void showFailure(const FolderOpener::Failure& failure);
     void showEmptyFolder();
 
+    UiContext context_;
     app::PanelModel& panel_;
     const Theme& theme_;
     Icons& icons_;

@@ -6,18 +6,29 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QScrollBar>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 
 namespace fennik::ui {
+
+namespace {
+
+/// How long typed letters wait for the next one.
+constexpr auto searchPatience = std::chrono::milliseconds(1200);
+
+} // namespace
 
 PanelTable::PanelTable(app::PanelModel& panel, const Theme& theme, Icons& icons, QWidget* parent)
     : QTableView(parent),
       panel_(panel),
       theme_(theme),
       geometry_(theme),
-      header_(new PanelHeader(panel, theme, this)) {
+      header_(new PanelHeader(panel, theme, this)),
+      searchTimer_(new QTimer(this)) {
     setObjectName(QStringLiteral("panelTable"));
     setModel(new PanelTableModel(panel, this));
     setItemDelegate(new RowDelegate(*this, theme, icons));
@@ -33,6 +44,10 @@ PanelTable::PanelTable(app::PanelModel& panel, const Theme& theme, Icons& icons,
     setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
     setWordWrap(false);
     setTabKeyNavigation(false);
+    setAutoScroll(false); // the cursor is brought into view by `showCursor` alone
+    searchTimer_->setSingleShot(true);
+    searchTimer_->setInterval(searchPatience);
+    connect(searchTimer_, &QTimer::timeout, this, &PanelTable::endSearch);
     connect(&panel_, &app::PanelModel::changed, this, &PanelTable::takeChanges);
     connect(&theme_, &Theme::changed, this, &PanelTable::takeTheme);
     connect(header_, &PanelHeader::menuOpened, this, &PanelTable::menuOpened);
@@ -73,14 +88,48 @@ std::pair<int, int> PanelTable::rowsInView() const {
 
 void PanelTable::takeChanges(app::PanelChanges changes) {
     using app::PanelChange;
-    if (changes & (PanelChange::items | PanelChange::cursor | PanelChange::state))
-        showCursor();
     if (changes.testFlag(PanelChange::items))
-        wantLinkTargets();
-    if (changes & (PanelChange::linkTargets | PanelChange::items))
+        takeItems();
+    else if (changes & (PanelChange::cursor | PanelChange::state))
+        showCursor();
+    if (changes & (PanelChange::linkTargets | PanelChange::items | PanelChange::sizes))
         viewport()->update();
+    else if (changes.testFlag(PanelChange::marks))
+        updateMarks();
     if (changes.testFlag(PanelChange::tabs))
         header_->viewport()->update();
+}
+
+void PanelTable::takeItems() {
+    const bool isSameFolder = panel_.tab().path == shownFolder_;
+    const int cursor = static_cast<int>(panel_.cursor());
+    const bool cursorWasInView =
+        shownCursor_ >= topRow_ && shownCursor_ < topRow_ + rowsPerPage() + 1;
+    if (isSameFolder) {
+        // What stays in view stands still: the cursor, or else the first row.
+        const auto top = panel_.items().rowOf(topName_);
+        verticalScrollBar()->setValue(cursorWasInView ? cursor - (shownCursor_ - topRow_)
+                                                      : static_cast<int>(top.value_or(0)));
+    } else {
+        endSearch();
+    }
+    shownFolder_ = panel_.tab().path;
+    if (!isSameFolder || cursorWasInView)
+        showCursor();
+    else
+        shownCursor_ = cursor;
+    wantLinkTargets();
+    noteView();
+}
+
+void PanelTable::noteView() {
+    topRow_ = std::max(0, rowAt(0));
+    const auto row = static_cast<std::size_t>(topRow_);
+    topName_ = row < panel_.items().size() ? std::string(panel_.items().view(row).name) : "";
+}
+
+void PanelTable::updateMarks() {
+    viewport()->update();
 }
 
 void PanelTable::showCursor() {
@@ -98,6 +147,11 @@ QRect PanelTable::rowRect(int row) const {
     return {0, rowViewportPosition(row), viewport()->width(), geometry_.rowHeight()};
 }
 
+QRect PanelTable::cursorRect() const {
+    const int row = static_cast<int>(panel_.cursor());
+    return row < model()->rowCount() ? rowRect(row) : QRect();
+}
+
 void PanelTable::updateRow(int row) {
     if (row >= 0 && row < model()->rowCount())
         viewport()->update(rowRect(row));
@@ -111,14 +165,27 @@ void PanelTable::wantLinkTargets() {
 void PanelTable::scrollContentsBy(int dx, int dy) {
     QTableView::scrollContentsBy(dx, dy);
     wantLinkTargets();
+    noteView();
 }
 
 void PanelTable::paintEvent(QPaintEvent* event) {
     {
         QPainter painter(viewport());
+        paintMarks(painter);
         paintCursor(painter);
     }
     QTableView::paintEvent(event);
+}
+
+void PanelTable::paintMarks(QPainter& painter) const {
+    const auto [first, last] = rowsInView();
+    for (int row = first; row < last; ++row) {
+        // Under the filled cursor the tint gives way.
+        const auto index = static_cast<std::size_t>(row);
+        const bool isCovered = index == panel_.cursor() && look_ != FocusLook::idle;
+        if (!isCovered && panel_.marks().isMarked(panel_.items().view(index).name))
+            painter.fillRect(rowRect(row), theme_.tokens().markSoft);
+    }
 }
 
 void PanelTable::paintCursor(QPainter& painter) const {
@@ -152,9 +219,15 @@ void PanelTable::resizeEvent(QResizeEvent* event) {
 
 void PanelTable::keyPressEvent(QKeyEvent* event) {
     const auto row = static_cast<std::ptrdiff_t>(panel_.cursor());
-    const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
+    const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    const auto typed = event->text();
+    if (!(modifiers & ~Qt::ShiftModifier) && !typed.isEmpty() && typed.front().isPrint()) {
+        search(typed);
+        return;
+    }
+    endSearch();
     const bool hasRows = model()->rowCount() > 0;
-    switch (isPlain && hasRows ? event->key() : 0) {
+    switch (modifiers == Qt::NoModifier && hasRows ? event->key() : 0) {
     case Qt::Key_Up:
         panel_.setCursor(row - 1);
         break;
@@ -173,11 +246,28 @@ void PanelTable::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_End:
         panel_.setCursor(model()->rowCount() - 1);
         break;
+    case Qt::Key_Enter: // the keypad's; the other one is a shortcut
+        emit opened();
+        break;
     default:
         event->ignore();
-        emit keyPressed(event);
         break;
     }
+}
+
+void PanelTable::search(const QString& typed) {
+    searched_ += typed;
+    searchTimer_->start();
+    panel_.jumpTo(searched_.toStdString());
+    emit searchChanged(searched_);
+}
+
+void PanelTable::endSearch() {
+    searchTimer_->stop();
+    if (searched_.isEmpty())
+        return;
+    searched_.clear();
+    emit searchChanged(searched_);
 }
 
 void PanelTable::focusInEvent(QFocusEvent* event) {
@@ -186,10 +276,17 @@ void PanelTable::focusInEvent(QFocusEvent* event) {
 }
 
 void PanelTable::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton)
+    const int row = rowAt(event->pos().y());
+    if (event->button() != Qt::LeftButton || row < 0)
         return;
-    if (const int row = rowAt(event->pos().y()); row >= 0)
-        panel_.setCursor(row);
+    if (event->modifiers().testFlag(Qt::ShiftModifier)) {
+        panel_.markRange(
+            panel_.marks().anchor().value_or(static_cast<std::ptrdiff_t>(panel_.cursor())), row);
+        return;
+    }
+    if (event->modifiers().testFlag(Qt::ControlModifier))
+        panel_.toggleMark(static_cast<std::size_t>(row));
+    panel_.setCursor(row);
 }
 
 void PanelTable::mouseMoveEvent(QMouseEvent* event) {
@@ -203,8 +300,8 @@ void PanelTable::mouseReleaseEvent(QMouseEvent* event) {
 void PanelTable::mouseDoubleClickEvent(QMouseEvent* event) {
     // A listing that came between the two clicks may have moved the rows.
     const bool isOnCursor = rowAt(event->pos().y()) == static_cast<int>(panel_.cursor());
-    if (event->button() == Qt::LeftButton && isOnCursor)
-        panel_.openItem();
+    if (event->button() == Qt::LeftButton && event->modifiers() == Qt::NoModifier && isOnCursor)
+        emit opened();
 }
 
 } // namespace fennik::ui

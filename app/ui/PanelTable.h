@@ -7,6 +7,10 @@
 
 #include <QTableView>
 
+#include <string>
+
+class QTimer;
+
 namespace fennik::ui {
 
 class PanelHeader;
@@ -26,17 +30,24 @@ class PanelTable final : public QTableView {
 public:
     PanelTable(app::PanelModel& panel, const Theme& theme, Icons& icons, QWidget* parent);
 
+    app::PanelSide side() const { return panel_.side(); }
     void setFocusLook(FocusLook look);
     FocusLook focusLook() const { return look_; }
     /// How many whole rows are in view.
     int rowsPerPage() const;
     /// The bottom edge of the last row, or of the view where the rows go on below it.
     int rowsBottom() const;
+    /// Where the cursor is in the viewport; nothing where there is no row.
+    QRect cursorRect() const;
+    /// Forgets the letters that were typed to find a name.
+    void endSearch();
 
 signals:
     void focused();
-    /// A key that the table does not know itself.
-    void keyPressed(QKeyEvent* event);
+    /// The row of the cursor is to be opened, by a double click or the keypad.
+    void opened();
+    /// What was typed has another meaning now: letters to search for, or none any more.
+    void searchChanged(const QString& text);
     void menuOpened(bool isOpen);
 
 protected:
@@ -54,13 +65,18 @@ protected:
 private:
     void takeChanges(app::PanelChanges changes);
     void takeTheme();
+    void takeItems();
     void showCursor();
     void updateRow(int row);
+    void noteView();
+    void updateMarks();
     QRect rowRect(int row) const;
     /// The rows in view, the last excluded.
     std::pair<int, int> rowsInView() const;
     void wantLinkTargets();
+    void paintMarks(QPainter& painter) const;
     void paintCursor(QPainter& painter) const;
+    void search(const QString& typed);
 
     app::PanelModel& panel_;
     const Theme& theme_;
@@ -68,6 +84,12 @@ private:
     PanelHeader* header_;
     FocusLook look_ = FocusLook::idle;
     int shownCursor_ = -1;
+    QString searched_; ///< typed so far
+    QTimer* searchTimer_;
+    /// What was in view last, to be found again when the rows have changed.
+    std::string shownFolder_;
+    std::string topName_;
+    int topRow_ = 0;
 };
 
 } // namespace fennik::ui

@@ -6,14 +6,6 @@
 
 namespace fennik::ui {
 
-namespace {
-
-QString sizeText(const FileItemView& item) {
-    return item.isFolderLike() ? QStringLiteral("—") : fromUtf8(Format::bytes(item.size));
-}
-
-} // namespace
-
 SortKey sortKeyOf(PanelColumn column) {
     switch (column) {
     case PanelColumn::name:
@@ -79,7 +71,17 @@ QVariant PanelTableModel::headerData(int section, Qt::Orientation orientation, i
     return QStringLiteral("Práva");
 }
 
-QString PanelTableModel::cellText(const FileItemView& item, PanelColumn column) {
+QString PanelTableModel::sizeText(const FileItemView& item) const {
+    if (!item.isFolderLike())
+        return fromUtf8(Format::bytes(item.size));
+    const auto& known = panel_.folderSizes();
+    if (panel_.sizing().contains(item.name))
+        return QStringLiteral("počítám…");
+    const auto found = item.isParentLink ? known.end() : known.find(item.name);
+    return found == known.end() ? QStringLiteral("—") : fromUtf8(Format::bytes(found->second));
+}
+
+QString PanelTableModel::cellText(const FileItemView& item, PanelColumn column) const {
     switch (column) {
     case PanelColumn::name:
         return shownName(item.name);
@@ -93,16 +95,18 @@ QString PanelTableModel::cellText(const FileItemView& item, PanelColumn column) 
     return fromUtf8(Format::permissions(item));
 }
 
-QString PanelTableModel::rowText(const FileItemView& item) {
+QString PanelTableModel::rowText(const FileItemView& item) const {
     if (item.isParentLink)
         return kindText(item);
     QStringList parts{shownName(item.name), kindText(item)};
-    if (!item.isFolderLike())
+    if (!item.isFolderLike() || panel_.folderSizes().contains(item.name))
         parts << sizeText(item);
     if (const auto date = czechDate(item.modified, DateDetail::minutes); !date.isEmpty())
         parts << QStringLiteral("změněno ") + date;
     if (item.isHidden)
         parts << QStringLiteral("skryté");
+    if (panel_.marks().isMarked(item.name))
+        parts << QStringLiteral("označeno");
     return parts.join(QStringLiteral(", "));
 }
 

@@ -28,11 +28,12 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
     /// What stands in a cell; a name without its link's target.
-    static QString cellText(const FileItemView& item, PanelColumn column);
+    QString cellText(const FileItemView& item, PanelColumn column) const;
     /// The whole row for a screen reader.
-    static QString rowText(const FileItemView& item);
+    QString rowText(const FileItemView& item) const;
 
 private:
+    QString sizeText(const FileItemView& item) const;
     void takeChanges(app::PanelChanges changes);
 
     app::PanelModel& panel_;

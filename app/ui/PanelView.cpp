@@ -5,6 +5,7 @@
 #include "app/ui/PanelMessage.h"
 #include "app/ui/PathBar.h"
 #include "app/ui/PlatformWords.h"
+#include "app/ui/TabStrip.h"
 #include "app/ui/Text.h"
 
 #include <QPainter>
@@ -44,24 +45,25 @@ LoadingStage next(LoadingStage stage) {
 
 } // namespace
 
-PanelView::PanelView(app::AppModel& app, app::PanelSide side, const Theme& theme, Icons& icons,
-                     QWidget* parent)
+PanelView::PanelView(const UiContext& context, app::PanelSide side, QWidget* parent)
     : QWidget(parent),
-      panel_(app.panel(side)),
-      theme_(theme),
-      pathBar_(new PathBar(app, panel_, theme, icons, this)),
-      table_(new PanelTable(panel_, theme, icons, this)),
-      statusLine_(new StatusLine(panel_, theme, icons, this)),
-      message_(new PanelMessage(panel_, theme, icons, this)),
-      stripe_(new LoadingStripe(theme, this)),
-      skeleton_(new LoadingSkeleton(theme, this)),
+      panel_(context.app.panel(side)),
+      theme_(context.theme),
+      tabStrip_(new TabStrip(context.theme, context.icons, this)),
+      pathBar_(new PathBar(context, panel_, this)),
+      table_(new PanelTable(panel_, context.theme, context.icons, this)),
+      statusLine_(new StatusLine(panel_, context.theme, context.icons, this)),
+      message_(new PanelMessage(context, panel_, this)),
+      stripe_(new LoadingStripe(context.theme, this)),
+      skeleton_(new LoadingSkeleton(context.theme, this)),
       stageTimer_(new QTimer(this)) {
     setObjectName(side == app::PanelSide::left ? QStringLiteral("leftPanel")
                                                : QStringLiteral("rightPanel"));
-    setMinimumWidth(theme.px(300));
+    setMinimumWidth(theme_.px(300));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(frameWidth, frameWidth, frameWidth, frameWidth);
     layout->setSpacing(1);
+    layout->addWidget(tabStrip_);
     layout->addWidget(pathBar_);
     layout->addWidget(table_, 1);
     layout->addWidget(statusLine_);
@@ -75,13 +77,38 @@ PanelView::PanelView(app::AppModel& app, app::PanelSide side, const Theme& theme
     });
     connect(message_, &PanelMessage::answered, table_, qOverload<>(&QWidget::setFocus));
     connect(table_, &PanelTable::menuOpened, this, &PanelView::menuOpened);
+    connect(table_, &PanelTable::searchChanged, statusLine_, &StatusLine::setSearch);
     connect(pathBar_, &PathBar::menuOpened, this, &PanelView::menuOpened);
+    connect(tabStrip_, &TabStrip::selected, this,
+            [this](int index) { panel_.selectTab(static_cast<std::size_t>(index)); });
+    connect(tabStrip_, &TabStrip::closeRequested, this,
+            [this](int index) { panel_.closeTab(static_cast<std::size_t>(index)); });
+    connect(tabStrip_, &TabStrip::newTabRequested, &panel_, &app::PanelModel::newTab);
+    connect(tabStrip_, &TabStrip::moved, this, [this](int from, int to) {
+        panel_.moveTab(static_cast<std::size_t>(from), static_cast<std::size_t>(to));
+    });
+    tabStrip_->hide();
+    takeTabs();
     nameTable();
+}
+
+void PanelView::setTabsShown(bool areShown) {
+    tabStrip_->setVisible(areShown);
+}
+
+void PanelView::takeTabs() {
+    std::vector<TabStrip::Tab> tabs;
+    for (const auto& tab : panel_.tabs()) {
+        const FileUrl folder(tab.path, FileUrl::Form::directory);
+        tabs.push_back({shownName(folder.lastComponent()), shownName(tab.path)});
+    }
+    tabStrip_->setTabs(tabs, static_cast<int>(panel_.activeTab()));
 }
 
 void PanelView::setFocusLook(FocusLook look) {
     look_ = look;
     pathBar_->setActive(look != FocusLook::idle);
+    tabStrip_->setActivePanel(look != FocusLook::idle);
     table_->setFocusLook(look);
     message_->setGround(rowGround());
     update();
@@ -95,6 +122,8 @@ void PanelView::takePanel(app::PanelChanges changes) {
     const std::pair load{panel_.loadToken(), panel_.loading()};
     if (std::exchange(shownLoad_, load) != load)
         setLoadingStage(LoadingStage::none);
+    if (changes.testFlag(app::PanelChange::tabs))
+        takeTabs();
     if (changes & (app::PanelChange::items | app::PanelChange::state)) {
         message_->takePanel();
         placeOverlays();
@@ -153,6 +182,8 @@ void PanelView::paintEvent(QPaintEvent*) {
     card.addRoundedRect(all, radius, radius);
     painter.setClipPath(card);
     painter.fillRect(all, tokens.chrome);
+    if (!tabStrip_->isHidden())
+        painter.fillRect(QRectF(0, 0, width(), tabStrip_->geometry().bottom() + 1), tokens.window);
     painter.fillRect(QRectF(table_->geometry()), rowGround());
     painter.fillRect(QRectF(0, table_->y() - 1, width(), 1), tokens.line);
     painter.fillRect(QRectF(0, statusLine_->y() - 1, width(), 1), tokens.line);

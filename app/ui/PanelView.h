@@ -1,10 +1,8 @@
 #pragma once
 
-#include "app/model/AppModel.h"
-#include "app/ui/Icons.h"
 #include "app/ui/PanelTable.h"
 #include "app/ui/StatusLine.h"
-#include "app/ui/Theme.h"
+#include "app/ui/UiContext.h"
 
 #include <QWidget>
 
@@ -18,18 +16,23 @@ class LoadingSkeleton;
 class LoadingStripe;
 class PanelMessage;
 class PathBar;
+class TabStrip;
 
-/// One panel: path bar, rows, status line, and what stands over the rows while there are none.
+/// One panel: tabs, path bar, rows, status line, and what stands over the rows while there are
+/// none.
 class PanelView final : public QWidget {
     Q_OBJECT
 
 public:
-    PanelView(app::AppModel& app, app::PanelSide side, const Theme& theme, Icons& icons,
-              QWidget* parent);
+    PanelView(const UiContext& context, app::PanelSide side, QWidget* parent);
 
     app::PanelSide side() const { return panel_.side(); }
     PanelTable& table() { return *table_; }
+    PathBar& pathBar() { return *pathBar_; }
+    int statusHeight() const { return statusLine_->height(); }
     void setFocusLook(FocusLook look);
+    /// Whether there is a strip of tabs, even for a single one.
+    void setTabsShown(bool areShown);
 
 signals:
     void menuOpened(bool isOpen);
@@ -41,6 +44,7 @@ protected:
 
 private:
     void takePanel(app::PanelChanges changes);
+    void takeTabs();
     void setLoadingStage(LoadingStage stage);
     void placeOverlays();
     void nameTable();
@@ -49,6 +53,7 @@ private:
     app::PanelModel& panel_;
     const Theme& theme_;
     FocusLook look_ = FocusLook::idle;
+    TabStrip* tabStrip_;
     PathBar* pathBar_;
     PanelTable* table_;
     StatusLine* statusLine_;

@@ -1,12 +1,16 @@
 #include "app/ui/PathBar.h"
 
 #include "app/model/PathCrumbs.h"
+#include "app/ui/ActionIcons.h"
 #include "app/ui/Crumb.h"
 #include "app/ui/IconButton.h"
-#include "app/ui/KeyCaps.h"
+#include "app/ui/PathField.h"
+#include "app/ui/PlatformWords.h"
 #include "app/ui/Text.h"
+#include "core/listing/PathCompleter.h"
 
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace fennik::ui {
@@ -18,33 +22,61 @@ using Step = app::PanelHistory::Step;
 constexpr int buttonSide = 28;
 constexpr int separatorWidth = 15;
 
+IconButton* actionButton(const UiContext& context, app::KAction action, QWidget* parent) {
+    return new IconButton(ActionIcons::iconOf(app::KActions::symbolName(action)),
+                          PlatformWords::title(action), {}, context.theme, context.icons, parent);
+}
+
 } // namespace
 
-PathBar::PathBar(app::AppModel& app, app::PanelModel& panel, const Theme& theme, Icons& icons,
-                 QWidget* parent)
+PathBar::PathBar(const UiContext& context, app::PanelModel& panel, QWidget* parent)
     : QWidget(parent),
-      app_(app),
+      context_(context),
+      app_(context.app),
       panel_(panel),
-      theme_(theme),
-      icons_(icons),
-      back_(new IconButton(QStringLiteral("chevron-left"), QStringLiteral("Zpět"), KeyCaps::back,
-                           theme, icons, this)),
-      forward_(new IconButton(QStringLiteral("chevron-right"), QStringLiteral("Vpřed"),
-                              KeyCaps::forward, theme, icons, this)),
-      up_(new IconButton(QStringLiteral("corner-left-up"), QStringLiteral("O úroveň výš"),
-                         KeyCaps::backspace, theme, icons, this)),
-      more_(new Crumb(QStringLiteral("…"), theme, this)) {
+      theme_(context.theme),
+      icons_(context.icons),
+      back_(actionButton(context, app::KAction::back, this)),
+      forward_(actionButton(context, app::KAction::forward, this)),
+      up_(actionButton(context, app::KAction::parent, this)),
+      star_(new IconButton(QStringLiteral("star"), {}, {}, theme_, icons_, this)),
+      terminal_(actionButton(context, app::KAction::terminal, this)),
+      pathField_(new PathField(theme_, icons_, this)),
+      more_(new Crumb(QStringLiteral("…"), theme_, this)) {
     setObjectName(QStringLiteral("pathBar"));
-    setFixedHeight(theme.px(38));
+    setFixedHeight(theme_.px(38));
+    pathField_->hide();
+    terminal_->setAccessibleName(QStringLiteral("Terminál v této složce"));
     more_->setAccessibleName(QStringLiteral("Další složky cesty"));
     connect(back_, &QAbstractButton::clicked, &panel_, &app::PanelModel::goBack);
     connect(forward_, &QAbstractButton::clicked, &panel_, &app::PanelModel::goForward);
     connect(up_, &QAbstractButton::clicked, &panel_, &app::PanelModel::goToParent);
+    connect(star_, &QAbstractButton::clicked, this, [this] {
+        app_.activate(panel_.side());
+        app_.toggleFavorite();
+    });
+    connect(terminal_, &QAbstractButton::clicked, this, [this] {
+        app_.activate(panel_.side());
+        app_.perform(app::KAction::terminal);
+    });
     connect(more_, &QAbstractButton::clicked, this, &PathBar::showHiddenCrumbs);
     connect(&panel_, &app::PanelModel::changed, this, [this](app::PanelChanges changes) {
         if (changes & (app::PanelChange::tabs | app::PanelChange::state))
             takePanel();
+        if (changes & (app::PanelChange::visit | app::PanelChange::state))
+            followTyped();
     });
+    connect(&app_, &app::AppModel::changed, this, [this](app::AppChanges changes) {
+        if (changes.testFlag(app::AppChange::places))
+            takePlaces();
+        if (changes.testFlag(app::AppChange::suggestions) && pathField_->isVisible())
+            pathField_->setSuggestions(app_.pathSuggestions().found(), panel_.tab().path);
+    });
+    connect(&context_.shortcuts, &app::ShortcutStore::changed, this, &PathBar::takeKeys);
+    connect(pathField_, &PathField::typed, this, &PathBar::takeTyped);
+    connect(pathField_, &PathField::accepted, this, &PathBar::goTo);
+    connect(pathField_, &PathField::left, this, &PathBar::closeField);
+    takeKeys();
     connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
     takePanel();
 }
@@ -65,6 +97,7 @@ void PathBar::takePanel() {
     if (shownPath_ == folder.path() && shownVolume_ == panel_.volumeRoot())
         return;
     shownPath_ = folder.path();
+    takePlaces();
     shownVolume_ = panel_.volumeRoot();
     for (auto* crumb : crumbs_)
         crumb->deleteLater();
@@ -83,19 +116,91 @@ void PathBar::takePanel() {
     setActive(isActive_);
 }
 
+void PathBar::takeKeys() {
+    const auto keys = context_.keys();
+    back_->setToolTip(keys.titleAndKey(app::KAction::back));
+    forward_->setToolTip(keys.titleAndKey(app::KAction::forward));
+    up_->setToolTip(keys.titleAndKey(app::KAction::parent));
+    const auto key = keys.of(app::KAction::terminal);
+    terminal_->setToolTip(QStringLiteral("Terminál v této složce (%1)").arg(key));
+    takePlaces();
+}
+
+void PathBar::takePlaces() {
+    const bool isFavorite = app_.places().isFavorite(panel_.tab().path);
+    star_->setFilled(isFavorite);
+    const auto title = isFavorite ? QStringLiteral("Odebrat složku z oblíbených")
+                                  : context_.keys().titleAndKey(app::KAction::addFavorite);
+    star_->setToolTip(title);
+    star_->setAccessibleName(isFavorite ? title : PlatformWords::title(app::KAction::addFavorite));
+}
+
+void PathBar::openField() {
+    pathField_->setGeometry(field());
+    pathField_->show();
+    pathField_->open(panel_.tab().path);
+}
+
+void PathBar::closeField() {
+    app_.pathSuggestions().clear();
+    if (panel_.loading() && panel_.loadToken() == typedLoad_)
+        panel_.escape();
+    pathField_->hide();
+    emit fieldClosed();
+}
+
+void PathBar::takeTyped(const QString& text) {
+    const bool showsHidden = app_.settings().get(app::SettingKeys::showHidden);
+    app_.pathSuggestions().ask(text.toStdString(), panel_.folder(),
+                               showsHidden ? PathCompleter::IncludeHidden::yes
+                                           : PathCompleter::IncludeHidden::no);
+}
+
+void PathBar::goTo(const QString& text) {
+    const auto path = PathCompleter::normalise(text.toStdString(), panel_.folder(), app_.home());
+    const bool isPath = path.starts_with('/') && path.find('\0') == std::string::npos;
+    panel_.tryNavigate(isPath ? FileUrl(path).standardized() : panel_.folder());
+    typedLoad_ = panel_.loadToken();
+}
+
+void PathBar::followTyped() {
+    if (!pathField_->isVisible() || panel_.loading() || panel_.loadToken() != typedLoad_)
+        return;
+    typedLoad_ = -1;
+    if (const auto& failure = panel_.typedFailure())
+        pathField_->showError(PlatformWords::failureMessage(*failure));
+    else
+        closeField();
+}
+
+void PathBar::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && field().contains(event->pos()))
+        app_.requestPathField(panel_.side());
+    else
+        event->ignore();
+}
+
 QRect PathBar::field() const {
     const int left = theme_.px(10 + 3 * buttonSide + 8);
     const int boxHeight = theme_.px(28);
-    return {left, (height() - boxHeight) / 2, width() - left - theme_.px(10), boxHeight};
+    const int right = width() - theme_.px(2 * buttonSide + 14);
+    return {left, (height() - boxHeight) / 2, right - left, boxHeight};
 }
 
 void PathBar::resizeEvent(QResizeEvent*) {
+    const int side = theme_.px(buttonSide);
+    const int top = (height() - side) / 2;
     int left = theme_.px(7);
     for (auto* button : {back_, forward_, up_}) {
-        const int side = theme_.px(buttonSide);
-        button->setGeometry(left, (height() - side) / 2, side, side);
+        button->setGeometry(left, top, side, side);
         left += side + theme_.px(1);
     }
+    left = width() - theme_.px(7) - 2 * side - theme_.px(1);
+    for (auto* button : {star_, terminal_}) {
+        button->setGeometry(left, top, side, side);
+        left += side + theme_.px(1);
+    }
+    pathField_->setGeometry(field());
     layOutCrumbs();
 }
 
@@ -153,6 +258,8 @@ void PathBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const auto box = field();
+    if (pathField_->isVisible())
+        return;
     if (isActive_) {
         painter.setPen(tokens.line);
         painter.setBrush(tokens.field);

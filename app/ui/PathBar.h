@@ -1,8 +1,6 @@
 #pragma once
 
-#include "app/model/AppModel.h"
-#include "app/ui/Icons.h"
-#include "app/ui/Theme.h"
+#include "app/ui/UiContext.h"
 
 #include <QWidget>
 
@@ -13,38 +11,56 @@ class QAbstractButton;
 namespace fennik::ui {
 
 class Crumb;
+class IconButton;
+class PathField;
 
-/// Back, forward and up, and the way to the folder as crumbs, each of which opens its folder.
+/// Back, forward and up, the way to the folder as crumbs, each of which opens its folder, and a
+/// field in their place while a path is being typed.
 class PathBar final : public QWidget {
     Q_OBJECT
 
 public:
-    PathBar(app::AppModel& app, app::PanelModel& panel, const Theme& theme, Icons& icons,
-            QWidget* parent);
+    PathBar(const UiContext& context, app::PanelModel& panel, QWidget* parent);
 
     void setActive(bool isActive);
+    /// Lets the user type a path.
+    void openField();
 
 signals:
     void menuOpened(bool isOpen);
+    /// The field is put away, and the keyboard belongs to the panel again.
+    void fieldClosed();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
 
 private:
     void takePanel();
+    void takeKeys();
+    void takePlaces();
+    void takeTyped(const QString& text);
+    void goTo(const QString& text);
+    void followTyped();
+    void closeField();
     void layOutCrumbs();
     void showHiddenCrumbs();
     QRect field() const;
 
+    UiContext context_;
     app::AppModel& app_;
     app::PanelModel& panel_;
     const Theme& theme_;
     Icons& icons_;
-    QAbstractButton* back_;
-    QAbstractButton* forward_;
-    QAbstractButton* up_;
-    Crumb* more_; ///< stands for the crumbs that have no room
+    IconButton* back_;
+    IconButton* forward_;
+    IconButton* up_;
+    IconButton* star_;
+    IconButton* terminal_;
+    PathField* pathField_;
+    int typedLoad_ = -1; ///< the load of the path that was typed
+    Crumb* more_;        ///< stands for the crumbs that have no room
     std::vector<Crumb*> crumbs_;
     std::vector<QPoint> separators_;
     std::string shownPath_;

@@ -12,4 +12,9 @@ QString failureMessage(const FolderOpener::Failure& failure) {
     return QStringLiteral("Složku %1 nejde otevřít: nemáte k ní přístup.").arg(name);
 }
 
+QString title(app::KAction action) {
+    return action == app::KAction::revealInFinder ? QStringLiteral("Ukázat ve správci souborů")
+                                                  : fromUtf8(app::KActions::title(action));
+}
+
 } // namespace fennik::ui::PlatformWords

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/commands/catalogue/KAction.h"
 #include "core/listing/FolderOpener.h"
 
 #include <QString>
@@ -8,5 +9,6 @@
 namespace fennik::ui::PlatformWords {
 
 QString failureMessage(const FolderOpener::Failure& failure);
+QString title(app::KAction action);
 
 } // namespace fennik::ui::PlatformWords

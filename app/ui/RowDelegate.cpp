@@ -3,6 +3,7 @@
 #include "app/ui/PanelTable.h"
 #include "app/ui/TabularText.h"
 #include "app/ui/Text.h"
+#include "app/ui/Tick.h"
 
 #include <QHeaderView>
 #include <QPainter>
@@ -17,6 +18,7 @@ struct RowDelegate::Cell {
     QRectF text;                 ///< where the text stands
     QRectF whole;
     bool isSolid; ///< on the solid cursor
+    bool isMarked;
 };
 
 namespace {
@@ -41,7 +43,8 @@ QSize RowDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) con
 
 void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const {
-    const auto& panel = static_cast<const PanelTableModel*>(index.model())->panel();
+    const auto& model = *static_cast<const PanelTableModel*>(index.model());
+    const auto& panel = model.panel();
     const auto row = static_cast<std::size_t>(index.row());
     const auto column = static_cast<PanelColumn>(index.column());
     const QRectF whole(option.rect);
@@ -49,13 +52,26 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
               .link = nullptr,
               .text = geometry_.textRect(whole, column, *table_.horizontalHeader()),
               .whole = whole,
-              .isSolid = row == panel.cursor() && table_.focusLook() == FocusLook::keyboard};
+              .isSolid = row == panel.cursor() && table_.focusLook() == FocusLook::keyboard,
+              .isMarked = false};
+    cell.isMarked = panel.marks().isMarked(cell.item.name);
     if (cell.item.isLink())
         cell.link = panel.linkTarget(std::string(cell.item.name));
     if (column == PanelColumn::name)
         paintName(*painter, cell);
     else
-        paintText(*painter, cell, column);
+        paintText(*painter, cell, model.cellText(cell.item, column), column);
+}
+
+QColor RowDelegate::markColor(const Cell& cell) const {
+    return cell.isSolid ? theme_.tokens().markOnAccent : theme_.tokens().mark;
+}
+
+void RowDelegate::paintTick(QPainter& painter, const Cell& cell) const {
+    const double side = theme_.px(14);
+    const double left = cell.whole.left() + geometry_.gutter() - side - theme_.px(2);
+    drawTick(painter, QRectF(left, cell.whole.center().y() - side / 2, side, side),
+             markColor(cell));
 }
 
 void RowDelegate::paintName(QPainter& painter, const Cell& cell) const {
@@ -77,7 +93,12 @@ void RowDelegate::paintName(QPainter& painter, const Cell& cell) const {
                        icon);
     painter.setOpacity(1);
 
-    const auto font = theme_.font(FontRole::body, cell.isSolid ? QFont::Medium : QFont::Normal);
+    if (cell.isMarked)
+        paintTick(painter, cell);
+    const auto weight = cell.isMarked  ? QFont::DemiBold
+                        : cell.isSolid ? QFont::Medium
+                                       : QFont::Normal;
+    const auto font = theme_.font(FontRole::body, weight);
     const QFontMetricsF metrics(font);
     painter.setFont(font);
     const auto shade = cell.isSolid ? tokens.onAccent2 : tokens.text3;
@@ -96,11 +117,12 @@ void RowDelegate::paintName(QPainter& painter, const Cell& cell) const {
     if (metrics.horizontalAdvance(extension) > room * extensionShare)
         base += std::exchange(extension, QString());
     const double baseRoom = room - metrics.horizontalAdvance(extension);
-    const auto nameColor = cell.isSolid    ? tokens.onAccent
+    const auto nameColor = cell.isMarked   ? markColor(cell)
+                           : cell.isSolid  ? tokens.onAccent
                            : item.isHidden ? tokens.text3
                                            : tokens.text;
     draw(metrics.elidedText(base, Qt::ElideRight, baseRoom), nameColor);
-    draw(extension, shade);
+    draw(extension, cell.isMarked ? nameColor : shade);
 
     const double gap = theme_.px(10);
     const double least = theme_.px(40);
@@ -112,9 +134,9 @@ void RowDelegate::paintName(QPainter& painter, const Cell& cell) const {
     draw(QFontMetricsF(painter.font()).elidedText(target, Qt::ElideMiddle, right - left), shade);
 }
 
-void RowDelegate::paintText(QPainter& painter, const Cell& cell, PanelColumn column) const {
+void RowDelegate::paintText(QPainter& painter, const Cell& cell, const QString& text,
+                            PanelColumn column) const {
     painter.setPen(detailColor(cell, column));
-    const auto text = PanelTableModel::cellText(cell.item, column);
     if (column == PanelColumn::permissions) {
         painter.setFont(theme_.font(FontRole::fixed));
         painter.drawText(cell.text, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, text);
@@ -130,8 +152,15 @@ QColor RowDelegate::detailColor(const Cell& cell, PanelColumn column) const {
         return column == PanelColumn::permissions ? tokens.onAccent2 : tokens.onAccent;
     if (column == PanelColumn::permissions)
         return tokens.text3;
-    if (column == PanelColumn::size && cell.item.isFolderLike())
-        return tokens.control;
+    if (column == PanelColumn::size) {
+        const auto& panel = static_cast<const PanelTableModel*>(table_.model())->panel();
+        if (panel.sizing().contains(cell.item.name))
+            return tokens.accentText;
+        if (cell.item.isFolderLike() && !panel.folderSizes().contains(cell.item.name))
+            return tokens.control;
+        if (cell.isMarked)
+            return tokens.text;
+    }
     return tokens.text2;
 }
 

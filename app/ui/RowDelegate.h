@@ -23,7 +23,10 @@ public:
 private:
     struct Cell;
     void paintName(QPainter& painter, const Cell& cell) const;
-    void paintText(QPainter& painter, const Cell& cell, PanelColumn column) const;
+    void paintText(QPainter& painter, const Cell& cell, const QString& text,
+                   PanelColumn column) const;
+    void paintTick(QPainter& painter, const Cell& cell) const;
+    QColor markColor(const Cell& cell) const;
     QColor detailColor(const Cell& cell, PanelColumn column) const;
 
     PanelTable& table_;

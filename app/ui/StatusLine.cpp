@@ -1,5 +1,6 @@
 #include "app/ui/StatusLine.h"
 
+#include "app/ui/MarksChip.h"
 #include "app/ui/RunLabel.h"
 #include "app/ui/Text.h"
 #include "core/listing/Format.h"
@@ -27,6 +28,7 @@ StatusLine::StatusLine(app::PanelModel& panel, const Theme& theme, Icons& icons,
       panel_(panel),
       theme_(theme),
       icons_(icons),
+      marks_(new MarksChip(theme, this)),
       summary_(new RunLabel(theme, Qt::AlignLeft, this)),
       details_(new RunLabel(theme, Qt::AlignLeft, this)),
       space_(new RunLabel(theme, Qt::AlignRight, this)) {
@@ -35,6 +37,7 @@ StatusLine::StatusLine(app::PanelModel& panel, const Theme& theme, Icons& icons,
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(theme.px(sideMargin), 0, theme.px(11), 0);
     layout->setSpacing(theme.px(20));
+    layout->addWidget(marks_);
     layout->addWidget(summary_);
     layout->addWidget(details_, 1);
     layout->addWidget(space_);
@@ -52,8 +55,14 @@ void StatusLine::setLoadingStage(LoadingStage stage) {
     takePanel();
 }
 
+void StatusLine::setSearch(const QString& text) {
+    search_ = text;
+    takePanel();
+}
+
 void StatusLine::takePanel() {
     const auto& tokens = theme_.tokens();
+    marks_->show(marksText());
     summary_->setRuns({{summary(), tokens.text2}});
     details_->setRuns({{details(), tokens.text2}});
     const auto free = panel_.error() ? std::nullopt : panel_.freeSpace();
@@ -72,9 +81,24 @@ QString StatusLine::summary() const {
     if (const auto& error = panel_.error())
         return error->kind == Case::noPermission ? QStringLiteral("Bez přístupu")
                                                  : QStringLiteral("Nedostupná");
-    if (panel_.items().empty())
+    if (!search_.isEmpty())
+        return QStringLiteral("Hledám: ") + shownName(search_.toStdString());
+    if (panel_.items().empty() || !marksText().isEmpty())
         return {};
     return itemCount(shownItemCount(panel_));
+}
+
+QString StatusLine::marksText() const {
+    const auto& totals = panel_.markTotals();
+    if (totals.count == 0 || panel_.error() || stage_ != LoadingStage::none || !search_.isEmpty())
+        return {};
+    auto text = QStringLiteral("Označeno %1 z %2 · %3")
+                    .arg(fromUtf8(Format::grouped(totals.count)),
+                         fromUtf8(Format::grouped(shownItemCount(panel_))),
+                         fromUtf8(Format::bytes(totals.bytes)));
+    if (totals.hasUnsizedFolders())
+        text += QStringLiteral(" + složky");
+    return text;
 }
 
 QString StatusLine::details() const {
@@ -86,8 +110,11 @@ QString StatusLine::details() const {
     QStringList parts;
     if (const auto* target = panel_.linkTarget(std::string(item.name)))
         parts << QStringLiteral("→ ") + shownName(target->path);
+    const auto folderSize = panel_.folderSizes().find(item.name);
     if (!item.isFolderLike())
         parts << fromUtf8(Format::grouped(item.size)) + QStringLiteral(" B");
+    else if (folderSize != panel_.folderSizes().end())
+        parts << fromUtf8(Format::grouped(folderSize->second)) + QStringLiteral(" B");
     if (const auto date = czechDate(item.modified, DateDetail::seconds); !date.isEmpty())
         parts << date;
     return parts.join(QStringLiteral(" · "));

@@ -8,6 +8,7 @@
 
 namespace fennik::ui {
 
+class MarksChip;
 class RunLabel;
 
 /// What loading looks like after a while.
@@ -22,6 +23,8 @@ public:
     StatusLine(app::PanelModel& panel, const Theme& theme, Icons& icons, QWidget* parent);
 
     void setLoadingStage(LoadingStage stage);
+    /// The letters that are being searched for; empty for none.
+    void setSearch(const QString& text);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -29,12 +32,15 @@ protected:
 private:
     void takePanel();
     QString summary() const;
+    QString marksText() const;
     QString details() const;
 
     app::PanelModel& panel_;
     const Theme& theme_;
     Icons& icons_;
     LoadingStage stage_ = LoadingStage::none;
+    QString search_;
+    MarksChip* marks_;
     RunLabel* summary_;
     RunLabel* details_;
     RunLabel* space_;

@@ -1,9 +1,14 @@
 #pragma once
 
 #include "app/model/PanelServices.h"
+#include "app/model/Settings.h"
 #include "core/listing/FileItems.h"
+#include "core/listing/FolderSizeCache.h"
 #include "tests/support/FaultyFileSystem.h"
 #include "tests/support/ManualExecutor.h"
+#include "tests/support/ManualFolderEvents.h"
+#include "tests/support/ManualTimers.h"
+#include "tests/support/MemorySettings.h"
 #include "tests/support/TempFolder.h"
 
 #include <gmock/gmock.h>
@@ -27,14 +32,20 @@ protected:
     app::PanelServices services() {
         return {.files = files,
                 .disk = disk,
+                .sizingDisk = sizingDisk,
                 .main = main,
-                .now = [] { return std::chrono::steady_clock::time_point(); },
+                .delayed = timers,
+                .events = events,
+                .volumes = [this] { return volumes; },
+                .now = [this] { return timers.now(); },
+                .today = [] { return Date{1'795'184'760, 0}; },
                 .log = [this](const std::string& line) { lines.push_back(line); }};
     }
     /// Until nothing is left to do.
     void settle() {
-        while (!disk.isIdle() || !main.isIdle()) {
+        while (!disk.isIdle() || !sizingDisk.isIdle() || !main.isIdle()) {
             disk.runAll();
+            sizingDisk.runAll();
             main.runAll();
         }
     }
@@ -42,7 +53,15 @@ protected:
     TempFolder temp;
     FaultyFileSystem files;
     ManualExecutor disk;
+    ManualExecutor sizingDisk;
     ManualExecutor main;
+    ManualTimers timers;
+    ManualFolderEvents events;
+    MemorySettings store;
+    /// On the network, where no sizes are computed unasked.
+    std::vector<Volume> volumes{{.mountPoint = "/", .type = "nfs", .isRemote = true}};
+    app::Settings settings{store};
+    FolderSizeCache sizeCache{600};
     std::vector<std::string> lines; ///< logged
 };
 

@@ -47,7 +47,7 @@ int runWindow(const Options& options) {
         session.start();
         code = QApplication::exec();
     }
-    if (session.shutDown() == BackgroundPool::ShutDown::threadsLeft)
+    if (session.shutDown() == ShutDown::threadsLeft)
         std::_Exit(code);
     return code;
 }

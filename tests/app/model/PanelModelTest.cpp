@@ -16,7 +16,6 @@ using app::PanelChanges;
 using app::PanelModel;
 using app::PanelSide;
 using FolderOpener::Failure;
-using FolderOpener::ShowHidden;
 using testing::ElementsAre;
 using Step = app::PanelHistory::Step;
 
@@ -43,7 +42,7 @@ protected:
     }
     std::string underCursor() const { return std::string(panel.items().view(panel.cursor()).name); }
 
-    PanelModel panel{PanelSide::left, services(), temp.url().path()};
+    PanelModel panel{PanelSide::left, services(), settings, sizeCache, temp.url().path()};
     std::vector<PanelChanges> seen;
 };
 
@@ -64,7 +63,8 @@ TEST_F(PanelModelTest, showsTheSortedFolderWithoutHiddenEntries) {
     EXPECT_TRUE(seen[1].testFlag(PanelChange::items));
 
     disk.runAll();
-    panel.setShowHidden(ShowHidden::yes);
+    settings.set(app::SettingKeys::showHidden, true);
+    panel.takeShowHidden();
     EXPECT_TRUE(disk.isIdle()) << "hidden entries are there without another reading";
     EXPECT_THAT(namesOf(panel.items()), ElementsAre("..", "a", "b", ".hidden", "c.txt", "d.txt"));
 }
@@ -88,7 +88,7 @@ TEST_F(PanelModelTest, aLateResultOfAnOlderLoadIsDropped) {
 
 TEST_F(PanelModelTest, nothingHappensToAPanelThatIsGone) {
     {
-        PanelModel other(PanelSide::right, services(), temp.url().path());
+        PanelModel other(PanelSide::right, services(), settings, sizeCache, temp.url().path());
         other.refresh();
         disk.runAll();
     }
@@ -98,7 +98,8 @@ TEST_F(PanelModelTest, nothingHappensToAPanelThatIsGone) {
 TEST_F(PanelModelTest, settingsThatChangeDuringALoadHoldForItsResult) {
     panel.refresh();
     panel.chooseSort(SortKey::name);
-    panel.setShowHidden(ShowHidden::yes);
+    settings.set(app::SettingKeys::showHidden, true);
+    panel.takeShowHidden();
     settle();
     EXPECT_THAT(namesOf(panel.items()), ElementsAre("..", "b", "a", "d.txt", "c.txt", ".hidden"));
 }
@@ -233,7 +234,7 @@ TEST_F(PanelModelTest, aLoadThatHangsCanBeLeft) {
     settle();
     EXPECT_EQ(panel.tab().path, temp.url().path()) << "what comes in late is not shown";
 
-    PanelModel fresh(PanelSide::right, services(), temp.url().path());
+    PanelModel fresh(PanelSide::right, services(), settings, sizeCache, temp.url().path());
     fresh.refresh();
     EXPECT_TRUE(fresh.escape());
     ASSERT_TRUE(fresh.error());
@@ -244,7 +245,7 @@ TEST_F(PanelModelTest, aLoadThatHangsCanBeLeft) {
 }
 
 TEST_F(PanelModelTest, aFileOpensItsFolderWithTheCursorOnIt) {
-    PanelModel other(PanelSide::right, services(), temp.path("d.txt"));
+    PanelModel other(PanelSide::right, services(), settings, sizeCache, temp.path("d.txt"));
     other.refresh();
     settle();
     EXPECT_EQ(other.tab().path, temp.url().path());
@@ -293,7 +294,7 @@ TEST_F(PanelModelTest, theRootHasNoWayUp) {
 }
 
 TEST_F(PanelModelTest, aHiddenItemThatWasAskedForIsShownAllTheSame) {
-    PanelModel other(PanelSide::right, services(), temp.path(".hidden"));
+    PanelModel other(PanelSide::right, services(), settings, sizeCache, temp.path(".hidden"));
     other.refresh();
     settle();
     EXPECT_THAT(namesOf(other.items()), ElementsAre("..", "a", "b", ".hidden", "c.txt", "d.txt"));
@@ -311,7 +312,8 @@ TEST_F(PanelModelTest, theWayUpNeverEndsAtAFolderThatCannotBeShown) {
     temp.folder("locked/a/b");
     chmod(temp.path("locked").c_str(), 0);
     EXPECT_TRUE(asOrdinaryUser([this] {
-        PanelModel other(PanelSide::right, services(), temp.path("locked/a/b"));
+        PanelModel other(PanelSide::right, services(), settings, sizeCache,
+                         temp.path("locked/a/b"));
         other.refresh();
         settle();
         const bool isDenied = other.error() == Failure::noPermission(other.folder());

@@ -1,9 +1,10 @@
+#include "app/model/ports/KeyboardLayout.h"
 #include "app/ui/MainWindow.h"
 #include "app/ui/PanelMessage.h"
 #include "app/ui/PanelTable.h"
 #include "app/ui/PanelView.h"
 #include "app/ui/RunLabel.h"
-#include "tests/support/PanelFixture.h"
+#include "tests/support/AppFixture.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -20,7 +21,13 @@ namespace {
 
 using app::PanelSide;
 
-class WindowTest : public PanelFixture {
+/// No keyboard is known here, so that a key types what the toolkit says.
+class UnknownLayout final : public app::KeyboardLayout {
+public:
+    std::optional<std::string> character(const app::PressedKey&) override { return std::nullopt; }
+};
+
+class WindowTest : public AppFixture {
 protected:
     WindowTest() {
         temp.folder("left/Faktury");
@@ -32,7 +39,7 @@ protected:
 
     void start() {
         window.show();
-        app.start();
+        app.start(temp.path("left"), temp.path("right"));
         settle();
         QApplication::processEvents();
     }
@@ -55,8 +62,11 @@ protected:
 
     ui::Theme theme{ui::Appearance::light};
     ui::Icons icons{theme};
-    app::AppModel app{services(), FileUrl("/home/jana"), temp.path("left"), temp.path("right")};
-    ui::MainWindow window{app, theme, icons};
+    app::AppModel app{appServices(), FileUrl("/home/jana")};
+    app::ShortcutStore shortcuts{app::KActions::defaultMapOffTheMac(), [] { return std::nullopt; },
+                                 [](const std::string&) {}};
+    UnknownLayout layout;
+    ui::MainWindow window{{app, shortcuts, theme, icons}, layout};
 };
 
 } // namespace
@@ -179,7 +189,7 @@ TEST_F(WindowTest, anErrorStandsInPlaceOfTheRowsAndKeysStillWork) {
 
 TEST_F(WindowTest, loadingIsShownOnlyWhenItTakesAWhile) {
     window.show();
-    app.start();
+    app.start(temp.path("left"), temp.path("right"));
     auto* view = &window.view(PanelSide::left);
     auto* stripe = view->findChild<QWidget*>("loadingStripe");
     auto* skeleton = view->findChild<QWidget*>("loadingSkeleton");

@@ -1,0 +1,154 @@
+#include "app/model/FolderSizing.h"
+
+#include "core/listing/FolderSizer.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+
+namespace fennik::app {
+
+namespace {
+
+/// How often a run tells what it has found.
+constexpr auto tellEvery = std::chrono::milliseconds(100);
+
+} // namespace
+
+/// What a run tells on its way.
+struct FolderSizing::Progress {
+    /// Names with their sizes; without one, the folder could not be read.
+    std::vector<std::pair<std::string, std::optional<std::int64_t>>> done = {};
+    std::string current = {}; ///< the folder that is taking long; empty for none
+    bool isEnd = false;
+};
+
+/// One run, on one worker.
+class FolderSizing::Run {
+public:
+    using Tell = std::move_only_function<void(Progress)>;
+
+    Run(PanelServices services, FolderSizeCache& cache, std::shared_ptr<CancelFlag> flag,
+        Purpose purpose, Tell tell)
+        : services_(std::move(services)),
+          cache_(cache),
+          flag_(std::move(flag)),
+          purpose_(purpose),
+          tell_(std::move(tell)),
+          told_(services_.now()) {}
+
+    void work(const Extent& extent, const std::vector<Job>& jobs) {
+        for (const auto& job : jobs) {
+            auto bytes = sizeOf(extent, job);
+            if (flag_->isSet())
+                return;
+            progress_.done.emplace_back(job.name, bytes);
+            progress_.current.clear();
+        }
+        progress_.isEnd = true;
+        tell_(std::move(progress_));
+    }
+
+private:
+    std::optional<std::int64_t> sizeOf(const Extent& extent, const Job& job) {
+        const auto path = extent.folder.appending(job.name).path();
+        if (job.takeKnown) {
+            if (const auto known = cache_.lookup(path, services_.today()))
+                return known->bytes;
+        }
+        const auto isCancelled = [this, &job] {
+            tellInTime(job.name);
+            return flag_->isSet();
+        };
+        const auto result = FolderSizer::size(
+            services_.files, extent.realFolder.appending(job.name), isCancelled, extent.skipped);
+        if (!result)
+            return std::nullopt;
+        cache_.store(path, result->bytes, result->files, services_.today());
+        return result->bytes;
+    }
+
+    void tellInTime(const std::string& name) {
+        const auto now = services_.now();
+        if (now - told_ < tellEvery)
+            return;
+        told_ = now;
+        const bool isNews = purpose_ == Purpose::automatic && announced_ != name;
+        if (!isNews && progress_.done.empty())
+            return;
+        announced_ = name;
+        progress_.current = name;
+        tell_(std::exchange(progress_, {}));
+    }
+
+    PanelServices services_;
+    FolderSizeCache& cache_;
+    std::shared_ptr<CancelFlag> flag_;
+    Purpose purpose_;
+    Tell tell_;
+    std::chrono::steady_clock::time_point told_;
+    std::string announced_;
+    Progress progress_;
+};
+
+FolderSizing::FolderSizing(PanelServices services, FolderSizeCache& cache,
+                           std::function<void()> changed)
+    : services_(std::move(services)), cache_(cache), changed_(std::move(changed)) {}
+
+void FolderSizing::start(Extent extent, std::vector<Job> jobs, Purpose purpose) {
+    if (jobs.empty())
+        return;
+    if (purpose == Purpose::asked) {
+        for (const auto& job : jobs)
+            sizing_.insert(job.name);
+    }
+    ++runs_;
+    // The flag also tells when this object is gone.
+    auto tell = [this, &main = services_.main, flag = flag_](Progress progress) {
+        main.execute([this, flag, progress = std::move(progress)]() mutable {
+            if (!flag->isSet())
+                take(std::move(progress));
+        });
+    };
+    auto run = std::make_unique<Run>(services_, cache_, flag_, purpose, std::move(tell));
+    auto path = extent.folder.path();
+    services_.sizingDisk.execute(std::move(path),
+                                 [extent = std::move(extent), jobs = std::move(jobs),
+                                  run = std::move(run)] { run->work(extent, jobs); });
+    changed_();
+}
+
+void FolderSizing::take(Progress progress) {
+    for (auto& [name, bytes] : progress.done) {
+        sizing_.erase(name);
+        if (bytes)
+            sizes_.insert_or_assign(std::move(name), *bytes);
+    }
+    if (!progress.current.empty())
+        sizing_.insert(std::move(progress.current));
+    if (progress.isEnd && --runs_ == 0)
+        sizing_.clear();
+    changed_();
+}
+
+bool FolderSizing::stop() {
+    if (runs_ == 0)
+        return false;
+    flag_->set();
+    flag_ = std::make_shared<CancelFlag>();
+    runs_ = 0;
+    sizing_.clear();
+    return true;
+}
+
+void FolderSizing::begin(FolderSizes known) {
+    stop();
+    sizes_ = std::move(known);
+}
+
+void FolderSizing::learn(const FolderSizes& known) {
+    for (const auto& [name, bytes] : known)
+        sizes_.try_emplace(name, bytes);
+}
+
+} // namespace fennik::app

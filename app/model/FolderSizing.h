@@ -1,0 +1,77 @@
+#pragma once
+
+#include "app/model/CancelFlag.h"
+#include "app/model/PanelServices.h"
+#include "core/listing/FileItems.h"
+#include "core/listing/FileSorter.h"
+#include "core/listing/FolderSizeCache.h"
+#include "core/listing/NameSet.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace fennik::app {
+
+/// The sizes of the folders that one panel lists, and the runs that compute them on workers. Lives
+/// on the main thread.
+class FolderSizing {
+public:
+    enum class Purpose {
+        asked,     ///< by the user: every folder shows at once that it is being computed
+        automatic, ///< in the background: only the folder that takes long shows it
+    };
+    /// A folder to be computed.
+    struct Job {
+        std::string name;
+        bool takeKnown = true; ///< whether a size that was computed before will do
+    };
+
+    /// `cache` outlives this object. `changed` is called when sizes have become known, or runs have
+    /// begun or ended.
+    FolderSizing(PanelServices services, FolderSizeCache& cache, std::function<void()> changed);
+    ~FolderSizing() { flag_->set(); }
+    FolderSizing(const FolderSizing&) = delete;
+    FolderSizing& operator=(const FolderSizing&) = delete;
+
+    const FolderSizes& sizes() const { return sizes_; }
+    /// The names whose sizes are being computed.
+    const NameSet& sizing() const { return sizing_; }
+    bool isRunning() const { return runs_ > 0; }
+
+    /// Where a run goes.
+    struct Extent {
+        FileUrl folder;                               ///< the folders to be computed lie in it
+        FileUrl realFolder;                           ///< the same without links on the way
+        std::unordered_set<std::string> skipped = {}; ///< folders that are not entered
+    };
+
+    /// Computes the sizes of folders, beside what runs already.
+    void start(Extent extent, std::vector<Job> jobs, Purpose purpose);
+    /// Stops all runs; what they computed so far stays. False when none was running.
+    bool stop();
+    /// Another folder is listed now, of whose folders `known` is known.
+    void begin(FolderSizes known);
+    /// Adds what has become known elsewhere.
+    void learn(const FolderSizes& known);
+    void swapSizes(FolderSizing& other) noexcept { sizes_.swap(other.sizes_); }
+
+private:
+    struct Progress;
+    class Run;
+    void take(Progress progress);
+
+    PanelServices services_;
+    FolderSizeCache& cache_;
+    std::function<void()> changed_;
+    FolderSizes sizes_;
+    NameSet sizing_;
+    int runs_ = 0;
+    /// Shared with the runs that go on; a new one when they are stopped.
+    std::shared_ptr<CancelFlag> flag_ = std::make_shared<CancelFlag>();
+};
+
+} // namespace fennik::app

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "core/base/Uuid.h"
+
+#include <optional>
+#include <string>
+
+namespace fennik::app {
+
+/// A message that goes away by itself.
+struct Toast {
+    enum class Kind { ok, error, info };
+    /// What a button on the toast offers.
+    enum class Action { fullDiskAccess };
+
+    Uuid id = Uuid::random(); ///< a toast in the place of another with the same text is a new one
+    std::string text = {};
+    Kind kind = Kind::info;
+    bool undoable = false; ///< offers to undo
+    std::optional<Action> action = {};
+};
+
+} // namespace fennik::app

@@ -1,0 +1,58 @@
+#include "app/ui/KeyMonitor.h"
+
+#include "app/commands/FennikCommands.h"
+#include "app/ui/KeyPress.h"
+#include "app/ui/PanelTable.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+
+namespace fennik::ui {
+
+KeyMonitor::KeyMonitor(const UiContext& context, app::KeyboardLayout& layout, QWidget& window)
+    : QObject(&window),
+      context_(context),
+      layout_(layout),
+      window_(window),
+      dispatcher_(context.app, context.shortcuts) {
+    qApp->installEventFilter(this);
+}
+
+bool KeyMonitor::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    auto* focus = qobject_cast<QWidget*>(watched);
+    const bool isOurs = focus != nullptr && focus == QApplication::focusWidget() &&
+                        focus->window() == &window_ && QApplication::activePopupWidget() == nullptr;
+    return isOurs && pressed(*focus, *static_cast<QKeyEvent*>(event));
+}
+
+bool KeyMonitor::pressed(QWidget& focus, const QKeyEvent& event) {
+    const auto isOwned = [this](const KeyCombo& combo) {
+        return context_.shortcuts.actionFor(combo).has_value();
+    };
+    const auto combo = KeyPress::combo(event, layout_, isOwned);
+    if (!combo)
+        return false;
+    if (auto* table = qobject_cast<PanelTable*>(&focus)) {
+        if (dispatcher_.handle(*combo, table->side())) {
+            emit handled(table);
+            return true;
+        }
+    } else if (!context_.app.dialog() && isKeyOfMenu(*combo)) {
+        context_.app.perform(*context_.shortcuts.actionFor(*combo));
+        return true;
+    }
+    if (*combo != KeyCombo::parse("f10") || context_.app.dialog())
+        return false;
+    emit menuBarWanted();
+    return true;
+}
+
+bool KeyMonitor::isKeyOfMenu(const KeyCombo& combo) const {
+    const auto action = context_.shortcuts.actionFor(combo);
+    return action &&
+           app::FennikCommands::menuEquivalent(*action, context_.shortcuts.map()) == combo;
+}
+
+} // namespace fennik::ui

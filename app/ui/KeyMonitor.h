@@ -1,0 +1,45 @@
+#pragma once
+
+#include "app/commands/KeyDispatcher.h"
+#include "app/model/ports/KeyboardLayout.h"
+#include "app/ui/UiContext.h"
+
+#include <QObject>
+
+#include <optional>
+
+class QKeyEvent;
+
+namespace fennik::ui {
+
+class PanelTable;
+
+/// Sees the keys before the widgets do. Those that are pressed in the table of a panel go to the
+/// dispatcher; in other fields, the keys of the menus work, and the rest is left to the field.
+class KeyMonitor final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Listens from now on. Both outlive it.
+    KeyMonitor(const UiContext& context, app::KeyboardLayout& layout, QWidget& window);
+
+signals:
+    /// A key has done its work in this table.
+    void handled(PanelTable* table);
+    /// The key that opens menus was pressed.
+    void menuBarWanted();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool pressed(QWidget& focus, const QKeyEvent& event);
+    bool isKeyOfMenu(const KeyCombo& combo) const;
+
+    UiContext context_;
+    app::KeyboardLayout& layout_;
+    QWidget& window_;
+    app::KeyDispatcher dispatcher_;
+};
+
+} // namespace fennik::ui

@@ -1,0 +1,76 @@
+#include "app/ui/MenuBar.h"
+
+#include "app/commands/FennikCommands.h"
+#include "app/commands/KeyLegend.h"
+#include "app/ui/PlatformWords.h"
+#include "app/ui/Text.h"
+
+#include <QMenu>
+#include <QProxyStyle>
+
+namespace fennik::ui {
+
+namespace {
+
+/// Alt is held to see what it does with the function keys; letting go of it must not take the
+/// keyboard away from the panel.
+class MenuStyle final : public QProxyStyle {
+public:
+    using QProxyStyle::QProxyStyle;
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* result) const override {
+        return hint == SH_MenuBar_AltKeyNavigation
+                   ? 0
+                   : QProxyStyle::styleHint(hint, option, widget, result);
+    }
+};
+
+} // namespace
+
+MenuBar::MenuBar(const UiContext& context, QWidget* parent) : QMenuBar(parent), context_(context) {
+    setObjectName(QStringLiteral("menuBar"));
+    auto* style = new MenuStyle(QStringLiteral("Fusion"));
+    style->setParent(this);
+    setStyle(style);
+    setNativeMenuBar(false);
+    build();
+    takeTheme();
+    connect(&context_.shortcuts, &app::ShortcutStore::changed, this, &MenuBar::build);
+    connect(&context_.theme, &Theme::changed, this, &MenuBar::takeTheme);
+    connect(&context_.app, &app::AppModel::changed, this,
+            [this] { setEnabled(!context_.app.dialog()); });
+}
+
+void MenuBar::takeTheme() {
+    setStyleSheet(context_.theme.styleSheet());
+}
+
+void MenuBar::open() {
+    const auto first = actions();
+    if (!first.isEmpty())
+        setActiveAction(first.front());
+}
+
+void MenuBar::build() {
+    clear();
+    const auto& map = context_.shortcuts.map();
+    for (const auto& [title, sections] : app::FennikCommands::menuBar()) {
+        auto* menu = addMenu(fromUtf8(title));
+        connect(menu, &QMenu::aboutToShow, this, [this] { emit menuOpened(true); });
+        connect(menu, &QMenu::aboutToHide, this, [this] { emit menuOpened(false); });
+        for (const auto& section : sections) {
+            if (!menu->isEmpty())
+                menu->addSeparator();
+            for (const auto action : section) {
+                auto text = menuText(PlatformWords::title(action));
+                // The toolkit shows what stands behind a tab where a shortcut belongs.
+                if (const auto combo = app::FennikCommands::menuEquivalent(action, map))
+                    text += QLatin1Char('\t') + fromUtf8(app::KeyLegend::legend(*combo, map));
+                menu->addAction(text, this, [this, action] { context_.app.perform(action); });
+            }
+        }
+    }
+}
+
+} // namespace fennik::ui

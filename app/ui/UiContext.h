@@ -1,0 +1,21 @@
+#pragma once
+
+#include "app/commands/ShortcutStore.h"
+#include "app/model/AppModel.h"
+#include "app/ui/Icons.h"
+#include "app/ui/KeyCaps.h"
+#include "app/ui/Theme.h"
+
+namespace fennik::ui {
+
+/// What all parts of the window draw from. All of it outlives the window.
+struct UiContext {
+    app::AppModel& app;
+    app::ShortcutStore& shortcuts;
+    const Theme& theme;
+    Icons& icons;
+
+    KeyCaps keys() const { return KeyCaps(shortcuts); }
+};
+
+} // namespace fennik::ui
