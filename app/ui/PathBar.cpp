@@ -138,6 +138,7 @@ void PathBar::takePlaces() {
 void PathBar::openField() {
     pathField_->setGeometry(field());
     pathField_->show();
+    pathField_->raise();
     pathField_->open(panel_.tab().path);
 }
 

@@ -12,6 +12,8 @@ namespace fennik::ui {
 
 namespace {
 
+constexpr double footMargin = 14;
+
 constexpr int shadowDrop = 8;
 constexpr int shadowBlur = 28;
 
@@ -119,6 +121,14 @@ void PopupCard::followWithShadow() {
     shadow_->setVisible(isVisible());
 }
 
+QFont PopupCard::footFont() const {
+    return theme_.font(FontRole::small, QFont::Medium);
+}
+
+int PopupCard::footWidth() const {
+    return QFontMetrics(footFont()).horizontalAdvance(foot_) + theme_.px(2 * footMargin);
+}
+
 void PopupCard::paintEvent(QPaintEvent*) {
     const auto& tokens = theme_.tokens();
     QPainter painter(this);
@@ -126,10 +136,10 @@ void PopupCard::paintEvent(QPaintEvent*) {
     painter.setPen(tokens.line);
     painter.setBrush(tokens.raised);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 9, 9);
-    painter.setFont(theme_.font(FontRole::small, QFont::Medium));
+    painter.setFont(footFont());
     painter.setPen(tokens.text2);
     const auto foot =
-        QRect(0, height() - footHeight(), width(), footHeight()).adjusted(theme_.px(14), 0, -1, 0);
+        QRect(0, height() - footHeight(), width(), footHeight()).adjusted(theme_.px(footMargin), 0, -1, 0);
     painter.drawText(foot, Qt::AlignLeft | Qt::AlignVCenter, foot_);
 }
 

@@ -24,9 +24,12 @@ protected:
     const Theme& theme() const { return theme_; }
     /// The room that the hints take at the bottom.
     int footHeight() const { return theme_.px(33); }
+    /// With which the hints are not cut off.
+    int footWidth() const;
 
 private:
     void followWithShadow();
+    QFont footFont() const;
 
     const Theme& theme_;
     QString foot_;

@@ -84,8 +84,11 @@ void SuggestionList::showBelow(const QRect& field) {
     const int room = (parentWidget()->height() - top - theme().px(8) - frame) / row;
     const int shown = std::min({mostShown, list_->count(), std::max(1, room)});
     const int left = std::max(0, field.left() - theme().px(14));
-    setGeometry(left, top, field.right() - theme().px(6) - left, frame + shown * row);
-    list_->setGeometry(1, edge, width() - 2, shown * row);
+    // In a narrow panel it goes on over the other one rather than cut off its last line.
+    const int wanted = std::max(field.right() - theme().px(6) - left, footWidth());
+    const int width = std::min(wanted, parentWidget()->width() - left - theme().px(8));
+    setGeometry(left, top, width, frame + shown * row);
+    list_->setGeometry(1, edge, width - 2, shown * row);
     show();
 }
 
