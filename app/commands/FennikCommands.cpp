@@ -42,6 +42,16 @@ std::vector<Menu> menuBar() {
     };
 }
 
+std::vector<MenuSection> contextMenu() {
+    using enum KAction;
+    return {
+        {open, edit, info},
+        {copy, move, rename, trash},
+        {pack, unpack},
+        {copyPath, revealInFinder, terminal},
+    };
+}
+
 std::optional<KeyCombo> menuEquivalent(KAction action, const ShortcutMap& map) {
     for (const auto& combo : map.combos(KActions::identifier(action)))
         if (KeyEquivalent::of(combo))

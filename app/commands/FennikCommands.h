@@ -21,6 +21,9 @@ struct Menu {
 /// The menus from left to right. Each item has the title of its action.
 std::vector<Menu> menuBar();
 
+/// The menu of a panel's item.
+std::vector<MenuSection> contextMenu();
+
 /// The combination that an action's item shows and obeys: the first one under `map` that makes a
 /// `KeyEquivalent`.
 std::optional<KeyCombo> menuEquivalent(KAction action, const ShortcutMap& map);

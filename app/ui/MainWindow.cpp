@@ -142,8 +142,9 @@ void MainWindow::addPanel(app::PanelSide side) {
     });
     connect(&panel->pathBar(), &PathBar::fieldClosed, this, &MainWindow::focusPanel);
     connect(&app_.panel(side), &app::PanelModel::changed, this, [this](app::PanelChanges changes) {
-        if (changes.testFlag(app::PanelChange::tabs))
-            takeTabs();
+        if (!changes.testFlag(app::PanelChange::tabs))
+            return;
+        takeTabs();
         setTitle();
     });
 }
@@ -224,8 +225,8 @@ void MainWindow::openMaskDialog(Marking marking) {
     connect(card, &MaskDialog::maskConfirmed, this,
             [this, marking](const QString& mask) { app_.applyMask(marking, mask.toStdString()); });
     connect(card, &MaskDialog::cancelled, &app_, &app::AppModel::closeDialog);
-    dialogs_->open(card);
     tellMatches(card->mask());
+    dialogs_->open(card);
 }
 
 void MainWindow::placeOverlays() {

@@ -3,6 +3,7 @@
 #include "app/ui/TabularText.h"
 #include "app/ui/Tick.h"
 
+#include <QAccessible>
 #include <QPainter>
 
 #include <cmath>
@@ -23,10 +24,15 @@ MarksChip::MarksChip(const Theme& theme, QWidget* parent) : QLabel(parent), them
     hide();
 }
 
-void MarksChip::show(const QString& text) {
+void MarksChip::show(const QString& text, const QString& announcement) {
+    if (text == this->text())
+        return;
     setText(text);
     setVisible(!text.isEmpty());
     updateGeometry();
+    setAccessibleName(announcement);
+    QAccessibleEvent event(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
 }
 
 QSize MarksChip::sizeHint() const {

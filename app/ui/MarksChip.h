@@ -13,7 +13,8 @@ class MarksChip final : public QLabel {
 public:
     MarksChip(const Theme& theme, QWidget* parent);
 
-    void show(const QString& text);
+    /// `announcement` is what screen readers say when the text is another one.
+    void show(const QString& text, const QString& announcement);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -1,8 +1,7 @@
 #include "app/ui/MenuBar.h"
 
 #include "app/commands/FennikCommands.h"
-#include "app/commands/KeyLegend.h"
-#include "app/ui/PlatformWords.h"
+#include "app/ui/ActionMenu.h"
 #include "app/ui/Text.h"
 
 #include <QMenu>
@@ -54,22 +53,11 @@ void MenuBar::open() {
 
 void MenuBar::build() {
     clear();
-    const auto& map = context_.shortcuts.map();
     for (const auto& [title, sections] : app::FennikCommands::menuBar()) {
         auto* menu = addMenu(fromUtf8(title));
         connect(menu, &QMenu::aboutToShow, this, [this] { emit menuOpened(true); });
         connect(menu, &QMenu::aboutToHide, this, [this] { emit menuOpened(false); });
-        for (const auto& section : sections) {
-            if (!menu->isEmpty())
-                menu->addSeparator();
-            for (const auto action : section) {
-                auto text = menuText(PlatformWords::title(action));
-                // The toolkit shows what stands behind a tab where a shortcut belongs.
-                if (const auto combo = app::FennikCommands::menuEquivalent(action, map))
-                    text += QLatin1Char('\t') + fromUtf8(app::KeyLegend::legend(*combo, map));
-                menu->addAction(text, this, [this, action] { context_.app.perform(action); });
-            }
-        }
+        fillMenu(*menu, context_, sections);
     }
 }
 

@@ -6,8 +6,7 @@
 
 namespace fennik::ui {
 
-/// The menus of the window. Their items show the keys but do not listen to them: `KeyMonitor` does,
-/// so that a key means the same wherever it is pressed.
+/// The menus of the window.
 class MenuBar final : public QMenuBar {
     Q_OBJECT
 

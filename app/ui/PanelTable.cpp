@@ -3,6 +3,7 @@
 #include "app/ui/PanelHeader.h"
 #include "app/ui/RowDelegate.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -287,6 +288,16 @@ void PanelTable::mousePressEvent(QMouseEvent* event) {
     if (event->modifiers().testFlag(Qt::ControlModifier))
         panel_.toggleMark(static_cast<std::size_t>(row));
     panel_.setCursor(row);
+}
+
+void PanelTable::contextMenuEvent(QContextMenuEvent* event) {
+    auto corner = event->globalPos();
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        corner = viewport()->mapToGlobal(cursorRect().bottomLeft() + QPoint(geometry_.nameLeft(), 0));
+    else if (const int row = rowAt(event->pos().y()); row >= 0)
+        panel_.setCursor(row);
+    setFocus();
+    emit menuRequested(corner);
 }
 
 void PanelTable::mouseMoveEvent(QMouseEvent* event) {

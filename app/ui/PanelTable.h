@@ -49,6 +49,8 @@ signals:
     /// What was typed has another meaning now: letters to search for, or none any more.
     void searchChanged(const QString& text);
     void menuOpened(bool isOpen);
+    /// The menu of the item under the cursor is asked for, at this point of the screen.
+    void menuRequested(const QPoint& corner);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -59,6 +61,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     bool focusNextPrevChild(bool) override { return false; }
 

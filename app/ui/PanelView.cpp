@@ -1,5 +1,6 @@
 #include "app/ui/PanelView.h"
 
+#include "app/ui/ActionMenu.h"
 #include "app/ui/LoadingView.h"
 #include "app/ui/PanelHeader.h"
 #include "app/ui/PanelMessage.h"
@@ -8,6 +9,7 @@
 #include "app/ui/TabStrip.h"
 #include "app/ui/Text.h"
 
+#include <QMenu>
 #include <QPainter>
 #include <QPainterPath>
 #include <QTimer>
@@ -47,6 +49,7 @@ LoadingStage next(LoadingStage stage) {
 
 PanelView::PanelView(const UiContext& context, app::PanelSide side, QWidget* parent)
     : QWidget(parent),
+      context_(context),
       panel_(context.app.panel(side)),
       theme_(context.theme),
       tabStrip_(new TabStrip(context.theme, context.icons, this)),
@@ -77,6 +80,7 @@ PanelView::PanelView(const UiContext& context, app::PanelSide side, QWidget* par
     });
     connect(message_, &PanelMessage::answered, table_, qOverload<>(&QWidget::setFocus));
     connect(table_, &PanelTable::menuOpened, this, &PanelView::menuOpened);
+    connect(table_, &PanelTable::menuRequested, this, &PanelView::showMenu);
     connect(table_, &PanelTable::searchChanged, statusLine_, &StatusLine::setSearch);
     connect(pathBar_, &PathBar::menuOpened, this, &PanelView::menuOpened);
     connect(tabStrip_, &TabStrip::selected, this,
@@ -90,6 +94,15 @@ PanelView::PanelView(const UiContext& context, app::PanelSide side, QWidget* par
     tabStrip_->hide();
     takeTabs();
     nameTable();
+}
+
+void PanelView::showMenu(const QPoint& corner) {
+    QMenu menu(this);
+    menu.setStyleSheet(theme_.styleSheet());
+    fillMenu(menu, context_, app::FennikCommands::contextMenu());
+    emit menuOpened(true);
+    menu.exec(corner);
+    emit menuOpened(false);
 }
 
 void PanelView::setTabsShown(bool areShown) {

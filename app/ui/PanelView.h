@@ -45,11 +45,13 @@ protected:
 private:
     void takePanel(app::PanelChanges changes);
     void takeTabs();
+    void showMenu(const QPoint& corner);
     void setLoadingStage(LoadingStage stage);
     void placeOverlays();
     void nameTable();
     QColor rowGround() const;
 
+    UiContext context_;
     app::PanelModel& panel_;
     const Theme& theme_;
     FocusLook look_ = FocusLook::idle;

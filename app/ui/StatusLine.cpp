@@ -62,7 +62,10 @@ void StatusLine::setSearch(const QString& text) {
 
 void StatusLine::takePanel() {
     const auto& tokens = theme_.tokens();
-    marks_->show(marksText());
+    const auto& totals = panel_.markTotals();
+    marks_->show(marksText(), QStringLiteral("Označeno, %1 z %2")
+                                  .arg(fromUtf8(Format::grouped(totals.count)),
+                                       fromUtf8(Format::grouped(shownItemCount(panel_)))));
     summary_->setRuns({{summary(), tokens.text2}});
     details_->setRuns({{details(), tokens.text2}});
     const auto free = panel_.error() ? std::nullopt : panel_.freeSpace();
