@@ -51,6 +51,9 @@ public:
 
 private:
     std::optional<std::int64_t> sizeOf(const Extent& extent, const Job& job) {
+        const auto realUrl = extent.realFolder.appending(job.name);
+        if (extent.skipped.contains(realUrl.path()))
+            return std::nullopt;
         const auto path = extent.folder.appending(job.name).path();
         if (job.takeKnown) {
             if (const auto known = cache_.lookup(path, services_.today()))
@@ -60,8 +63,8 @@ private:
             tellInTime(job.name);
             return flag_->isSet();
         };
-        const auto result = FolderSizer::size(
-            services_.files, extent.realFolder.appending(job.name), isCancelled, extent.skipped);
+        const auto result =
+            FolderSizer::size(services_.files, realUrl, isCancelled, extent.skipped);
         if (!result)
             return std::nullopt;
         cache_.store(path, result->bytes, result->files, services_.today());

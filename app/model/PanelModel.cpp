@@ -262,11 +262,9 @@ void PanelModel::load(Request request) {
             return;
         loadEnded_ = services_.now();
         loaded.took = loadEnded_ - started;
-        auto automaticSizes = std::move(loaded.automaticSizes);
         const auto changedNames = std::move(loaded.changedNames);
         emit changed(finish(request, std::move(loaded)));
-        if (automaticSizes && !error())
-            computeAutomatically(std::move(*automaticSizes), changedNames);
+        computeAutomatically(changedNames);
         if (changedWhileLoading_)
             folderChanged();
     };
@@ -320,6 +318,7 @@ PanelChanges PanelModel::showFailure(const Request& request, Failure failure) {
 }
 
 void PanelModel::clearRows() {
+    automaticSizes_.reset();
     shown_.rawItems = {};
     shown_.freeSpace.reset();
     sizing_.begin({});
@@ -351,6 +350,7 @@ PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
     shown_.rawItems = std::move(listing.items);
     shown_.revealed = loaded.view.revealed;
     watcher_ = std::move(loaded.watcher);
+    automaticSizes_ = std::move(loaded.automaticSizes);
 
     const auto view = listingView();
     const bool isOrdered = view.sort.key != SortKey::size || loaded.knownSizes == folderSizes();
@@ -412,6 +412,7 @@ void PanelModel::chooseSort(SortKey key) {
 
 void PanelModel::takeShowHidden() {
     emit changed(rebuildFromRaw());
+    computeAutomatically({});
 }
 
 PanelChanges PanelModel::rebuildFromRaw() {
@@ -529,6 +530,7 @@ void PanelModel::swapWith(PanelModel& other) {
         panel.stopLoading();
         panel.reload_.cancel();
         panel.watcher_.reset();
+        panel.automaticSizes_.reset();
         panel.links_.forget();
         panel.sizing_.stop();
         return going;
@@ -661,19 +663,21 @@ bool PanelModel::sizeAllFolders() {
     return true;
 }
 
-void PanelModel::computeAutomatically(FolderSizing::Extent extent,
-                                      const std::vector<std::string>& changedNames) {
+void PanelModel::computeAutomatically(const std::vector<std::string>& changedNames) {
+    if (!automaticSizes_ || error())
+        return;
     const NameSet changed(changedNames.begin(), changedNames.end());
     std::vector<FolderSizing::Job> jobs;
-    for (std::size_t row = 0; row < rawItems().size(); ++row) {
-        const auto item = rawItems().view(row);
+    // From the top down, as they are seen.
+    for (std::size_t row = 0; row < items().size(); ++row) {
+        const auto item = items().view(row);
         if (!canBeSized(item) || sizing().contains(item.name))
             continue;
         const bool isChanged = changed.contains(item.name);
         if (isChanged || !folderSizes().contains(item.name))
             jobs.push_back({.name = std::string(item.name), .takeKnown = !isChanged});
     }
-    sizing_.start(std::move(extent), std::move(jobs), FolderSizing::Purpose::automatic);
+    sizing_.start(*automaticSizes_, std::move(jobs), FolderSizing::Purpose::automatic);
 }
 
 bool PanelModel::stopSizing() {

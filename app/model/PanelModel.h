@@ -226,8 +226,7 @@ private:
     PanelChanges rebuildFromRaw();
     PanelChanges takeMarks();
     void takeSizes();
-    void computeAutomatically(FolderSizing::Extent extent,
-                              const std::vector<std::string>& changedNames);
+    void computeAutomatically(const std::vector<std::string>& changedNames);
     void folderChanged();
     void leaveTab();
     void showTab(std::size_t index);
@@ -247,6 +246,8 @@ private:
     Request pendingRequest_; ///< the newest load, while `loading_`
     std::optional<FolderOpener::Failure> typedFailure_;
     std::shared_ptr<DirectoryWatcher> watcher_;
+    /// Where sizes may be computed unasked; none where they may not.
+    std::optional<FolderSizing::Extent> automaticSizes_;
     DelayedWork reload_;               ///< after a change of the folder
     bool changedWhileLoading_ = false; ///< the folder, and so the load may be old already
     std::chrono::steady_clock::time_point loadEnded_;

@@ -7,6 +7,9 @@
 namespace fennik {
 
 std::u32string folded(char32_t scalar) {
+    constexpr char32_t asciiEnd = 128;
+    if (scalar < asciiEnd)
+        return {scalar >= U'A' && scalar <= U'Z' ? scalar - U'A' + U'a' : scalar};
     icu::UnicodeString text(static_cast<UChar32>(scalar));
     text.foldCase(U_FOLD_CASE_DEFAULT);
     UErrorCode status = U_ZERO_ERROR;

@@ -1,8 +1,7 @@
 #include "core/listing/PathCompleter.h"
 
-#include "core/base/Folding.h"
+#include "core/base/FoldedText.h"
 #include "core/base/PathText.h"
-#include "core/base/Utf8.h"
 #include "core/base/WhiteSpace.h"
 #include "core/listing/DirectoryReader.h"
 #include "core/listing/PackageTypes.h"
@@ -14,42 +13,6 @@
 namespace fennik::PathCompleter {
 
 namespace {
-
-/// Appends the scalar at `position` of `text` without case and diacritics, and moves on.
-void appendFolded(std::string_view text, std::size_t& position, std::u32string& result) {
-    const auto scalar = Utf8::next(text, position);
-    if (scalar >= 128)
-        result += folded(scalar);
-    else
-        result += scalar >= U'A' && scalar <= U'Z' ? scalar - U'A' + U'a' : scalar;
-}
-
-/// The begin of a name, to be held against many names.
-class Prefix {
-public:
-    explicit Prefix(std::string_view text) {
-        for (std::size_t position = 0; position < text.size();)
-            appendFolded(text, position, folded_);
-    }
-
-    /// Folds no more of `name` than it takes to decide.
-    bool fits(std::string_view name) {
-        begin_.clear();
-        std::size_t position = 0;
-        while (begin_.size() < folded_.size() && position < name.size()) {
-            appendFolded(name, position, begin_);
-            const auto common = std::min(begin_.size(), folded_.size());
-            if (!std::u32string_view(folded_).starts_with(
-                    std::u32string_view(begin_).substr(0, common)))
-                return false;
-        }
-        return begin_.size() >= folded_.size();
-    }
-
-private:
-    std::u32string folded_;
-    std::u32string begin_; ///< of the name in hand; kept for its memory
-};
 
 /// Bytes that are in the order of the names: Czech, without regard to case, digits as numbers.
 std::string collationKey(std::string_view name) {
@@ -133,7 +96,7 @@ std::vector<std::string> suggestions(const FileSystem& files, std::string_view t
     const FileUrl folder(path.substr(0, nameBegin));
     const auto typed = std::string_view(path).substr(nameBegin);
     const bool withHidden = includeHidden == IncludeHidden::yes || typed.starts_with('.');
-    Prefix prefix(typed);
+    const auto prefix = foldedText(typed);
 
     std::vector<std::string> names;
     std::vector<std::string> links;
@@ -142,7 +105,7 @@ std::vector<std::string> suggestions(const FileSystem& files, std::string_view t
             entry.kind == FileKind::directory && !PackageTypes::isPackageName(entry.name);
         if (!isFolder && entry.kind != FileKind::symlink)
             return;
-        if ((!withHidden && entry.name.starts_with('.')) || !prefix.fits(entry.name))
+        if ((!withHidden && entry.name.starts_with('.')) || !lengthOfPrefix(entry.name, prefix))
             return;
         (isFolder ? names : links).emplace_back(entry.name);
     };
