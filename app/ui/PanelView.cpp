@@ -135,6 +135,7 @@ void PanelView::takePanel(app::PanelChanges changes) {
     const std::pair load{panel_.loadToken(), panel_.loading()};
     if (std::exchange(shownLoad_, load) != load)
         setLoadingStage(LoadingStage::none);
+    holdPicture();
     if (changes.testFlag(app::PanelChange::tabs))
         takeTabs();
     if (changes & (app::PanelChange::items | app::PanelChange::state)) {
@@ -144,8 +145,17 @@ void PanelView::takePanel(app::PanelChanges changes) {
     }
 }
 
+void PanelView::holdPicture() {
+    // Another tab's rows are there in a moment; a blank in between would only flicker.
+    const bool isBetweenTabs = panel_.loading() && panel_.items().empty() && !panel_.error() &&
+                               panel_.generation() > 0 && stage_ == LoadingStage::none;
+    for (QWidget* part : {static_cast<QWidget*>(table_), static_cast<QWidget*>(statusLine_)})
+        part->setUpdatesEnabled(!isBetweenTabs);
+}
+
 void PanelView::setLoadingStage(LoadingStage stage) {
     stage_ = stage;
+    holdPicture();
     stripe_->setVisible(stage != LoadingStage::none);
     const bool hasNothing = panel_.items().empty() && !panel_.error();
     skeleton_->setVisible(stage >= LoadingStage::rowless && hasNothing);

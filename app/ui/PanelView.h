@@ -45,6 +45,7 @@ protected:
 private:
     void takePanel(app::PanelChanges changes);
     void takeTabs();
+    void holdPicture();
     void showMenu(const QPoint& corner);
     void setLoadingStage(LoadingStage stage);
     void placeOverlays();

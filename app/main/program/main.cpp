@@ -2,6 +2,7 @@
 #include "app/main/Screenshot.h"
 #include "app/main/Session.h"
 #include "app/system/DisplayProbe.h"
+#include "app/system/TerminationSignals.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -44,6 +45,9 @@ int runWindow(const Options& options) {
     if (options.task == Options::Task::screenshot) {
         code = app::takeScreenshot(session, options.screenshotFile);
     } else {
+        const system::TerminationSignals termination;
+        QObject::connect(&termination, &system::TerminationSignals::received, qApp,
+                         &QApplication::quit);
         session.start();
         code = QApplication::exec();
     }
