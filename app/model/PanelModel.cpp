@@ -332,7 +332,10 @@ PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
     const auto& path = listing.directory.path();
     const bool sameFolder = path == current.path;
     shown_.history.record(current.id, request.step, current.path, path);
-    PanelChanges changes = PanelChange::state | PanelChange::tabs;
+    PanelChanges changes = PanelChange::state;
+    // A reading of the same folder is no news of the tabs: they are saved after each.
+    if (!sameFolder || request.step != Step::stay)
+        changes |= PanelChange::tabs;
     if (!sameFolder) {
         current.path = path;
         current.cursorName.reset();
