@@ -40,6 +40,13 @@ AppModel::AppModel(AppServices services, FileUrl home)
 void AppModel::restore() {
     savedState_ = settings_.get(SettingKeys::panels).bytes;
     const auto saved = SavedState::fromJson(savedState_);
+    // The tabs that are saved next take its place, and somebody may still want to look into it.
+    if (!savedState_.empty() && (!saved || saved->isEmpty())) {
+        settings_.set(SettingKeys::unreadablePanels, {savedState_});
+        services_.panels.log(
+            "Uložené záložky nejde přečíst, jejich text zůstává v nastavení pod „" +
+            std::string(SettingKeys::unreadablePanels.name) + "“.");
+    }
     if (!saved)
         return;
     const auto take = [](PanelModel& panel, const SavedPanel& from) {
@@ -148,13 +155,15 @@ void AppModel::applyMask(Marking marking, const std::string& text) {
     std::erase(masks, text);
     masks.insert(masks.begin(), text);
     masks.resize(std::min(masks.size(), mostMasks));
-    settings_.set(SettingKeys::maskHistory, masks);
+    settings_.set(SettingKeys::maskHistory, std::move(masks));
     closeDialog();
     activePanel().markByMask(mask, marking);
 }
 
 std::vector<std::string> AppModel::maskHistory() const {
-    return settings_.get(SettingKeys::maskHistory);
+    auto masks = settings_.get(SettingKeys::maskHistory);
+    masks.resize(std::min(masks.size(), mostMasks));
+    return masks;
 }
 
 void AppModel::showToast(std::string text, Toast::Kind kind) {

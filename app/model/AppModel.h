@@ -132,7 +132,6 @@ private:
     std::optional<Dialog> dialog_;
     std::optional<Toast> toast_;
     bool hasFullDiskAccess_ = true;
-    bool hasSavedTabs_ = false;
     std::optional<FocusRequest> focusPathRequest_;
     std::optional<FocusRequest> placesRequest_;
     int lastToken_ = 0;

@@ -22,6 +22,9 @@ struct SavedState {
     SavedPanel right = {};
     PanelSide activeSide = PanelSide::left;
 
+    /// Whether there is no tab on either side.
+    bool isEmpty() const { return left.tabs.empty() && right.tabs.empty(); }
+
     /// JSON in UTF-8. Paths and the names of cursors stand in their stored text (PathText.h).
     std::string toJson() const;
 

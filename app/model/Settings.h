@@ -22,7 +22,9 @@ struct SettingKey {
 /// Every setting there is. Names are part of the stored format.
 namespace SettingKeys {
 
-inline constexpr SettingKey<SettingData> panels{"panels.v1"};       ///< JSON of SavedState
+inline constexpr SettingKey<SettingData> panels{"panels.v1"}; ///< JSON of SavedState
+/// What stood under `panels` when no tab could be read from it, the last time that happened.
+inline constexpr SettingKey<SettingData> unreadablePanels{"panels.v1.unreadable"};
 inline constexpr SettingKey<SettingData> shortcuts{"shortcuts.v1"}; ///< JSON of the user's keys
 inline constexpr SettingKey<std::string> leftPath{"leftPath"};      ///< only ever read
 inline constexpr SettingKey<std::string> rightPath{"rightPath"};    ///< only ever read
