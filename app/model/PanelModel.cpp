@@ -439,14 +439,21 @@ void PanelModel::dropTabs(const std::function<bool(const PanelTab&)>& isGone,
     std::vector<PanelTab> kept;
     std::size_t active = 0;
     for (std::size_t i = 0; i < tabs().size(); ++i) {
-        if (i == activeTab())
+        const auto& tab = tabs()[i];
+        const bool isActive = i == activeTab();
+        if (isActive)
             active = kept.size();
-        if (!isGone(tabs()[i]))
-            kept.push_back(tabs()[i]);
+        if ((isActive && hasBegun()) || !isGone(tab)) {
+            kept.push_back(tab);
+        } else {
+            shown_.tabMarks.erase(tab.id);
+            shown_.history.forget(tab.id);
+        }
     }
     if (kept.size() == tabs().size())
         return;
-    replaceTabs(kept.empty() ? PanelTabs(fallback) : PanelTabs(std::move(kept), active));
+    shown_.tabs = kept.empty() ? PanelTabs(fallback) : PanelTabs(std::move(kept), active);
+    emit changed(PanelChange::tabs);
 }
 
 void PanelModel::leaveTab() {

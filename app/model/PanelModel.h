@@ -18,6 +18,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -133,9 +134,12 @@ public:
     /// The setting for hidden files is another one now.
     void takeShowHidden();
 
-    /// Takes `tabs`, at least one, in place of all there were, and lists the active one.
+    /// Whether a folder was ever to be listed.
+    bool hasBegun() const { return loadToken_ > 0; }
+    /// Takes `tabs`, at least one, in place of all there were. Only before anything was listed.
     void replaceTabs(PanelTabs tabs);
-    /// Takes out those of `tabs` that `isGone`; when all are, a tab at `fallback` stands in.
+    /// Takes out those tabs that `isGone`, but not an active one that was to be listed; when none
+    /// is left, a tab at `fallback` stands in.
     void dropTabs(const std::function<bool(const PanelTab&)>& isGone, const std::string& fallback);
     /// A copy of the active tab beside it, which is then the active one.
     void newTab();

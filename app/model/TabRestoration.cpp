@@ -39,8 +39,7 @@ void TabRestoration::start(std::optional<std::string> given, std::string formerP
         else
             panel_.replaceTabs(PanelTabs(*given));
         std::erase_if(unsure, [this](const PanelTab& tab) { return tab.id == panel_.tab().id; });
-        isListed_ = true;
-        panel_.refresh();
+        listTab();
     }
     if (!formerPath_.empty())
         ask({{.path = formerPath_}});
@@ -84,9 +83,9 @@ void TabRestoration::take(const std::vector<PanelTab>& asked, const std::vector<
         if (tab.path == formerPath_)
             formerPathExists_ = formerPathExists_ || exist[i];
         if (!exist[i])
-            gone_.insert(tab.id);
-        else if (tab.id == panel_.tab().id && !std::exchange(isListed_, true))
-            panel_.refresh();
+            gone_.emplace(tab.id, tab.path);
+        else if (tab.id == panel_.tab().id)
+            listTab();
     }
     if (questions_ == 0)
         finish();
@@ -95,11 +94,19 @@ void TabRestoration::take(const std::vector<PanelTab>& asked, const std::vector<
 void TabRestoration::finish() {
     deadline_.cancel();
     const auto& fallback = formerPathExists_ ? formerPath_ : home_.path();
+    const auto isGone = [this](const PanelTab& tab) {
+        const auto found = gone_.find(tab.id);
+        return found != gone_.end() && found->second == tab.path;
+    };
     if (hasTabs_)
-        panel_.dropTabs([this](const PanelTab& tab) { return gone_.contains(tab.id); }, fallback);
-    else
+        panel_.dropTabs(isGone, fallback);
+    else if (!panel_.hasBegun())
         panel_.replaceTabs(PanelTabs(fallback));
-    if (!std::exchange(isListed_, true))
+    listTab();
+}
+
+void TabRestoration::listTab() {
+    if (!panel_.hasBegun())
         panel_.refresh();
 }
 

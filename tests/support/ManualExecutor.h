@@ -12,7 +12,16 @@ namespace fennik::test {
 class ManualExecutor final : public Executor, public DiskExecutor {
 public:
     void execute(Task task) override { tasks_.push_back(std::move(task)); }
-    void execute(std::string, Task task) override { tasks_.push_back(std::move(task)); }
+    void execute(std::string path, Task task) override {
+        (path == stuck_ ? stuckTasks_ : tasks_).push_back(std::move(task));
+    }
+
+    /// Tasks for `path` do not run any more, until another path takes its place.
+    void stick(std::string path) {
+        stuck_ = std::move(path);
+        for (auto& task : std::exchange(stuckTasks_, {}))
+            tasks_.push_back(std::move(task));
+    }
 
     bool isIdle() const { return tasks_.empty(); }
     void runLast() {
@@ -30,6 +39,8 @@ public:
 
 private:
     std::deque<Task> tasks_;
+    std::string stuck_;
+    std::deque<Task> stuckTasks_;
 };
 
 } // namespace fennik::test
