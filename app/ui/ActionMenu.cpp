@@ -9,7 +9,7 @@
 namespace fennik::ui {
 
 void fillMenu(QMenu& menu, const UiContext& context,
-                std::span<const app::FennikCommands::MenuSection> sections) {
+              std::span<const app::FennikCommands::MenuSection> sections) {
     const auto& map = context.shortcuts.map();
     for (const auto& section : sections) {
         if (!menu.isEmpty())
@@ -19,7 +19,8 @@ void fillMenu(QMenu& menu, const UiContext& context,
             // The toolkit shows what stands behind a tab where a shortcut belongs.
             if (const auto combo = app::FennikCommands::menuEquivalent(action, map))
                 text += QLatin1Char('\t') + fromUtf8(app::KeyLegend::legend(*combo, map));
-            menu.addAction(text, &context.app, [&app = context.app, action] { app.perform(action); });
+            menu.addAction(text, &context.app,
+                           [&app = context.app, action] { app.perform(action); });
         }
     }
 }

@@ -13,6 +13,6 @@ namespace fennik::ui {
 /// items show the keys but do not listen to them: `KeyMonitor` does, so that a key means the same
 /// wherever it is pressed.
 void fillMenu(QMenu& menu, const UiContext& context,
-                std::span<const app::FennikCommands::MenuSection> sections);
+              std::span<const app::FennikCommands::MenuSection> sections);
 
 } // namespace fennik::ui

@@ -23,6 +23,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace fennik::ui {
@@ -36,6 +37,8 @@ QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
     auto* window = qobject_cast<MainWindow*>(object);
     return window == nullptr ? nullptr : new QAccessibleWidget(window, QAccessible::Window);
 }
+
+constexpr auto typingPause = std::chrono::milliseconds(120);
 
 ToastBar::Kind kindOf(app::Toast::Kind kind) {
     switch (kind) {
@@ -142,6 +145,8 @@ void MainWindow::addPanel(app::PanelSide side) {
     });
     connect(&panel->pathBar(), &PathBar::fieldClosed, this, &MainWindow::focusPanel);
     connect(&app_.panel(side), &app::PanelModel::changed, this, [this](app::PanelChanges changes) {
+        if (changes & (app::PanelChange::cursor | app::PanelChange::items))
+            placeToast();
         if (!changes.testFlag(app::PanelChange::tabs))
             return;
         takeTabs();
@@ -152,6 +157,7 @@ void MainWindow::addPanel(app::PanelSide side) {
 void MainWindow::takeApp(app::AppChanges changes) {
     if (changes.testFlag(app::AppChange::activeSide)) {
         focusPanel();
+        placeToast();
         setTitle();
     }
     if (changes.testFlag(app::AppChange::dialog))
@@ -193,7 +199,7 @@ void MainWindow::takeToast() {
         return;
     }
     toast_->showToast({.kind = kindOf(toast->kind), .text = fromUtf8(toast->text)});
-    placeOverlays();
+    placeToast();
 }
 
 void MainWindow::takeDialog() {
@@ -221,7 +227,12 @@ void MainWindow::openMaskDialog(Marking marking) {
         const auto totals = panel.totalsOf(FileMask(text.toStdString()));
         card->setMatches(totals.count, fromUtf8(Format::bytes(totals.bytes)));
     };
-    connect(card, &MaskDialog::maskChanged, this, tellMatches);
+    // A long mask over many items takes a while; who types on does not wait for it.
+    auto* typing = new QTimer(card);
+    typing->setSingleShot(true);
+    typing->setInterval(typingPause);
+    connect(card, &MaskDialog::maskChanged, typing, qOverload<>(&QTimer::start));
+    connect(typing, &QTimer::timeout, card, [card, tellMatches] { tellMatches(card->mask()); });
     connect(card, &MaskDialog::maskConfirmed, this,
             [this, marking](const QString& mask) { app_.applyMask(marking, mask.toStdString()); });
     connect(card, &MaskDialog::cancelled, &app_, &app::AppModel::closeDialog);
@@ -229,7 +240,9 @@ void MainWindow::openMaskDialog(Marking marking) {
     dialogs_->open(card);
 }
 
-void MainWindow::placeOverlays() {
+void MainWindow::placeToast() {
+    if (!app_.toast())
+        return;
     const auto size = toast_->sizeHint();
     const auto panels = splitter_->geometry();
     const int gap = context_.theme.px(8);
@@ -277,7 +290,7 @@ void MainWindow::paintEvent(QPaintEvent*) {
 }
 
 void MainWindow::resizeEvent(QResizeEvent*) {
-    placeOverlays();
+    placeToast();
 }
 
 void MainWindow::showEvent(QShowEvent*) {

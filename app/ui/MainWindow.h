@@ -52,7 +52,7 @@ private:
     void focusPanel();
     void showFocus();
     void setTitle();
-    void placeOverlays();
+    void placeToast();
 
     UiContext context_;
     app::AppModel& app_;

@@ -93,10 +93,9 @@ void PanelTable::takeChanges(app::PanelChanges changes) {
         takeItems();
     else if (changes & (PanelChange::cursor | PanelChange::state))
         showCursor();
-    if (changes & (PanelChange::linkTargets | PanelChange::items | PanelChange::sizes))
+    if (changes &
+        (PanelChange::linkTargets | PanelChange::items | PanelChange::sizes | PanelChange::marks))
         viewport()->update();
-    else if (changes.testFlag(PanelChange::marks))
-        updateMarks();
     if (changes.testFlag(PanelChange::tabs))
         header_->viewport()->update();
 }
@@ -127,10 +126,6 @@ void PanelTable::noteView() {
     topRow_ = std::max(0, rowAt(0));
     const auto row = static_cast<std::size_t>(topRow_);
     topName_ = row < panel_.items().size() ? std::string(panel_.items().view(row).name) : "";
-}
-
-void PanelTable::updateMarks() {
-    viewport()->update();
 }
 
 void PanelTable::showCursor() {
@@ -293,7 +288,8 @@ void PanelTable::mousePressEvent(QMouseEvent* event) {
 void PanelTable::contextMenuEvent(QContextMenuEvent* event) {
     auto corner = event->globalPos();
     if (event->reason() == QContextMenuEvent::Keyboard)
-        corner = viewport()->mapToGlobal(cursorRect().bottomLeft() + QPoint(geometry_.nameLeft(), 0));
+        corner =
+            viewport()->mapToGlobal(cursorRect().bottomLeft() + QPoint(geometry_.nameLeft(), 0));
     else if (const int row = rowAt(event->pos().y()); row >= 0)
         panel_.setCursor(row);
     setFocus();

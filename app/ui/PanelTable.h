@@ -72,7 +72,6 @@ private:
     void showCursor();
     void updateRow(int row);
     void noteView();
-    void updateMarks();
     QRect rowRect(int row) const;
     /// The rows in view, the last excluded.
     std::pair<int, int> rowsInView() const;

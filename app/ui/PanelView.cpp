@@ -83,11 +83,16 @@ PanelView::PanelView(const UiContext& context, app::PanelSide side, QWidget* par
     connect(table_, &PanelTable::menuRequested, this, &PanelView::showMenu);
     connect(table_, &PanelTable::searchChanged, statusLine_, &StatusLine::setSearch);
     connect(pathBar_, &PathBar::menuOpened, this, &PanelView::menuOpened);
-    connect(tabStrip_, &TabStrip::selected, this,
-            [this](int index) { panel_.selectTab(static_cast<std::size_t>(index)); });
+    connect(tabStrip_, &TabStrip::selected, this, [this](int index) {
+        context_.app.activate(panel_.side());
+        panel_.selectTab(static_cast<std::size_t>(index));
+    });
     connect(tabStrip_, &TabStrip::closeRequested, this,
             [this](int index) { panel_.closeTab(static_cast<std::size_t>(index)); });
-    connect(tabStrip_, &TabStrip::newTabRequested, &panel_, &app::PanelModel::newTab);
+    connect(tabStrip_, &TabStrip::newTabRequested, this, [this] {
+        context_.app.activate(panel_.side());
+        context_.app.perform(app::KAction::newTab);
+    });
     connect(tabStrip_, &TabStrip::moved, this, [this](int from, int to) {
         panel_.moveTab(static_cast<std::size_t>(from), static_cast<std::size_t>(to));
     });

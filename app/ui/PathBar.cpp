@@ -21,6 +21,7 @@ using Step = app::PanelHistory::Step;
 
 constexpr int buttonSide = 28;
 constexpr int separatorWidth = 15;
+constexpr int leastCrumb = 44; ///< wide, to be worth reading
 
 IconButton* actionButton(const UiContext& context, app::KAction action, QWidget* parent) {
     return new IconButton(ActionIcons::iconOf(app::KActions::symbolName(action)),
@@ -48,17 +49,17 @@ PathBar::PathBar(const UiContext& context, app::PanelModel& panel, QWidget* pare
     pathField_->hide();
     terminal_->setAccessibleName(QStringLiteral("Terminál v této složce"));
     more_->setAccessibleName(QStringLiteral("Další složky cesty"));
-    connect(back_, &QAbstractButton::clicked, &panel_, &app::PanelModel::goBack);
-    connect(forward_, &QAbstractButton::clicked, &panel_, &app::PanelModel::goForward);
-    connect(up_, &QAbstractButton::clicked, &panel_, &app::PanelModel::goToParent);
-    connect(star_, &QAbstractButton::clicked, this, [this] {
-        app_.activate(panel_.side());
-        app_.toggleFavorite();
-    });
-    connect(terminal_, &QAbstractButton::clicked, this, [this] {
-        app_.activate(panel_.side());
-        app_.perform(app::KAction::terminal);
-    });
+    const auto onClick = [this](IconButton* button, auto act) {
+        connect(button, &QAbstractButton::clicked, this, [this, act] {
+            app_.activate(panel_.side());
+            act();
+        });
+    };
+    onClick(back_, [this] { app_.perform(app::KAction::back); });
+    onClick(forward_, [this] { app_.perform(app::KAction::forward); });
+    onClick(up_, [this] { app_.perform(app::KAction::parent); });
+    onClick(star_, [this] { app_.toggleFavorite(); });
+    onClick(terminal_, [this] { app_.perform(app::KAction::terminal); });
     connect(more_, &QAbstractButton::clicked, this, &PathBar::showHiddenCrumbs);
     connect(&panel_, &app::PanelModel::changed, this, [this](app::PanelChanges changes) {
         if (changes & (app::PanelChange::tabs | app::PanelChange::state))
@@ -108,8 +109,10 @@ void PathBar::takePanel() {
         auto* crumb = new Crumb(shownName(title), theme_, this);
         crumb->setToolTip(toolTipText(shownName(url.path())));
         crumb->setAccessibleDescription(shownName(url.path())); // else the tooltip with its markup
-        connect(crumb, &QAbstractButton::clicked, &panel_,
-                [this, target = url] { panel_.navigate(target); });
+        connect(crumb, &QAbstractButton::clicked, this, [this, target = url] {
+            app_.activate(panel_.side());
+            panel_.navigate(target);
+        });
         crumb->show();
         crumbs_.push_back(crumb);
     }
@@ -136,6 +139,11 @@ void PathBar::takePlaces() {
 }
 
 void PathBar::openField() {
+    if (pathField_->isVisible()) {
+        pathField_->setFocus();
+        pathField_->selectAll();
+        return;
+    }
     pathField_->setGeometry(field());
     pathField_->show();
     pathField_->raise();
@@ -159,8 +167,11 @@ void PathBar::takeTyped(const QString& text) {
 
 void PathBar::goTo(const QString& text) {
     const auto path = PathCompleter::normalise(text.toStdString(), panel_.folder(), app_.home());
-    const bool isPath = path.starts_with('/') && path.find('\0') == std::string::npos;
-    panel_.tryNavigate(isPath ? FileUrl(path).standardized() : panel_.folder());
+    if (!path.starts_with('/') || path.find('\0') != std::string::npos) {
+        pathField_->showError(QStringLiteral("Tohle není cesta ke složce."));
+        return;
+    }
+    panel_.tryNavigate(FileUrl(path).standardized());
     typedLoad_ = panel_.loadToken();
 }
 
@@ -208,36 +219,52 @@ void PathBar::resizeEvent(QResizeEvent*) {
 void PathBar::layOutCrumbs() {
     const auto room = field().adjusted(theme_.px(28), 0, -theme_.px(6), 0);
     const int gap = theme_.px(separatorWidth);
-    int total = 0;
-    for (const auto* crumb : crumbs_)
-        total += crumb->sizeHint().width() + gap;
+    const int count = static_cast<int>(crumbs_.size());
+    const auto widthOf = [this](int crumb) {
+        return crumbs_[static_cast<std::size_t>(crumb)]->sizeHint().width();
+    };
+    int total = -gap;
+    for (int crumb = 0; crumb < count; ++crumb)
+        total += widthOf(crumb) + gap;
 
-    // The first and the last crumb stay; those behind the first give way to "…".
-    std::size_t hidden = 0;
-    while (crumbs_.size() > hidden + 2 && total - gap > room.width()) {
-        total -= crumbs_[++hidden]->sizeHint().width() + gap;
-        if (hidden == 1)
-            total += more_->sizeHint().width() + gap;
+    // Those between the first and the last one give way to "…", then the first one shrinks, then it
+    // gives way too. The last one, where the panel is, stays.
+    int firstHidden = 1;
+    int hidden = 0;
+    const auto hide = [&](int crumb) {
+        total -= widthOf(crumb) + gap;
+        total += hidden++ == 0 ? more_->sizeHint().width() + gap : 0;
+    };
+    while (hidden < count - 2 && total > room.width())
+        hide(firstHidden + hidden);
+    const int shrinksBy = count > 1 ? std::max(0, total - room.width()) : 0;
+    const int firstWidth = count > 0 ? widthOf(0) - shrinksBy : 0;
+    const bool firstGives = shrinksBy > 0 && firstWidth < theme_.px(leastCrumb);
+    if (firstGives) {
+        hide(0);
+        firstHidden = 0;
     }
+
     more_->setVisible(hidden > 0);
     separators_.clear();
     int left = room.left();
-    const auto place = [&](Crumb* crumb) {
+    const auto place = [&](Crumb* crumb, int wanted) {
         if (left > room.left()) {
             separators_.emplace_back(left + gap / 2, room.center().y());
             left += gap;
         }
-        const int width = std::min(crumb->sizeHint().width(), std::max(0, room.right() - left));
+        const int width = std::min(wanted, std::max(0, room.right() - left));
         crumb->setGeometry(left, room.top(), width, room.height());
         left += width;
     };
-    for (std::size_t i = 0; i < crumbs_.size(); ++i) {
-        const bool isHidden = i > 0 && i <= hidden;
-        crumbs_[i]->setVisible(!isHidden);
-        if (i == 1 && hidden > 0)
-            place(more_);
+    for (int i = 0; i < count; ++i) {
+        auto* crumb = crumbs_[static_cast<std::size_t>(i)];
+        const bool isHidden = i >= firstHidden && i < firstHidden + hidden;
+        crumb->setVisible(!isHidden);
+        if (isHidden && i == firstHidden)
+            place(more_, more_->sizeHint().width());
         if (!isHidden)
-            place(crumbs_[i]);
+            place(crumb, i == 0 && count > 1 ? firstWidth : widthOf(i));
     }
     update();
 }

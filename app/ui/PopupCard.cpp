@@ -138,8 +138,8 @@ void PopupCard::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 9, 9);
     painter.setFont(footFont());
     painter.setPen(tokens.text2);
-    const auto foot =
-        QRect(0, height() - footHeight(), width(), footHeight()).adjusted(theme_.px(footMargin), 0, -1, 0);
+    const auto foot = QRect(0, height() - footHeight(), width(), footHeight())
+                          .adjusted(theme_.px(footMargin), 0, -1, 0);
     painter.drawText(foot, Qt::AlignLeft | Qt::AlignVCenter, foot_);
 }
 

@@ -56,7 +56,11 @@ TabButton::TabButton(const Theme& theme, Icons& icons, QWidget* parent)
 }
 
 void TabButton::setTitle(const QString& title, const QString& toolTip) {
+    if (title == title_ && toolTip == shownToolTip_)
+        return;
     title_ = title;
+    shownToolTip_ = toolTip;
+    textWidth_.fill(-1);
     setAccessibleName(title);
     setAccessibleDescription(toolTip); // else the tooltip with its markup
     setToolTip(toolTipText(toolTip));
@@ -84,8 +88,11 @@ QRect TabButton::closeArea() const {
 }
 
 QSize TabButton::sizeHint() const {
-    const auto font = theme_.font(FontRole::body, look_.isActive ? QFont::Medium : QFont::Normal);
-    const double text = QFontMetricsF(font).horizontalAdvance(title_);
+    double& text = textWidth_[look_.isActive ? 1 : 0];
+    if (text < 0) {
+        const auto weight = look_.isActive ? QFont::Medium : QFont::Normal;
+        text = QFontMetricsF(theme_.font(FontRole::body, weight)).horizontalAdvance(title_);
+    }
     const double close = look_.isClosable && look_.isActive ? closeRoom - padding + 8 : 0;
     const int wanted = int(std::ceil(text)) + 1 + theme_.px(2 * padding + close);
     return {std::min(wanted, theme_.px(mostWidth)), theme_.px(27)};

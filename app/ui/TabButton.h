@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <array>
+
 namespace fennik::ui {
 
 /// One tab of a `TabStrip`.
@@ -51,6 +53,8 @@ private:
     const Theme& theme_;
     Icons& icons_;
     QString title_;
+    QString shownToolTip_;
+    mutable std::array<double, 2> textWidth_{-1, -1}; ///< plain and active; −1: not yet measured
     Look look_;
     QPoint pressedAt_;
     bool isOverClose_ = false;

@@ -62,20 +62,20 @@ void TabStrip::setTabs(const std::vector<Tab>& tabs, int active) {
     active_ = active;
     for (std::size_t i = 0; i < tabs.size(); ++i)
         buttons_[i]->setTitle(tabs[i].title, tabs[i].toolTip);
-    showActive();
+    showLooks();
+    layOut();
 }
 
 void TabStrip::setActivePanel(bool isActivePanel) {
     isActivePanel_ = isActivePanel;
-    showActive();
+    showLooks();
 }
 
-void TabStrip::showActive() {
+void TabStrip::showLooks() {
     for (std::size_t i = 0; i < buttons_.size(); ++i)
         buttons_[i]->setLook({.isActive = int(i) == active_,
                               .isActivePanel = isActivePanel_,
                               .isClosable = buttons_.size() > 1});
-    layOut();
 }
 
 TabButton* TabStrip::addButton() {

@@ -48,7 +48,7 @@ protected:
 
 private:
     TabButton* addButton();
-    void showActive();
+    void showLooks();
     void select(int index);
     void dragTo(int x);
     void layOut();
