@@ -2,6 +2,16 @@
 
 namespace fennik::app {
 
+namespace {
+
+void push(std::vector<std::string>& stack, const std::string& path) {
+    if (stack.size() == PanelHistory::mostSteps)
+        stack.erase(stack.begin());
+    stack.push_back(path);
+}
+
+} // namespace
+
 void PanelHistory::record(const Uuid& tab, Step step, const std::string& left,
                           const std::string& reached) {
     const bool stays = left == reached;
@@ -13,18 +23,18 @@ void PanelHistory::record(const Uuid& tab, Step step, const std::string& left,
     case Step::navigate:
         if (stays)
             return;
-        back.push_back(left);
+        push(back, left);
         forward.clear();
         break;
     case Step::back:
         back.pop_back();
         if (!stays)
-            forward.push_back(left);
+            push(forward, left);
         break;
     case Step::forward:
         forward.pop_back();
         if (!stays)
-            back.push_back(left);
+            push(back, left);
         break;
     }
 }

@@ -2,6 +2,7 @@
 
 #include "core/base/Uuid.h"
 
+#include <cstddef>
 #include <map>
 #include <optional>
 #include <string>
@@ -13,6 +14,9 @@ namespace fennik::app {
 /// once the new folder has been listed.
 class PanelHistory {
 public:
+    /// Of each tab and direction; then the oldest step is forgotten.
+    static constexpr std::size_t mostSteps = 1000;
+
     enum class Step {
         stay,     ///< the same folder again
         navigate, ///< to a folder of the user's choice
