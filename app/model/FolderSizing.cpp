@@ -99,12 +99,14 @@ FolderSizing::FolderSizing(PanelServices services, FolderSizeCache& cache,
     : services_(std::move(services)), cache_(cache), changed_(std::move(changed)) {}
 
 void FolderSizing::start(Extent extent, std::vector<Job> jobs, Purpose purpose) {
+    std::erase_if(jobs, [this, purpose](const Job& job) { return isUnderWay(job, purpose); });
     if (jobs.empty())
         return;
-    if (purpose == Purpose::asked) {
-        for (const auto& job : jobs)
-            sizing_.insert(job.name);
-    }
+    auto& names = purpose == Purpose::asked ? sizing_ : automatic_;
+    for (const auto& job : jobs)
+        names.insert(job.name);
+    if (purpose == Purpose::automatic)
+        automaticExtent_ = extent;
     ++runs_;
     // The flag also tells when this object is gone.
     auto tell = [this, &main = services_.main, flag = flag_](Progress progress) {
@@ -121,16 +123,39 @@ void FolderSizing::start(Extent extent, std::vector<Job> jobs, Purpose purpose) 
     changed_();
 }
 
+bool FolderSizing::isUnderWay(const Job& job, Purpose purpose) {
+    // What is asked for does not wait for all that the background has before it.
+    const bool isComputed = sizing_.contains(job.name) ||
+                            (purpose == Purpose::automatic && automatic_.contains(job.name));
+    if (isComputed && !job.takeKnown)
+        again_.insert(job.name);
+    return isComputed;
+}
+
+NameSet FolderSizing::asked() const {
+    auto names = sizing_;
+    for (const auto& name : automatic_)
+        names.erase(name);
+    return names;
+}
+
 void FolderSizing::take(Progress progress) {
     for (auto& [name, bytes] : progress.done) {
         sizing_.erase(name);
+        automatic_.erase(name);
         if (bytes)
             sizes_.insert_or_assign(std::move(name), *bytes);
     }
     if (!progress.current.empty())
         sizing_.insert(std::move(progress.current));
-    if (progress.isEnd && --runs_ == 0)
+    if (progress.isEnd && --runs_ == 0) {
         sizing_.clear();
+        automatic_.clear();
+        std::vector<Job> jobs;
+        for (const auto& name : std::exchange(again_, {}))
+            jobs.push_back({.name = name, .takeKnown = false});
+        start(automaticExtent_, std::move(jobs), Purpose::automatic);
+    }
     changed_();
 }
 
@@ -141,6 +166,8 @@ bool FolderSizing::stop() {
     flag_ = std::make_shared<CancelFlag>();
     runs_ = 0;
     sizing_.clear();
+    automatic_.clear();
+    again_.clear();
     return true;
 }
 
@@ -149,9 +176,16 @@ void FolderSizing::begin(FolderSizes known) {
     sizes_ = std::move(known);
 }
 
-void FolderSizing::learn(const FolderSizes& known) {
+bool FolderSizing::learn(const FolderSizes& known) {
+    const auto before = sizes_.size();
     for (const auto& [name, bytes] : known)
         sizes_.try_emplace(name, bytes);
+    return sizes_.size() > before;
+}
+
+void FolderSizing::forget(const std::vector<std::string>& names) {
+    for (const auto& name : names)
+        sizes_.erase(name);
 }
 
 } // namespace fennik::app

@@ -40,7 +40,8 @@ public:
     const FolderSizes& sizes() const { return sizes_; }
     /// The names whose sizes are being computed.
     const NameSet& sizing() const { return sizing_; }
-    bool isRunning() const { return runs_ > 0; }
+    /// Those of them that the user has asked for.
+    NameSet asked() const;
 
     /// Where a run goes.
     struct Extent {
@@ -49,26 +50,34 @@ public:
         std::unordered_set<std::string> skipped = {}; ///< folders that are not entered
     };
 
-    /// Computes the sizes of folders, beside what runs already.
+    /// Computes the sizes of folders, beside what runs already and but for what that computes. A
+    /// folder that is to be computed anew, but is under way, has its turn after all runs.
     void start(Extent extent, std::vector<Job> jobs, Purpose purpose);
     /// Stops all runs; what they computed so far stays. False when none was running.
     bool stop();
     /// Another folder is listed now, of whose folders `known` is known.
     void begin(FolderSizes known);
-    /// Adds what has become known elsewhere.
-    void learn(const FolderSizes& known);
+    /// Adds what has become known elsewhere. False when there was nothing new in it.
+    bool learn(const FolderSizes& known);
+    /// These folders are gone.
+    void forget(const std::vector<std::string>& names);
     void swapSizes(FolderSizing& other) noexcept { sizes_.swap(other.sizes_); }
 
 private:
     struct Progress;
     class Run;
     void take(Progress progress);
+    /// Whether a run computes it already. Notes what will have to be computed again.
+    bool isUnderWay(const Job& job, Purpose purpose);
 
     PanelServices services_;
     FolderSizeCache& cache_;
     std::function<void()> changed_;
     FolderSizes sizes_;
     NameSet sizing_;
+    NameSet automatic_;      ///< what runs in the background have yet to compute
+    Extent automaticExtent_; ///< of the newest of them
+    NameSet again_;          ///< changed while it was being computed
     int runs_ = 0;
     /// Shared with the runs that go on; a new one when they are stopped.
     std::shared_ptr<CancelFlag> flag_ = std::make_shared<CancelFlag>();

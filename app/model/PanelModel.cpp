@@ -79,6 +79,7 @@ struct PanelModel::Loaded {
     FolderSizes knownSizes = {}; ///< of its folders
     bool isUnchanged = false;    ///< since the listing that the panel had
     std::vector<std::string> changedNames = {};
+    std::vector<std::string> removedNames = {};
     std::optional<FolderSizing::Extent> automaticSizes =
         {}; ///< none where they may not be computed
     std::optional<std::int64_t> freeSpace = {};
@@ -123,6 +124,7 @@ ListingView PanelModel::listingView() const {
 }
 
 void PanelModel::refresh() {
+    shown_.sizesStopped = false;
     if (error())
         load(shown_.failedRequest);
     else
@@ -191,10 +193,14 @@ void PanelModel::stopLoading() {
 bool PanelModel::escape() {
     if (loading_) {
         stopLoading();
+        // Who leaves a reading does not want the next one at once.
+        if (pendingRequest_.step == Step::stay)
+            isStale_ = false;
         const bool nothingToShow = !error() && items().empty();
         emit changed(nothingToShow
                          ? showFailure({.url = folder()}, Failure::unreadable(folder(), stopped))
                          : PanelChanges(PanelChange::state));
+        reloadWhenStale();
         return true;
     }
     if (!error() || ownFolderFailed())
@@ -212,10 +218,15 @@ void PanelModel::load(Request request) {
     reload_.cancel();
     const auto started = services_.now();
     auto path = request.url.path();
+    if (path == tab().path && !items().empty())
+        request.wasFolder = true;
     pendingRequest_ = request;
 
-    // Told on the main thread, and only for as long as the watcher is kept.
-    auto onChange = [this] { folderChanged(); };
+    // Told on the main thread. The worker too keeps the watcher for a while.
+    auto onChange = [this, life = std::weak_ptr(life_), token] {
+        if (!life.expired())
+            folderChanged(token);
+    };
     auto work = [services = services_, &cache = sizeCache_, request, view = listingView(),
                  folder = tab().path, before = rawItems(), onChange = std::move(onChange),
                  computesSizes = settings_.get(SettingKeys::autoFolderSizes)]() mutable {
@@ -226,6 +237,8 @@ void PanelModel::load(Request request) {
         loaded.listing = request.nearestUsable
                              ? openNearestUsable(services.files, request.url)
                              : FolderOpener::open(services.files, request.url, ShowHidden::yes);
+        if (request.wasFolder && loaded.listing && loaded.listing->selectName)
+            loaded.listing = std::unexpected(Failure::notFound(request.url));
         if (!loaded.listing)
             return loaded;
         const auto& [directory, items, selectName] = *loaded.listing;
@@ -244,8 +257,11 @@ void PanelModel::load(Request request) {
             const DirectorySnapshot earlier(before);
             const DirectorySnapshot later(items);
             const auto difference = DirectorySnapshot::compare(earlier, later);
-            loaded.isUnchanged = difference.isEmpty() && loaded.view == view;
+            loaded.isUnchanged = difference.isEmpty();
             loaded.changedNames.assign(difference.changed.begin(), difference.changed.end());
+            loaded.removedNames.assign(difference.removed.begin(), difference.removed.end());
+            for (const auto& name : loaded.removedNames)
+                cache.forget(directory.appending(name).path());
         }
         if (const auto space = services.files.freeSpace(listed))
             loaded.freeSpace = *space;
@@ -264,21 +280,27 @@ void PanelModel::load(Request request) {
         loaded.took = loadEnded_ - started;
         const auto changedNames = std::move(loaded.changedNames);
         emit changed(finish(request, std::move(loaded)));
+        if (token != loadToken_)
+            return;
         computeAutomatically(changedNames);
-        if (changedWhileLoading_)
-            folderChanged();
+        reloadWhenStale();
     };
     runThen(services_.disk, services_.main, std::move(path), life_, std::move(work),
             std::move(done));
     emit changed(PanelChange::state);
 }
 
-void PanelModel::folderChanged() {
-    if (loading_) {
+void PanelModel::folderChanged(int watchedBy) {
+    if (loading_ && watchedBy == loadToken_) {
         changedWhileLoading_ = true;
-        return;
+    } else if (watchedBy == watcherToken_) {
+        isStale_ = true;
+        reloadWhenStale();
     }
-    if (reload_.isPending() || error())
+}
+
+void PanelModel::reloadWhenStale() {
+    if (!isStale_ || loading_ || error() || reload_.isPending())
         return;
     using std::chrono::milliseconds;
     const auto pause = std::max<std::chrono::steady_clock::duration>(leastReloadPause,
@@ -321,6 +343,8 @@ void PanelModel::clearRows() {
     automaticSizes_.reset();
     shown_.rawItems = {};
     shown_.freeSpace.reset();
+    shown_.sizesStopped = false;
+    isStale_ = false;
     sizing_.begin({});
     rebuildItems({});
     shown_.cursor = 0;
@@ -341,35 +365,43 @@ PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
         current.cursorName.reset();
         links_.forget();
         shown_.marks = {};
+        shown_.sizesStopped = false;
         sizing_.begin(loaded.knownSizes);
         changes |= PanelChange::visit | PanelChange::sizes;
     } else {
         links_.askAgain();
-        sizing_.learn(loaded.knownSizes);
+        sizing_.forget(loaded.removedNames);
+        if (sizing_.learn(loaded.knownSizes))
+            changes |= PanelChange::sizes;
     }
     shown_.error.reset();
     shown_.freeSpace = loaded.freeSpace;
     shown_.volumeRoot = std::move(loaded.volumeRoot);
-    shown_.rawItems = std::move(listing.items);
     shown_.revealed = loaded.view.revealed;
     watcher_ = std::move(loaded.watcher);
     automaticSizes_ = std::move(loaded.automaticSizes);
+    watcherToken_ = loadToken_;
+    isStale_ = changedWhileLoading_;
 
     const auto view = listingView();
     const bool isOrdered = view.sort.key != SortKey::size || loaded.knownSizes == folderSizes();
     const bool isReady = view == loaded.view && isOrdered;
-    auto items = isReady ? std::move(loaded.items) : shownItems(rawItems(), view, folderSizes());
     const auto wanted = listing.selectName ? listing.selectName : request.selectName;
     const bool isReload = sameFolder && !this->items().empty();
-    if (isReload && loaded.isUnchanged && isReady && !wanted) {
-        shown_.items = std::move(items);
+    const bool hasNewSizes = changes.testFlag(PanelChange::sizes);
+    const bool isInOrder = view.sort.key != SortKey::size || !hasNewSizes;
+    if (isReload && loaded.isUnchanged && isInOrder && !wanted) {
         changes |= PanelChange::linkTargets;
+        if (hasNewSizes)
+            changes |= takeMarks();
     } else {
+        auto items =
+            isReady ? std::move(loaded.items) : shownItems(listing.items, view, folderSizes());
         const auto row = isReload && !wanted
                              ? CursorPlacement::afterReload(this->items(), cursor(), items)
                              : CursorPlacement::byName(items, wanted ? wanted : current.cursorName);
+        shown_.rawItems = std::move(listing.items);
         rebuildItems(std::move(items));
-        shown_.marks.prune(rawItems());
         changes |= PanelChange::items | placeCursor(row) | takeMarks();
     }
     const auto milliseconds = std::chrono::duration<double, std::milli>(loaded.took).count();
@@ -390,6 +422,8 @@ PanelChanges PanelModel::placeCursor(std::size_t row) {
 }
 
 void PanelModel::setCursor(std::ptrdiff_t row) {
+    if (error())
+        return;
     const auto last = static_cast<std::ptrdiff_t>(items().size()) - 1;
     const auto target = static_cast<std::size_t>(std::max<std::ptrdiff_t>(std::min(row, last), 0));
     if (target != cursor())
@@ -530,17 +564,20 @@ void PanelModel::moveTab(std::size_t from, std::size_t to) {
 void PanelModel::swapWith(PanelModel& other) {
     struct Going {
         std::optional<Request> request;
-        NameSet sizing;
+        NameSet asked; ///< for their sizes
     };
     const auto interrupt = [](PanelModel& panel) {
         Going going;
-        if (panel.loading_)
+        if (panel.loading_) {
             going.request = panel.pendingRequest_;
-        going.sizing = panel.sizing();
+            going.request->isTyped = false; // nobody waits for it on the other side
+        }
+        going.asked = panel.sizing_.asked();
         panel.stopLoading();
         panel.reload_.cancel();
         panel.watcher_.reset();
         panel.automaticSizes_.reset();
+        panel.isStale_ = true; // nobody watches what comes over until it is read again
         panel.links_.forget();
         panel.sizing_.stop();
         return going;
@@ -552,7 +589,7 @@ void PanelModel::swapWith(PanelModel& other) {
         if (!panel.error() || going.request)
             panel.load(going.request.value_or(Request{.url = panel.folder()}));
         std::vector<FolderSizing::Job> jobs;
-        for (const auto& name : going.sizing)
+        for (const auto& name : going.asked)
             jobs.push_back({.name = name});
         panel.sizing_.start({panel.folder(), panel.folder()}, std::move(jobs),
                             FolderSizing::Purpose::asked);
@@ -575,7 +612,7 @@ PanelChanges PanelModel::takeMarks() {
 }
 
 void PanelModel::toggleMark(std::size_t row) {
-    if (row >= items().size() || items().view(row).isParentLink)
+    if (error() || row >= items().size() || items().view(row).isParentLink)
         return;
     const auto item = items().view(row);
     shown_.marks.toggle(item.name);
@@ -587,10 +624,11 @@ void PanelModel::toggleMark(std::size_t row) {
 }
 
 void PanelModel::markRange(std::ptrdiff_t from, std::ptrdiff_t to) {
-    if (items().empty())
+    if (error() || items().empty())
         return;
-    shown_.marks.markRange(items(), from, to, Marking::mark);
-    emit changed(takeMarks());
+    for (const auto row : shown_.marks.markRange(items(), from, to, Marking::mark))
+        shown_.markTotals.add(items().view(row), folderSizes());
+    emit changed(PanelChange::marks);
     setCursor(to);
 }
 
@@ -608,17 +646,21 @@ void PanelModel::toggleMarkAndMoveDown() {
 }
 
 void PanelModel::markAll() {
+    if (error())
+        return;
     shown_.marks.markAll(items());
     emit changed(takeMarks());
 }
 
 void PanelModel::invertMarks() {
+    if (error())
+        return;
     shown_.marks.invert(items());
     emit changed(takeMarks());
 }
 
 bool PanelModel::unmarkAll() {
-    if (marks().marked().empty())
+    if (error() || marks().marked().empty())
         return false;
     shown_.marks.unmarkAll();
     emit changed(takeMarks());
@@ -626,6 +668,8 @@ bool PanelModel::unmarkAll() {
 }
 
 void PanelModel::markByMask(const FileMask& mask, Marking marking) {
+    if (error())
+        return;
     shown_.marks.markByMask(items(), mask, marking);
     emit changed(takeMarks());
 }
@@ -654,11 +698,12 @@ void PanelModel::markAndSize() {
     const auto item = cursorItem();
     if (!item)
         return;
+    std::vector<FolderSizing::Job> jobs;
+    if (canBeSized(*item))
+        jobs.push_back({.name = std::string(item->name)});
     if (!marks().isMarked(item->name))
         toggleMark(cursor());
-    if (canBeSized(*item))
-        sizing_.start({folder(), folder()}, {{.name = std::string(item->name)}},
-                      FolderSizing::Purpose::asked);
+    sizing_.start({folder(), folder()}, std::move(jobs), FolderSizing::Purpose::asked);
 }
 
 bool PanelModel::sizeAllFolders() {
@@ -674,14 +719,14 @@ bool PanelModel::sizeAllFolders() {
 }
 
 void PanelModel::computeAutomatically(const std::vector<std::string>& changedNames) {
-    if (!automaticSizes_ || error())
+    if (!automaticSizes_ || error() || shown_.sizesStopped)
         return;
     const NameSet changed(changedNames.begin(), changedNames.end());
     std::vector<FolderSizing::Job> jobs;
     // From the top down, as they are seen.
     for (std::size_t row = 0; row < items().size(); ++row) {
         const auto item = items().view(row);
-        if (!canBeSized(item) || sizing().contains(item.name))
+        if (!canBeSized(item))
             continue;
         const bool isChanged = changed.contains(item.name);
         if (isChanged || !folderSizes().contains(item.name))
@@ -693,6 +738,7 @@ void PanelModel::computeAutomatically(const std::vector<std::string>& changedNam
 bool PanelModel::stopSizing() {
     if (!sizing_.stop())
         return false;
+    shown_.sizesStopped = true;
     emit changed(PanelChange::sizes);
     return true;
 }

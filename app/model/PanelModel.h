@@ -99,8 +99,11 @@ public:
 
     const MarkState& marks() const { return shown_.marks; }
     const MarkTotals& markTotals() const { return shown_.markTotals; }
-    /// The rows that an action works on: the marked ones, else the one under the cursor.
-    std::vector<std::size_t> targets() const { return marks().targets(items(), cursor()); }
+    /// The rows that an action works on: the marked ones, else the one under the cursor. None while
+    /// an error hides them.
+    std::vector<std::size_t> targets() const {
+        return error() ? std::vector<std::size_t>() : marks().targets(items(), cursor());
+    }
     const FolderSizes& folderSizes() const { return sizing_.sizes(); }
     /// The names of the folders whose size is being computed.
     const NameSet& sizing() const { return sizing_.sizing(); }
@@ -124,6 +127,8 @@ public:
     bool openItem();
     /// Ends a load, or leaves an error for the tab's folder. False when there was nothing to leave.
     bool escape();
+
+    // The cursor and the marks stand still while an error hides the rows.
 
     /// Rows outside the list are taken to its nearest end.
     void setCursor(std::ptrdiff_t row);
@@ -199,6 +204,7 @@ private:
         bool isUpwards = false;
         bool nearestUsable = false; ///< a folder above will do as well
         bool isTyped = false;       ///< the user waits for the answer where the path was typed
+        bool wasFolder = false;     ///< when it was shown, so that a file in its place will not do
     };
     /// All that goes to the other side when the panels change places, but for the sizes.
     struct Shown {
@@ -215,6 +221,7 @@ private:
         std::optional<std::int64_t> freeSpace = {};
         FileUrl volumeRoot = {};
         std::optional<std::string> revealed = {}; ///< see `ListingView`
+        bool sizesStopped = false; ///< by the user: none are computed unasked any more
     };
     struct Loaded;
 
@@ -231,7 +238,8 @@ private:
     PanelChanges takeMarks();
     void takeSizes();
     void computeAutomatically(const std::vector<std::string>& changedNames);
-    void folderChanged();
+    void folderChanged(int watchedBy);
+    void reloadWhenStale();
     void leaveTab();
     void showTab(std::size_t index);
     void clearRows();
@@ -252,8 +260,10 @@ private:
     std::shared_ptr<DirectoryWatcher> watcher_;
     /// Where sizes may be computed unasked; none where they may not.
     std::optional<FolderSizing::Extent> automaticSizes_;
+    int watcherToken_ = 0;             ///< of the load that brought `watcher_`
     DelayedWork reload_;               ///< after a change of the folder
-    bool changedWhileLoading_ = false; ///< the folder, and so the load may be old already
+    bool isStale_ = false;             ///< the folder has changed since it was read
+    bool changedWhileLoading_ = false; ///< the folder that is being read, and maybe too late
     std::chrono::steady_clock::time_point loadEnded_;
     std::chrono::steady_clock::duration loadTook_{};
     std::shared_ptr<int> life_ = std::make_shared<int>(); ///< gone with this panel

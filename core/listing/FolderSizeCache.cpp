@@ -29,4 +29,9 @@ void FolderSizeCache::store(const std::string& path, std::int64_t bytes, std::in
     clearedAt_ = std::max(clearedAt_, map_.size() * 2);
 }
 
+void FolderSizeCache::forget(const std::string& path) {
+    const std::lock_guard lock(lock_);
+    map_.erase(path);
+}
+
 } // namespace fennik

@@ -30,6 +30,8 @@ public:
     std::optional<Entry> lookup(const std::string& path, Date now) const;
     /// Adds an entry or replaces it.
     void store(const std::string& path, std::int64_t bytes, std::int64_t files, Date date);
+    /// Drops the entry, where there is one: the folder is gone.
+    void forget(const std::string& path);
 
 private:
     bool isValid(const Entry& entry, Date now) const;

@@ -24,17 +24,20 @@ public:
     }
 
     bool isIdle() const { return tasks_.empty(); }
+    std::size_t count() const { return tasks_.size(); }
+    void runFirst() {
+        auto task = std::move(tasks_.front());
+        tasks_.pop_front();
+        task();
+    }
     void runLast() {
         auto task = std::move(tasks_.back());
         tasks_.pop_back();
         task();
     }
     void runAll() {
-        while (!tasks_.empty()) {
-            auto task = std::move(tasks_.front());
-            tasks_.pop_front();
-            task();
-        }
+        while (!tasks_.empty())
+            runFirst();
     }
 
 private:

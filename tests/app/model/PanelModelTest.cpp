@@ -1,6 +1,6 @@
 #include "app/model/PanelModel.h"
 
-#include "tests/support/PanelFixture.h"
+#include "tests/support/PanelModelFixture.h"
 
 #include <cerrno>
 #include <filesystem>
@@ -19,7 +19,7 @@ using FolderOpener::Failure;
 using testing::ElementsAre;
 using Step = app::PanelHistory::Step;
 
-class PanelModelTest : public PanelFixture {
+class PanelModelTest : public PanelModelFixture {
 protected:
     PanelModelTest() {
         for (const auto* name : {"a", "a/inner", "b"})
@@ -31,18 +31,6 @@ protected:
                          [this](PanelChanges changes) { seen.push_back(changes); });
     }
 
-    void show(std::string_view name = {}) {
-        panel.navigate(name.empty() ? temp.url() : FileUrl(temp.path(name)));
-        settle();
-    }
-    void moveTo(std::string_view name) {
-        const auto row = panel.items().rowOf(name);
-        ASSERT_TRUE(row) << name;
-        panel.setCursor(static_cast<std::ptrdiff_t>(*row));
-    }
-    std::string underCursor() const { return std::string(panel.items().view(panel.cursor()).name); }
-
-    PanelModel panel{PanelSide::left, services(), settings, sizeCache, temp.url().path()};
     std::vector<PanelChanges> seen;
 };
 
@@ -91,8 +79,10 @@ TEST_F(PanelModelTest, nothingHappensToAPanelThatIsGone) {
         PanelModel other(PanelSide::right, services(), settings, sizeCache, temp.url().path());
         other.refresh();
         disk.runAll();
+        events.tell(temp.url().path());
     }
-    main.runAll();
+    while (!main.isIdle())
+        main.runLast();
 }
 
 TEST_F(PanelModelTest, settingsThatChangeDuringALoadHoldForItsResult) {

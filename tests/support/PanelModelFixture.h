@@ -1,0 +1,33 @@
+#pragma once
+
+#include "app/model/PanelModel.h"
+#include "tests/support/PanelFixture.h"
+
+#include <string>
+#include <string_view>
+
+namespace fennik::test {
+
+/// A panel that stands in the test's own folder, and has not listed it yet.
+class PanelModelFixture : public PanelFixture {
+protected:
+    void show(std::string_view name = {}) {
+        panel.navigate(name.empty() ? temp.url() : FileUrl(temp.path(name)));
+        settle();
+    }
+    void moveTo(std::string_view name) {
+        const auto row = panel.items().rowOf(name);
+        ASSERT_TRUE(row) << name;
+        panel.setCursor(static_cast<std::ptrdiff_t>(*row));
+    }
+    void mark(std::string_view name) {
+        const auto row = panel.items().rowOf(name);
+        ASSERT_TRUE(row) << name;
+        panel.toggleMark(*row);
+    }
+    std::string underCursor() const { return std::string(panel.items().view(panel.cursor()).name); }
+
+    app::PanelModel panel{app::PanelSide::left, services(), settings, sizeCache, temp.url().path()};
+};
+
+} // namespace fennik::test
