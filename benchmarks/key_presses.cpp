@@ -1,79 +1,84 @@
-// Fennik without a screen, for callgrind: presses cursor-down in a folder that is shown, and counts
-// the instructions of the presses alone, with all the painting they cause:
-//   key_presses FOLDER FIRST_ROW PRESSES
-// The cursor stands on FIRST_ROW before the first press that counts.
-#include "app/main/Session.h"
-#include "app/ui/PanelView.h"
-
-#include <QApplication>
-#include <QKeyEvent>
-#include <QThread>
+// For callgrind: presses keys in a folder that is shown, and counts the instructions of the presses
+// alone, with all the painting they cause. Each kind of press is a dump of its own:
+//   key_presses FOLDER PRESSES
+#include "benchmarks/ShownSession.h"
 
 #include <cstdlib>
+#include <functional>
+#include <initializer_list>
 #include <valgrind/callgrind.h>
 
 namespace {
 
 using namespace fennik;
 
-/// Tells when a widget was painted.
-class PaintWatch final : public QObject {
-public:
-    explicit PaintWatch(QWidget& widget) { widget.installEventFilter(this); }
+/// Where all presses find their rows in view, and where each scrolls.
+constexpr std::ptrdiff_t rowInView = 2;
+constexpr std::ptrdiff_t rowBelow = 100;
 
-    /// Painting is put off by the toolkit, and presses must not share one.
-    void waitForPaint() {
-        wasPainted_ = false;
-        while (!wasPainted_)
-            QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        QApplication::processEvents();
-    }
+/// What is done before presses that count.
+using Preparation = std::function<void()>;
 
-protected:
-    bool eventFilter(QObject*, QEvent* event) override {
-        wasPainted_ = wasPainted_ || event->type() == QEvent::Paint;
-        return false;
-    }
-
-private:
-    bool wasPainted_ = false;
+struct Presses {
+    const char* name = nullptr;
+    std::ptrdiff_t row = 0; ///< of the cursor before the first one
+    Qt::Key key = {};
+    QString text = {};
+    Preparation prepareAll = [] {};
+    Preparation prepareEach = [] {};
 };
 
-void pressDown(QWidget& table, PaintWatch& watch) {
-    QKeyEvent event(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
-    QApplication::sendEvent(&table, &event);
-    watch.waitForPaint();
+void pressAll(bench::ShownSession& session, const Presses& presses, int count) {
+    presses.prepareAll();
+    session.panel().setCursor(0);
+    session.panel().setCursor(presses.row);
+    session.repaint();
+    for (int press = 0; press < count; ++press) {
+        presses.prepareEach();
+        CALLGRIND_TOGGLE_COLLECT;
+        session.press(presses.key, presses.text);
+        session.waitForPaint();
+        CALLGRIND_TOGGLE_COLLECT;
+    }
 }
 
 } // namespace
 
 int main(int argumentCount, char** arguments) {
-    if (argumentCount != 4)
+    if (argumentCount != 3)
         return 2;
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication::setStyle(QStringLiteral("Fusion"));
-    const QApplication application(argumentCount, arguments);
-    const app::Options options{.left = arguments[1], .right = arguments[1]};
-    app::Session session(options);
-    session.start();
-    const auto& left = session.app().panel(app::PanelSide::left);
-    const auto& right = session.app().panel(app::PanelSide::right);
-    while (left.items().empty() || right.items().empty() || !left.settled() || !right.settled()) {
-        QApplication::processEvents();
-        QThread::msleep(1);
-    }
-    auto& table = session.window().view(app::PanelSide::left).table();
-    PaintWatch watch(*table.viewport());
-    // The listing may have been painted already, and then no paint is on its way.
-    table.viewport()->update();
-    watch.waitForPaint();
-    for (int row = 0; row < std::atoi(arguments[2]); ++row)
-        pressDown(table, watch);
+    const int count = std::atoi(arguments[2]);
+    bench::ShownSession session(argumentCount, arguments, arguments[1], arguments[1]);
+    auto& panel = session.panel();
+    const auto unmarkAll = [&] { panel.unmarkAll(); };
+    const auto markOthers = [&] {
+        panel.markAll();
+        for (int press = 0; press < count; ++press)
+            panel.toggleMark(std::size_t(rowInView + press));
+    };
+    const auto endSearch = [&] {
+        session.press(Qt::Key_Home);
+        session.repaint();
+    };
     CALLGRIND_START_INSTRUMENTATION;
-    CALLGRIND_TOGGLE_COLLECT;
-    for (int press = 0; press < std::atoi(arguments[3]); ++press)
-        pressDown(table, watch);
-    CALLGRIND_TOGGLE_COLLECT;
-    session.shutDown();
+    for (const Presses& presses : std::initializer_list<Presses>{
+             {.name = "cursor", .row = rowInView, .key = Qt::Key_Down},
+             {.name = "scroll", .row = rowBelow, .key = Qt::Key_Down},
+             {.name = "mark", .row = rowInView, .key = Qt::Key_Insert, .prepareAll = unmarkAll},
+             {.name = "mark more",
+              .row = rowInView,
+              .key = Qt::Key_Insert,
+              .prepareAll = markOthers},
+             {.name = "type",
+              .key = Qt::Key_S,
+              .text = QStringLiteral("s"),
+              .prepareAll = unmarkAll,
+              .prepareEach = endSearch}}) {
+        // What is drawn for the first time ever takes longer.
+        pressAll(session, presses, count);
+        CALLGRIND_ZERO_STATS;
+        pressAll(session, presses, count);
+        CALLGRIND_DUMP_STATS_AT(presses.name);
+    }
     return 0;
 }

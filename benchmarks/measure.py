@@ -6,7 +6,7 @@ import statistics
 import sys
 
 import fixtures
-from programs import Programs, forget_desktop, private_display
+from programs import Programs, forget_user, private_display
 from table import AtLeast, AtMost, Table, count, mebibytes
 
 FEW = 2_000
@@ -15,7 +15,8 @@ WINDOW_ROUNDS = 15
 MEMORY_ROUNDS = 3
 COLD_ROUNDS = 5
 SIZING_ROUNDS = 9
-PRESSES = 40
+PRESSES = 20
+REARRANGING_ROUNDS = 15
 EXTRA_CALLS = 200
 TREE_FOLDERS, TREE_FILES = 20_000, 200_000
 
@@ -152,21 +153,46 @@ def measure_memory(table, programs, folders):
         table.add(what, fennik, "bare window", sizes["bare", size], text=mebibytes)
 
 
-def measure_keys(table, programs, folders, workspace):
-    table.section("Instructions per press of cursor-down, painting included")
-    for what, first_row in (("100,000 rows, in view", 2), ("100,000 rows, scrolling", 100)):
-        few, many = (programs.instructions_per_press(
-            folders.numbered[size], first_row, PRESSES if first_row > 2 else 20, workspace)
-            for size in (1_000, 100_000))
-        table.add(what, many, "1,000 rows", few, AtMost(1.1), count)
+def measure_keys(table, programs, folders):
+    table.section("Instructions per key press, painting included")
+    few, many = (programs.instructions_per_press(folders.numbered[size], PRESSES)
+                 for size in (1_000, 100_000))
+    for what, kind in (("cursor down, in view", "cursor"), ("cursor down, scrolling", "scroll"),
+                       ("mark", "mark"), ("mark, all others marked", "mark more"),
+                       ("type a letter", "type")):
+        table.add(what, many[kind], "1,000 rows", few[kind], AtMost(1.1), count)
+
+
+def measure_rearranging(table, programs, folders):
+    table.section("Rearranging 100,000 shown rows, on the main thread")
+    places = folders.mixed[100_000], folders.empty[0]
+    sorting = programs.medians("sorting_benchmark", ROUNDS, "--benchmark_min_time=0.3", places[0])
+    times = programs.rearranging_times(REARRANGING_ROUNDS, *places)
+    for what, kind in (("sort by name", "name"), ("sort by size", "size"),
+                       ("sort by date", "date"), ("show or hide hidden files", "hidden")):
+        table.add(what, times[kind], "sort by name alone", sorting["by name"])
+    listing, rearranging = programs.rearranging_calls(*places)
+    table.add("system calls to the folder", rearranging, "while listing", listing, AtMost(0), count)
+
+
+def measure_changes(table, programs, folders):
+    table.section("Changes in a shown folder of 100,000")
+    counts = programs.watched_changes(folders.mixed[100_000], folders.empty[0])
+    table.add("1,000 new files in 0.2 s", counts["created"], "readings", 2, AtMost(1), count)
+    table.add("10,000 changes in 1 s", counts["changed"], "rebuilds, one in 0.25 s", 1 / 0.25 + 1,
+              AtMost(1), count)
+    reading = counts["time"] / 1e9
+    most = 5 / (reading + max(0.25, 3 * reading)) + 2  # the first one, and one at the end
+    table.add("changes for 5 s", counts["going_on"], "readings with their pauses", most, AtMost(1),
+              count)
 
 
 def main():
     build, workspace = sys.argv[1:3]
     say("Making the folders…")
     folders = Folders(workspace, "--full" in sys.argv[3:])
-    programs = Programs(build)
-    forget_desktop(workspace)
+    programs = Programs(build, workspace)
+    forget_user(workspace)
     table = Table()
     say("Listing…")
     measure_listing(table, programs, folders)
@@ -182,7 +208,11 @@ def main():
         say("Looking at the memory…")
         measure_memory(table, programs, folders)
     say("Pressing keys…")
-    measure_keys(table, programs, folders, workspace)
+    measure_keys(table, programs, folders)
+    say("Rearranging…")
+    measure_rearranging(table, programs, folders)
+    say("Changing files…")
+    measure_changes(table, programs, folders)
 
     print(table)
     print(f"\nMedians on {os.cpu_count()} cores, load {os.getloadavg()[0]:.1f}. A ratio is "

@@ -9,6 +9,7 @@ import select
 import signal
 import statistics
 import subprocess
+import tempfile
 import time
 
 PATIENCE = 60  # seconds that a program may take to show its folders
@@ -16,9 +17,10 @@ REST = 1.5  # seconds between the last picture and the look at the memory
 
 
 class Programs:
-    """The built programs; `folder` is where the build lies."""
+    """The built programs. What they leave behind goes with the workspace."""
 
-    def __init__(self, build):
+    def __init__(self, build, workspace):
+        self.workspace = workspace
         self.benchmarks = pathlib.Path(build, "benchmarks")
         self.fennik = pathlib.Path(build, "app/main/fennik")
 
@@ -54,7 +56,7 @@ class Programs:
 
     def window_times(self, program, left, right):
         """Milliseconds from the start of the program to its first and to its full picture."""
-        environment = os.environ | {"FENNIK_BENCH_EXEC": str(time.monotonic_ns())}
+        environment = self.new_user() | {"FENNIK_BENCH_EXEC": str(time.monotonic_ns())}
         output = subprocess.run([self.benchmarks / program, left, right], check=True,
                                 env=environment, capture_output=True, text=True,
                                 timeout=PATIENCE).stdout
@@ -63,30 +65,73 @@ class Programs:
 
     def fennik_memory(self, left, right):
         command = [self.fennik, "--verbose", left, right]
-        return memory_once_said(command, {}, subprocess.STDOUT, r"Načteno .*\n(.*\n)*Načteno .*\n")
+        return memory_once_said(command, self.new_user(), subprocess.STDOUT, r"Načteno .*\n(.*\n)*Načteno .*\n")
 
     def bare_memory(self, left, right):
         command = [self.benchmarks / "bare_window", left, right]
-        environment = {"FENNIK_BENCH_STAY": "1", "FENNIK_BENCH_EXEC": "0"}
+        environment = self.new_user() | {"FENNIK_BENCH_STAY": "1", "FENNIK_BENCH_EXEC": "0"}
         return memory_once_said(command, environment, subprocess.DEVNULL, "shown=.*\n")
 
-    def instructions_per_press(self, folder, first_row, presses, workspace):
-        """Of a press of cursor-down, painting included, from row `first_row` of `folder` on."""
-        result = os.path.join(workspace, "callgrind.out")
-        subprocess.run(["valgrind", "-q", "--tool=callgrind", "--instr-atstart=no",
-                        "--collect-atstart=no",
-                        f"--callgrind-out-file={result}", self.benchmarks / "key_presses", folder,
-                        str(first_row), str(presses)],
-                       check=True, env=os.environ | {"QT_HASH_SEED": "0"},
-                       stdout=subprocess.DEVNULL)
-        text = pathlib.Path(result).read_text(encoding="utf-8")
-        return int(re.search(r"^(?:totals|summary): (\d+)", text, re.MULTILINE)[1]) / presses
+    def instructions_per_press(self, folder, presses):
+        """By the kinds of presses in the panel that shows `folder`; painting included."""
+        with tempfile.TemporaryDirectory(dir=self.workspace) as results:
+            subprocess.run(["valgrind", "-q", "--tool=callgrind", "--instr-atstart=no",
+                            "--collect-atstart=no",
+                            f"--callgrind-out-file={results}/callgrind.out",
+                            self.benchmarks / "key_presses", folder, str(presses)],
+                           check=True, env=self.new_user() | {"QT_HASH_SEED": "0"},
+                           stdout=subprocess.DEVNULL)
+            found = {}
+            for result in pathlib.Path(results).iterdir():
+                text = result.read_text(encoding="utf-8")
+                kind = re.search(r"^desc: Trigger: Client Request: (.+)", text, re.MULTILINE)
+                if kind:
+                    total = re.search(r"^(?:totals|summary): (\d+)", text, re.MULTILINE)[1]
+                    found[kind[1]] = int(total) / presses
+        return found
+
+    def watched_changes(self, folder, empty_folder):
+        """How often a shown folder is read again and its rows are built anew, and how long a
+        reading takes, in nanoseconds."""
+        output = subprocess.run([self.benchmarks / "watched_changes", folder, empty_folder],
+                                check=True, env=self.new_user(), stdout=subprocess.PIPE,
+                                text=True).stdout
+        return named_numbers(output)
+
+    def rearranging_times(self, rounds, folder, empty_folder):
+        """The median milliseconds that the main thread needs to rearrange a shown folder."""
+        output = subprocess.run(self.rearranging(folder, empty_folder, rounds), check=True,
+                                env=self.new_user(), stdout=subprocess.PIPE, text=True).stdout
+        times = [named_numbers(line) for line in output.splitlines()]
+        return {name: statistics.median(time[name] for time in times) / 1e6 for name in times[0]}
+
+    def rearranging_calls(self, folder, empty_folder):
+        """How many system calls concern `folder` while it is listed, and while it is rearranged."""
+        with tempfile.NamedTemporaryFile("r", dir=self.workspace, encoding="utf-8") as result:
+            command = ["strace", "-f", "-y", "-e", "trace=%file,getdents64,fstat", "-o",
+                       result.name, *self.rearranging(folder, empty_folder, 1)]
+            subprocess.run(command, check=True, env=self.new_user(), stdout=subprocess.DEVNULL)
+            before, _, after = result.read().partition('access("begin"')
+        during, _, _ = after.partition('access("end"')
+        return tuple(sum(folder in call for call in calls.splitlines())
+                     for calls in (before, during))
+
+    def rearranging(self, folder, empty_folder, rounds):
+        return [self.benchmarks / "rearranging", folder, empty_folder, str(rounds)]
+
+    def new_user(self):
+        """The environment of a user for whom no settings are kept yet."""
+        return os.environ | {"XDG_CONFIG_HOME": tempfile.mkdtemp(dir=self.workspace)}
+
+
+def named_numbers(text):
+    return {name: int(number) for name, number in re.findall(r"(\w+)=(\d+)", text)}
 
 
 def memory_once_said(command, environment, errors, said):
     """The proportional share of memory, in MiB, that a program has some time after its output
     matched `said`."""
-    with subprocess.Popen(command, env=os.environ | environment, stdout=subprocess.PIPE,
+    with subprocess.Popen(command, env=environment, stdout=subprocess.PIPE,
                           stderr=errors) as program:
         try:
             output = b""
@@ -106,14 +151,18 @@ def memory_once_said(command, environment, errors, said):
     return int(re.search(r"^Pss: +(\d+) kB", facts, re.MULTILINE)[1]) / 1024
 
 
-def forget_desktop(workspace):
-    """Takes the user's session out of the environment, so that all machines measure the same."""
+def forget_user(workspace):
+    """Takes the user's session, settings and own files out of the environment, so that all machines
+    measure the same and nothing of the user's is touched."""
     for name in ("WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_CURRENT_DESKTOP"):
         os.environ.pop(name, None)
     for name in [name for name in os.environ if name.startswith("QT_")]:
         del os.environ[name]
-    os.environ["XDG_RUNTIME_DIR"] = os.path.join(workspace, "runtime")
-    os.mkdir(os.environ["XDG_RUNTIME_DIR"], 0o700)
+    for name, folder in (("HOME", "home"), ("XDG_RUNTIME_DIR", "runtime"),
+                         ("XDG_CONFIG_HOME", "config"), ("XDG_CACHE_HOME", "cache"),
+                         ("XDG_DATA_HOME", "data"), ("XDG_STATE_HOME", "state")):
+        os.environ[name] = os.path.join(workspace, "user", folder)
+        os.makedirs(os.environ[name], 0o700)
 
 
 @contextlib.contextmanager
