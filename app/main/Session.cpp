@@ -4,6 +4,7 @@
 #include "app/system/KeyboardLayouts.h"
 #include "app/system/SettingsFile.h"
 #include "core/platform/Memory.h"
+#include "core/platform/Threads.h"
 #include "core/platform/UserFolders.h"
 #include "core/platform/Volumes.h"
 
@@ -23,6 +24,7 @@ using ui::Appearance;
 /// The colours should be known before the first picture, but nobody waits longer for them.
 constexpr int colorPatience = 60;  // ms
 constexpr int paintPatience = 100; // ms
+constexpr auto stuckAfter = std::chrono::seconds(2);
 constexpr auto workerPatience = std::chrono::milliseconds(500);
 
 /// Attempts on one remote volume wait for each other when it does not answer. Local folders do not:
@@ -72,7 +74,7 @@ Session::Session(const Options& options)
       left_(pathOf(options.left)),
       right_(pathOf(options.right)),
       disk_(laneOf),
-      sizingDisk_(laneOf),
+      sizingDisk_(laneOf, stuckAfter, Threads::giveWay),
       events_(makeFolderEvents()),
       settings_(makeSettings(options.task)),
       layout_(system::makeKeyboardLayout()),

@@ -49,7 +49,7 @@ private:
     system::ColorScheme colorScheme_;
     system::MainThread main_;
     BackgroundPool disk_;
-    BackgroundPool sizingDisk_;
+    BackgroundPool sizingDisk_; ///< gives way to all that the user waits for
     SerialWorker writer_;
     std::unique_ptr<FolderEvents> events_;
     system::DesktopClipboard clipboard_;

@@ -37,6 +37,7 @@ struct RunningJob {
 struct BackgroundPool::State : std::enable_shared_from_this<BackgroundPool::State> {
     LaneOf laneOf;
     std::chrono::milliseconds stuckAfter;
+    std::function<void()> prepareThread;
 
     std::mutex mutex;
     std::condition_variable workCame;
@@ -83,6 +84,7 @@ void BackgroundPool::State::staff() {
 }
 
 void BackgroundPool::State::work() {
+    prepareThread();
     std::unique_lock lock(mutex);
     --starting;
     while (!stopping) {
@@ -125,10 +127,12 @@ void BackgroundPool::State::drop() {
     workCame.notify_all();
 }
 
-BackgroundPool::BackgroundPool(LaneOf laneOf, std::chrono::milliseconds stuckAfter)
+BackgroundPool::BackgroundPool(LaneOf laneOf, std::chrono::milliseconds stuckAfter,
+                               std::function<void()> prepareThread)
     : state_(std::make_shared<State>()) {
     state_->laneOf = std::move(laneOf);
     state_->stuckAfter = stuckAfter;
+    state_->prepareThread = std::move(prepareThread);
 }
 
 BackgroundPool::~BackgroundPool() {

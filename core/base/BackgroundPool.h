@@ -18,9 +18,11 @@ class BackgroundPool final : public DiskExecutor {
 public:
     using LaneOf = std::function<std::string(const std::string& path)>;
 
-    /// `laneOf` names the lane of a path; it runs on the pool's threads and must not wait.
-    explicit BackgroundPool(LaneOf laneOf,
-                            std::chrono::milliseconds stuckAfter = std::chrono::seconds(2));
+    /// `laneOf` names the lane of a path; it runs on the pool's threads and must not wait. Each of
+    /// these threads begins with `prepareThread`.
+    explicit BackgroundPool(
+        LaneOf laneOf, std::chrono::milliseconds stuckAfter = std::chrono::seconds(2),
+        std::function<void()> prepareThread = [] {});
     /// Drops the tasks not yet begun and lets go of the threads without waiting for them.
     ~BackgroundPool() override;
     BackgroundPool(const BackgroundPool&) = delete;

@@ -1,0 +1,7 @@
+#include "core/platform/Threads.h"
+
+namespace fennik::Threads {
+
+void giveWay() {}
+
+} // namespace fennik::Threads
