@@ -13,6 +13,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
+#include <utility>
 
 namespace fennik::ui {
 
@@ -93,9 +95,10 @@ void PanelTable::takeChanges(app::PanelChanges changes) {
         takeItems();
     else if (changes & (PanelChange::cursor | PanelChange::state))
         showCursor();
-    if (changes &
-        (PanelChange::linkTargets | PanelChange::items | PanelChange::sizes | PanelChange::marks))
+    if (changes & (PanelChange::linkTargets | PanelChange::items | PanelChange::sizes))
         viewport()->update();
+    if (changes.testFlag(PanelChange::marks))
+        updateMarks();
     if (changes.testFlag(PanelChange::tabs))
         header_->viewport()->update();
 }
@@ -126,6 +129,25 @@ void PanelTable::noteView() {
     topRow_ = std::max(0, rowAt(0));
     const auto row = static_cast<std::size_t>(topRow_);
     topName_ = row < panel_.items().size() ? std::string(panel_.items().view(row).name) : "";
+    markedInView_ = markedInView();
+}
+
+std::vector<int> PanelTable::markedInView() const {
+    std::vector<int> rows;
+    const auto [first, last] = rowsInView();
+    for (int row = first; row < last; ++row) {
+        if (panel_.marks().isMarked(panel_.items().view(static_cast<std::size_t>(row)).name))
+            rows.push_back(row);
+    }
+    return rows;
+}
+
+void PanelTable::updateMarks() {
+    const auto before = std::exchange(markedInView_, markedInView());
+    std::vector<int> changed;
+    std::ranges::set_symmetric_difference(before, markedInView_, std::back_inserter(changed));
+    for (const int row : changed)
+        updateRow(row);
 }
 
 void PanelTable::showCursor() {
@@ -174,12 +196,10 @@ void PanelTable::paintEvent(QPaintEvent* event) {
 }
 
 void PanelTable::paintMarks(QPainter& painter) const {
-    const auto [first, last] = rowsInView();
-    for (int row = first; row < last; ++row) {
+    for (const int row : markedInView()) {
         // Under the filled cursor the tint gives way.
-        const auto index = static_cast<std::size_t>(row);
-        const bool isCovered = index == panel_.cursor() && look_ != FocusLook::idle;
-        if (!isCovered && panel_.marks().isMarked(panel_.items().view(index).name))
+        const bool isCovered = row == static_cast<int>(panel_.cursor()) && look_ != FocusLook::idle;
+        if (!isCovered)
             painter.fillRect(rowRect(row), theme_.tokens().markSoft);
     }
 }
@@ -211,6 +231,7 @@ void PanelTable::resizeEvent(QResizeEvent* event) {
     geometry_.layOut(*header_, viewport()->width());
     QTableView::resizeEvent(event);
     wantLinkTargets();
+    noteView();
 }
 
 void PanelTable::keyPressEvent(QKeyEvent* event) {

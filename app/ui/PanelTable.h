@@ -8,6 +8,8 @@
 #include <QTableView>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 class QTimer;
 
@@ -72,6 +74,9 @@ private:
     void showCursor();
     void updateRow(int row);
     void noteView();
+    void updateMarks();
+    /// The rows in view that are marked, in order.
+    std::vector<int> markedInView() const;
     QRect rowRect(int row) const;
     /// The rows in view, the last excluded.
     std::pair<int, int> rowsInView() const;
@@ -92,6 +97,7 @@ private:
     std::string shownFolder_;
     std::string topName_;
     int topRow_ = 0;
+    std::vector<int> markedInView_; ///< as they are painted, or soon will be
 };
 
 } // namespace fennik::ui

@@ -9,6 +9,7 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QHeaderView>
+#include <QPaintEvent>
 #include <QTest>
 
 #include <fcntl.h>
@@ -25,6 +26,33 @@ using app::PanelSide;
 class UnknownLayout final : public app::KeyboardLayout {
 public:
     std::optional<std::string> character(const app::PressedKey&) override { return std::nullopt; }
+};
+
+/// What of a widget was painted.
+class PaintWatch final : public QObject {
+public:
+    explicit PaintWatch(QWidget& widget) : widget_(widget) { widget.installEventFilter(this); }
+
+    bool has(QPoint point) const { return region_.contains(point); }
+    bool waitFor(QPoint point) {
+        return QTest::qWaitFor([this, point] { return has(point); });
+    }
+    void paintAll() {
+        widget_.update();
+        waitFor(widget_.rect().center());
+        region_ = {};
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint)
+            region_ += static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+
+private:
+    QWidget& widget_;
+    QRegion region_;
 };
 
 class WindowTest : public AppFixture {
@@ -87,6 +115,22 @@ TEST_F(WindowTest, theCursorLooksLikeWhereTheKeyboardIs) {
 
     window.view(PanelSide::right).setFocusLook(ui::FocusLook::near);
     EXPECT_EQ(pixel(PanelSide::right, 0, 300), tokens.accentSoft);
+}
+
+TEST_F(WindowTest, aMarkThatComesOrGoesPaintsItsRowAlone) {
+    start();
+    auto& shown = table(PanelSide::left);
+    PaintWatch watch(*shown.viewport());
+    const auto inRow = [&shown](int row) {
+        return QPoint(100, shown.rowViewportPosition(row) + 12);
+    };
+    for (const auto change : {&app::PanelModel::markAll, &app::PanelModel::invertMarks}) {
+        watch.paintAll();
+        (app.activePanel().*change)();
+        EXPECT_TRUE(watch.waitFor(inRow(2)));
+        EXPECT_FALSE(watch.has(inRow(0)));
+    }
+    EXPECT_EQ(pixel(PanelSide::left, 2, 300), theme.tokens().panel);
 }
 
 TEST_F(WindowTest, keysSortAndWalkInTheActivePanel) {
