@@ -1,7 +1,8 @@
 // Changes a folder that is shown, and counts how often it is read again and its rows are built
 // anew: a burst of new files, a larger one of changed files, and changes that go on:
 //   watched_changes FOLDER EMPTY_FOLDER
-// Prints the counts; of the changes that go on also, in nanoseconds, the shortest time of a reading.
+// Prints the counts; of the changes that go on also, in nanoseconds, the shortest time of a
+// reading.
 #include "benchmarks/ShownSession.h"
 
 #include <algorithm>
