@@ -124,23 +124,36 @@ class Folders(WindowTest):
         self.fennik.expect("the panel with the keyboard", self.fennik.keyboard_side, LEFT)
         self.fennik.expect_title(f"{self.left.name} – Fennik")
 
-    def test_ctrl_r_shows_what_was_created_and_deleted_meanwhile(self):
+
+class Unwatched(WindowTest):
+    """Where the system watches no more folders, everything is still there when it is asked for."""
+
+    def setUp(self):
+        self.left = self.new_folder("Alfa/", "Beta/", "a.txt", "b.txt")
+        tracer = ["strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=inotify_add_watch", "-e",
+                  "inject=inotify_add_watch:error=ENOSPC"]
+        self.fennik = self.start(self.left, self.new_folder(), wrapper=tracer)
+        self.fennik.expect_table(LEFT, f"{self.left.name}, 4 položky")
         self.fennik.press("End")
         self.fennik.expect_cursor("b.txt")
+
+    def test_ctrl_r_shows_what_was_created_and_deleted_meanwhile(self):
         (self.left / "aa.txt").touch()
         (self.left / "Alfa").rmdir()
+        stays_so(lambda: self.fennik.names(LEFT) == [UP, "Alfa", "Beta", "a.txt", "b.txt"],
+                 "nobody has told of the changes")
+        self.assertEqual(self.fennik.toast(), "")
         self.fennik.press("Ctrl+R")
         self.fennik.expect("the rows", lambda: self.fennik.names(LEFT),
                            [UP, "Beta", "a.txt", "aa.txt", "b.txt"])
         self.fennik.expect_cursor("b.txt")
 
     def test_the_cursor_goes_to_a_neighbour_of_a_deleted_file(self):
-        self.fennik.press("End")
-        self.fennik.expect_cursor("b.txt")
         (self.left / "b.txt").unlink()
         self.fennik.press("Ctrl+R")
         self.fennik.expect_table(LEFT, f"{self.left.name}, 3 položky")
         self.fennik.expect_cursor("a.txt")
+
 
 class QuickPresses(WindowTest):
     def setUp(self):

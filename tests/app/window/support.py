@@ -4,6 +4,7 @@ The desktop has its own X server, window manager and session bus, so the tests n
 disturb the desktop of whoever runs them. Keys are real presses, and what the program shows is read
 the way a screen reader reads it.
 """
+import contextlib
 import ctypes
 import os
 import pathlib
@@ -20,8 +21,12 @@ GIVEN_PROGRAM = pathlib.Path(sys.argv.pop(1))
 NOBODY = 65534
 PATIENCE = 5  # seconds for what has to happen at once, even on a busy machine
 LEFT, RIGHT = SIDES = ("Levý panel", "Pravý panel")
-PATH_BAR, TABLE, STATUS_LINE, MESSAGE = range(4)  # the places of a panel's parts among its children
+# The places of a panel's parts among its children.
+TAB_STRIP, PATH_BAR, TABLE, STATUS_LINE, MESSAGE = range(5)
 UP = "nadřazená složka"
+# All other keys are the program's, also those that desktops like to take for themselves.
+WINDOW_MANAGER_KEYS = """<openbox_config xmlns="http://openbox.org/3.4/rc"><keyboard>
+<keybind key="A-F4"><action name="Close"/></keybind></keyboard></openbox_config>"""
 PR_SET_PDEATHSIG = 1
 PR_SET_CHILD_SUBREAPER = 36
 
@@ -30,13 +35,15 @@ libc = ctypes.CDLL(None, use_errno=True)
 # The keys by their place on the keyboard, called as on an American one, so that the layout decides
 # what they type. Esc has its name, because xdotool takes a single digit for a character.
 KEYS = {
-    "Esc": "Escape", "1": 10, "2": 11, "3": 12, "4": 13, "0": 19, "Equal": 21, "Backspace": 22,
-    "Tab": 23, "Q": 24, "R": 27, "Y": 29, "Bracket": 34, "Enter": 36, "Ctrl": 37, "F": 41,
-    "Semicolon": 47, "Shift": 50, "Z": 52, "N": 57, "Period": 60, "NumMultiply": 63, "Alt": 64,
-    "Space": 65, "CapsLock": 66, "F1": 67, "F6": 72, "NumLock": 77, "ScrollLock": 78,
-    "NumMinus": 82, "NumPlus": 86, "Num1": 87, "NumEnter": 104, "AltGr": 108, "Home": 110,
-    "Up": 111, "PageUp": 112, "Left": 113, "Right": 114, "End": 115, "Down": 116, "PageDown": 117,
-    "Insert": 118, "Delete": 119, "Super": 133,
+    "Esc": "Escape", **{key: 10 + place for place, key in enumerate("1234567890")}, "Minus": 20,
+    "Equal": 21, "Backspace": 22, "Tab": 23, **{key: 24 + place for place, key in enumerate("QWERTYUIOP")},
+    "Bracket": 34, "BracketRight": 35, "Enter": 36, "Ctrl": 37,
+    **{key: 38 + place for place, key in enumerate("ASDFGHJKL")}, "Semicolon": 47, "Shift": 50,
+    **{key: 52 + place for place, key in enumerate("ZXCVBNM")}, "Period": 60, "NumMultiply": 63, "Alt": 64,
+    "Space": 65, "CapsLock": 66, **{f"F{number}": 66 + number for number in range(1, 11)}, "NumLock": 77,
+    "ScrollLock": 78, "NumMinus": 82, "NumPlus": 86, "Num1": 87, "NumEnter": 104, "AltGr": 108,
+    "Home": 110, "Up": 111, "PageUp": 112, "Left": 113, "Right": 114, "End": 115, "Down": 116,
+    "PageDown": 117, "Insert": 118, "Delete": 119, "Super": 133,
 }
 
 
@@ -48,14 +55,16 @@ def wait_until(condition, what, timeout=PATIENCE):
     """Asks `condition` until it holds and returns what it said; fails with the sentence `what`."""
     deadline = time.monotonic() + timeout
     while True:
+        failure = None
         try:
             said = condition()
-        except RuntimeError:
-            said = None  # What is being read may vanish meanwhile, and the bindings raise this.
+        except (AttributeError, RuntimeError) as error:
+            # What is being read may vanish meanwhile; the bindings raise the one or return None.
+            said, failure = None, error
         if said:
             return said
         if time.monotonic() > deadline:
-            raise TooLate(f"Not within {timeout} s: {what() if callable(what) else what}")
+            raise TooLate(f"Not within {timeout} s: {what() if callable(what) else what}") from failure
         time.sleep(0.02)
 
 
@@ -173,7 +182,9 @@ class Desktop:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start_telling(
             ["dbus-daemon", "--session", "--nofork", "--print-address={}",
              f"--address=unix:path={self.folder}/runtime/session"])
-        self.spawn(["openbox", "--sm-disable"], stdout=self.log, stderr=self.log)
+        keys = self.folder / "window-manager.xml"
+        keys.write_text(WINDOW_MANAGER_KEYS, encoding="utf-8")
+        self.spawn(["openbox", "--sm-disable", "--config-file", keys], stdout=self.log, stderr=self.log)
         wait_until(lambda: b"window id" in self._ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
                    "the window manager has started")
         self.accessibility = self._accessibility()
@@ -210,8 +221,8 @@ class Desktop:
         return subprocess.run(command, env=self.environment, check=False, capture_output=True,
                               timeout=PATIENCE).stdout
 
-    def spawn(self, command, **options):
-        process = subprocess.Popen(command, env=self.environment, preexec_fn=die_with_the_test,
+    def spawn(self, command, environment=None, **options):
+        process = subprocess.Popen(command, env=self.environment | (environment or {}), preexec_fn=die_with_the_test,
                                    stdin=subprocess.DEVNULL, **options)
         self._processes.append(process)
         return process
@@ -226,6 +237,23 @@ class Desktop:
                  for combination in combinations]
         subprocess.run(["xdotool", "key", "--delay", "4", *codes], env=self.environment, check=True,
                        timeout=60)
+
+    def type(self, text):
+        """Types ASCII characters on the American layout."""
+        subprocess.run(["xdotool", "type", "--delay", "4", text], env=self.environment, check=True,
+                       timeout=60)
+
+    @contextlib.contextmanager
+    def held(self, key):
+        """Holds a key down for as long as the context lasts."""
+        def send(command):
+            subprocess.run(["xdotool", command, str(KEYS[key])], env=self.environment, check=True,
+                           timeout=PATIENCE)
+        send("keydown")
+        try:
+            yield
+        finally:
+            send("keyup")
 
     def active_title(self):
         """The title of the window that has the keyboard."""
@@ -258,10 +286,10 @@ def row_name(text):
 class Fennik:
     """One run of the program, with what its user sees of it."""
 
-    def __init__(self, desktop, program, left, right, options=(), wrapper=()):
+    def __init__(self, desktop, program, arguments, environment, wrapper=()):
         self.desktop = desktop
-        self._errors = open(desktop.folder / "errors.log", "wb")
-        self.process = desktop.spawn([*wrapper, program, *options, "--", left, right],
+        self._errors = open(desktop.new_folder() / "errors.log", "w+b")
+        self.process = desktop.spawn([*wrapper, program, *arguments], environment,
                                      stdout=self._errors, stderr=self._errors)
         self.application = self.wait(self._find_application, "the program is on the bus")
         self.application.set_cache_mask(desktop.accessibility.Cache.NONE)
@@ -274,7 +302,10 @@ class Fennik:
         root = self.desktop.accessibility.get_desktop(0)
         root.clear_cache()
         found = [root.get_child_at_index(i) for i in range(root.get_child_count())]
-        return next((child for child in found if child and child.get_name() == "Fennik"), None)
+        # A wrapper has the program as its child.
+        own = {self.process.pid, *descendants_of(self.process.pid)}
+        return next((child for child in found if child and child.get_name() == "Fennik"
+                     and child.get_process_id() in own), None)
 
     def wait(self, condition, what, timeout=PATIENCE):
         """As `wait_until`, and fails at once when the program has ended."""
@@ -286,7 +317,7 @@ class Fennik:
         return wait_until(asks, what, timeout)
 
     def errors(self):
-        return (self.desktop.folder / "errors.log").read_text(encoding="utf-8", errors="replace")
+        return pathlib.Path(self._errors.name).read_text(encoding="utf-8", errors="replace")
 
     def press(self, *combinations):
         self.desktop.press(*combinations)
@@ -309,7 +340,9 @@ class Fennik:
 
     def panels(self):
         """The panels in the order in which they are read."""
-        splitter = self.window().get_child_at_index(0)
+        window = self.window()
+        parts = (window.get_child_at_index(i) for i in range(window.get_child_count()))
+        splitter = next(part for part in parts if part.get_role_name() == "split pane")
         panels = [splitter.get_child_at_index(i) for i in range(splitter.get_child_count())]
         return [panel for panel in panels if panel.get_child_count() > 1]
 
@@ -331,6 +364,52 @@ class Fennik:
     def keyboard_side(self):
         return next((side for side in SIDES if self.has_state(self.table(side), "FOCUSED")), None)
 
+    def part(self, side, place):
+        return self.table(side).get_parent().get_child_at_index(place)
+
+    def in_view(self, start=None):
+        """Everything that is in view, without the cells of tables."""
+        start = start or self.window()
+        if not self.has_state(start, "SHOWING"):
+            return
+        yield start
+        for index in range(start.get_child_count() if start.get_role_name() != "table" else 0):
+            child = start.get_child_at_index(index)
+            if child:
+                yield from self.in_view(child)
+
+    def shown(self, role, start=None):
+        """Everything of a role that is in view."""
+        return [control for control in self.in_view(start) if control.get_role_name() == role]
+
+    def focused(self):
+        """The name of the control that has the keyboard, a row's that of its table."""
+        return next((control.get_name() for control in self.in_view()
+                     if self.has_state(control, "FOCUSED")), None)
+
+    def text(self, name):
+        """What stands in the field of a name."""
+        field = next(field for field in self.shown("text") if field.get_name() == name)
+        return self.desktop.accessibility.Text.get_text(field, 0, -1)
+
+    def tabs(self, side):
+        """The titles of a panel's tabs, the active one in brackets; none where no strip is shown."""
+        return [f"[{tab.get_name()}]" if self.has_state(tab, "SELECTED") else tab.get_name()
+                for tab in self.shown("page tab", self.part(side, TAB_STRIP))]
+
+    def toast(self):
+        """What the toast says; empty when none is shown."""
+        return "".join(alert.get_name() for alert in self.shown("alert"))
+
+    def dialog(self):
+        """The dialog that is open, or none."""
+        return next(iter(self.shown("dialog")), None)
+
+    def list_items(self, name):
+        """What is read for the rows of a list of this name; none when it is not shown."""
+        return [item.get_name() for found in self.shown("list") if found.get_name() == name
+                for item in self.all(found) if item.get_role_name() == "list item"]
+
     def cursor(self, side=None):
         """What is read under the cursor of a panel, by itself of the one with the keyboard."""
         table = self.table(side or self.keyboard_side())
@@ -341,18 +420,15 @@ class Fennik:
         return None
 
     def _labels(self, side, part):
-        labels = self.all(self.table(side).get_parent().get_child_at_index(part))
-        return [label.get_name() for label in labels
-                if label.get_role_name() == "label" and self.has_state(label, "SHOWING")]
+        return [label.get_name() for label in self.shown("label", self.part(side, part))]
 
     def shown_path(self, side):
         """The folder of a panel, as the last crumb of its path bar tells it."""
-        bar = self.table(side).get_parent().get_child_at_index(PATH_BAR)
-        crumbs = [control for control in self.all(bar) if self.has_state(control, "SHOWING")]
-        return crumbs[-1].get_description()
+        return self.shown("push button", self.part(side, PATH_BAR))[-1].get_description()
 
     def status(self, side):
-        return self._labels(side, STATUS_LINE)[0]
+        """What stands first in a panel's status line: a count, the marks or a state."""
+        return next(filter(None, self._labels(side, STATUS_LINE)), "")
 
     def message(self, side):
         """What a panel says in place of rows; empty when it says nothing."""
@@ -401,8 +477,25 @@ class WindowTest(unittest.TestCase):
                 (folder / name).touch()
         return folder
 
-    def start(self, left, right, **options):
-        fennik = Fennik(self.desktop, self.program, left, right, **options)
+    def new_home(self):
+        """What tells the program of a home folder and of settings that no other test has."""
+        home = self.desktop.new_folder()
+        return {"HOME": str(home), "XDG_CONFIG_HOME": str(home / "config")}
+
+    @staticmethod
+    def settings_file(home):
+        return pathlib.Path(home["XDG_CONFIG_HOME"]) / "Fennik" / "Fennik.conf"
+
+    def write_settings(self, home, **values):
+        """Leaves settings as an earlier run would have; the values as they stand in the file."""
+        file = self.settings_file(home)
+        file.parent.mkdir(parents=True, exist_ok=True)
+        lines = [f"{key}={value}\n" for key, value in values.items()]
+        file.write_text("[General]\n" + "".join(lines), encoding="utf-8")
+
+    def start(self, *folders, home=None, **options):
+        fennik = Fennik(self.desktop, self.program, ["--", *folders], home or self.new_home(),
+                        **options)
         self.addCleanup(fennik.close)
         return fennik
 
