@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <cstddef>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/file.h>
@@ -147,7 +148,8 @@ std::expected<void, std::string> IniFile::merge(const Values& changes, Content c
         if (!file.open(QIODevice::ReadOnly))
             return std::unexpected("soubor " + fennik::quoted(path_) + " nejde přečíst.");
         const auto bytes = file.readAll();
-        if (content == Content::notUnderstood || !isWhole(std::string_view(bytes)))
+        const std::string_view all(bytes.data(), static_cast<std::size_t>(bytes.size()));
+        if (content == Content::notUnderstood || !isWhole(all))
             if (auto kept = keepCopy(bytes); !kept)
                 return kept;
     }
