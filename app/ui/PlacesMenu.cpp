@@ -57,6 +57,7 @@ PlacesMenu::PlacesMenu(const Theme& theme, Icons& icons, QWidget* parent)
     connect(list_, &MenuList::itemClicked, this,
             [this](int row) { activate(row, Target::sameTab); });
     auto* sign = filter_->addAction(QIcon(), QLineEdit::LeadingPosition);
+    sign->setText(QStringLiteral("Filtr")); // read for the button that the toolkit makes of it
     const auto takeTheme = [this, sign, &icons] {
         const auto& tokens = this->theme().tokens();
         const int side = this->theme().px(16);

@@ -57,6 +57,7 @@ DialogCard::DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWi
     title_->setFont(theme.font(FontRole::title, QFont::DemiBold));
     subtitle_->setFont(theme.font(FontRole::detail));
     hint_->setFont(theme.font(FontRole::detail));
+    hint_->setHidden(texts.hint.isEmpty());
 
     area_->setObjectName(QStringLiteral("dialogArea"));
     area_->setFrameShape(QFrame::NoFrame);
