@@ -3,7 +3,7 @@ import os
 from datetime import datetime
 from zoneinfo import ZoneInfo
 
-from support import LEFT, RIGHT, UP, WindowTest, main, set_up_desktop
+from support import LEFT, RIGHT, UP, WindowTest, main, set_up_desktop, stays_so
 
 setUpModule = set_up_desktop
 
@@ -50,6 +50,31 @@ class TableNames(WindowTest):
                     lambda: f"the root is named, not {fennik.table(LEFT).get_name()!r}")
 
 
+class Listener:
+    """What a screen reader is told without asking."""
+
+    def __init__(self, test, *kinds):
+        self.heard = []
+        listener = test.desktop.accessibility.EventListener.new(self._hear)
+        for kind in kinds:
+            listener.register(kind)
+            test.addCleanup(listener.deregister, kind)
+
+    def _hear(self, event):
+        from gi.repository import GLib
+        try:
+            told = event.source.get_role_name(), event.source.get_name()
+        except GLib.GError:
+            return  # it is gone already
+        self.heard.append((event.type.rpartition(":")[2], *told, event.detail1))
+
+    def has_heard(self, *wanted):
+        from gi.repository import GLib
+        while GLib.MainContext.default().iteration(False):
+            pass
+        return wanted in self.heard
+
+
 class Rows(WindowTest):
     def test_are_read_with_kind_size_and_date(self):
         folder = self.new_folder("Složka/", "Smlouva.pdf", ".tajné.txt", "cosi")
@@ -83,32 +108,89 @@ class Rows(WindowTest):
                       "Složka, složka, 0\u00a0B, změněno 1. 7. 2026 3:05")
 
     def test_are_announced_as_the_cursor_comes_to_them(self):
-        from gi.repository import GLib
-        heard = []
-
-        def hear(event):
-            if event.detail1 == 1:
-                heard.append(event.source.get_name())
-        listener = self.desktop.accessibility.EventListener.new(hear)
-        listener.register("object:state-changed:focused")
-        self.addCleanup(listener.deregister, "object:state-changed:focused")
+        listener = Listener(self, "object:state-changed:focused")
         folder = self.new_folder("Uvnitř/", "a.txt")
         (folder / "Uvnitř" / "b.txt").touch()
         fennik = self.start(folder, self.new_folder())
         fennik.expect_table(LEFT, f"{folder.name}, 2 položky")
 
-        def has_heard(beginning):
-            while GLib.MainContext.default().iteration(False):
-                pass
-            return heard and heard[-1].startswith(beginning)
+        def has_heard_last(beginning):
+            listener.has_heard()
+            focused = [name for _, _, name, is_so in listener.heard if is_so]
+            return focused and focused[-1].startswith(beginning)
         for key, beginning in (("Down", "Uvnitř, složka"), ("Enter", UP), ("Down", "b.txt, "),
                                ("Backspace", "Uvnitř, složka"), ("End", "a.txt, "),
                                ("Tab", RIGHT), ("Tab", LEFT)):
-            heard.clear()
+            listener.heard.clear()
             fennik.press(key)
-            fennik.wait(lambda wanted=beginning: has_heard(wanted),
+            fennik.wait(lambda wanted=beginning: has_heard_last(wanted),
                         lambda wanted=beginning, key=key:
-                        f"{key} announces {wanted!r}; announced: {heard}")
+                        f"{key} announces {wanted!r}; announced: {listener.heard}")
+
+    def test_say_that_they_are_marked_and_the_marks_are_counted(self):
+        folder = self.new_folder("Složka/", "a.txt", "b.txt")
+        (folder / "a.txt").write_bytes(b"x" * 2000)
+        fennik = self.start(folder, self.new_folder())
+        fennik.expect_table(LEFT, f"{folder.name}, 3 položky")
+        listener = Listener(self, "object:property-change:accessible-name")
+        fennik.press("Down", "Down", "Insert")
+        fennik.wait(lambda: listener.has_heard("accessible-name", "label", "Označeno 1 z 3 · 2,0\u00a0kB", 0),
+                    lambda: f"the count is told: {listener.heard}")
+        self.assertTrue(fennik.rows(LEFT)[2].startswith("a.txt, textový dokument, 2,0\u00a0kB, změněno "))
+        self.assertEqual([row.endswith(", označeno") for row in fennik.rows(LEFT)], [False, False, True, False])
+
+
+class Tabs(WindowTest):
+    def test_are_a_list_of_tabs_with_their_paths_and_the_active_one(self):
+        folder = self.new_folder("Alfa/")
+        fennik = self.start(folder, self.new_folder())
+        fennik.expect_table(LEFT, f"{folder.name}, 1 položka")
+        self.assertEqual(fennik.shown("page tab list"), [])
+        fennik.press("Ctrl+T", "Down", "Enter")
+        fennik.expect("the tabs", lambda: fennik.tabs(LEFT), [folder.name, "[Alfa]"])
+        strip = fennik.shown("page tab list")[0]
+        self.assertEqual(strip.get_name(), "Záložky")
+        tabs = fennik.shown("page tab", strip)
+        self.assertEqual([tab.get_description() for tab in tabs], [str(folder), str(folder / "Alfa")])
+        fennik.press("Ctrl+Tab")
+        fennik.expect("the tabs", lambda: fennik.tabs(LEFT), [f"[{folder.name}]", "Alfa"])
+        # Pressing a tab with a screen reader's means goes to it.
+        tabs[1].get_action_iface().do_action(0)
+        fennik.expect("the tabs", lambda: fennik.tabs(LEFT), [folder.name, "[Alfa]"])
+
+
+class Overlays(WindowTest):
+    def setUp(self):
+        self.folder = self.new_folder("Alfa/", "a.txt", "b.txt")
+        self.fennik = self.start(self.folder, self.new_folder())
+        self.fennik.expect_table(LEFT, f"{self.folder.name}, 3 položky")
+
+    def test_a_toast_is_an_alert(self):
+        listener = Listener(self, "object:state-changed:showing")
+        self.fennik.press("Ctrl+Shift+D")
+        sentence = f"Přidáno do oblíbených: {self.folder.name}"
+        self.fennik.wait(lambda: listener.has_heard("showing", "alert", sentence, 1),
+                         lambda: f"the toast is told: {listener.heard}")
+
+    def test_a_dialog_is_one_with_title_description_and_outcome(self):
+        self.fennik.press("NumPlus")
+        dialog = self.fennik.wait(self.fennik.dialog, "the dialog is open")
+        self.assertEqual((dialog.get_name(), dialog.get_description()),
+                         ("Označit podle masky", f"{self.folder.name} · 3 položky"))
+        self.desktop.type("*.txt")
+        field = self.fennik.shown("text", dialog)[0]
+        self.fennik.expect("the description of the field", field.get_description, "Odpovídají 2 položky, 0\u00a0B")
+        self.assertEqual([button.get_name() for button in self.fennik.shown("push button", dialog)],
+                         ["Zrušit", "Označit"])
+
+    def test_the_chosen_row_of_a_list_is_told(self):
+        listener = Listener(self, "object:state-changed:focused", "object:active-descendant-changed")
+        self.fennik.press("Ctrl+L", "End")
+        self.desktop.type("/al")
+        self.fennik.wait(lambda: self.fennik.list_items("Návrhy složek"), "folders are suggested")
+        self.fennik.press("Down")
+        self.fennik.wait(lambda: listener.has_heard("focused", "list item", f"{self.folder}/Alfa", 1),
+                         lambda: f"the suggestion is told: {listener.heard}")
 
 
 class Names(WindowTest):
@@ -131,6 +213,17 @@ class Names(WindowTest):
         fennik.press("Down")
         fennik.expect_cursor("Složka")
         self.check_names(fennik)
+
+    def test_belong_to_every_control_of_what_opens_over_the_panels(self):
+        folder = self.new_folder("Složka/", "a.txt")
+        fennik = self.start(folder, folder)
+        fennik.expect_table(LEFT, f"{folder.name}, 2 položky")
+        for keys in (("Ctrl+T", "Ctrl+A", "Ctrl+Shift+D"), ("Ctrl+D",), ("Esc", "Ctrl+L", "Backspace"),
+                     ("Esc", "NumMinus")):
+            with self.subTest(keys=keys):
+                fennik.press(*keys)
+                stays_so(fennik.panels, "the window is there", 0.3)
+                self.check_names(fennik)
 
     def test_belong_to_every_control_of_an_empty_folder(self):
         folder = self.new_folder(".skrytý")

@@ -114,6 +114,18 @@ class PathField(PlacesTest):
         self.fennik.press("Esc")
         self.expect_panel(self.left)
 
+    def test_a_copied_path_is_opened_without_the_field(self):
+        self.open_field()
+        self.fennik.press("End")
+        self.desktop.type("/Beta")
+        self.fennik.press("Ctrl+A", "Ctrl+C", "Esc", "Ctrl+Shift+V")
+        self.expect_panel(self.left / "Beta")
+        self.open_field()
+        self.desktop.type("a b")
+        self.fennik.press("Ctrl+A", "Ctrl+C", "Esc", "Ctrl+Shift+V")
+        self.fennik.wait(lambda: self.fennik.toast() or self.fennik.message(LEFT), "the panel says why not")
+        self.expect_panel(self.left / "Beta")
+
     def test_typing_writes_and_does_nothing_in_the_panel(self):
         self.fennik.press("Down")
         self.open_field()
