@@ -6,7 +6,7 @@ import statistics
 import sys
 
 import fixtures
-from programs import Programs, forget_user, private_display
+from programs import Programs, forget_user, others_with_toolkit, private_display
 from table import AtLeast, AtMost, Table, count, mebibytes
 
 FEW = 2_000
@@ -143,6 +143,7 @@ def measure_start(table, programs, folders):
 
 def measure_memory(table, programs, folders):
     table.section("Memory, proportional share")
+    others = others_with_toolkit()
     sizes = in_turns(MEMORY_ROUNDS, {
         (name, size): lambda measure=measure, size=size: measure(*getattr(folders, size))
         for size in ("empty", "large")
@@ -151,6 +152,9 @@ def measure_memory(table, programs, folders):
         fennik = sizes["fennik", size]
         table.add(what, fennik, "limit", limit, AtMost(1), mebibytes)
         table.add(what, fennik, "bare window", sizes["bare", size], text=mebibytes)
+    others = max(others, others_with_toolkit())
+    if others:
+        table.note("more than is said here", f"other programs that share the toolkit: {others}")
 
 
 def measure_keys(table, programs, folders):

@@ -151,6 +151,15 @@ def memory_once_said(command, environment, errors, said):
     return int(re.search(r"^Pss: +(\d+) kB", facts, re.MULTILINE)[1]) / 1024
 
 
+def others_with_toolkit():
+    """How many running programs have the toolkit in their memory, and so take a share of it."""
+    count = 0
+    for maps in pathlib.Path("/proc").glob("[0-9]*/maps"):
+        with contextlib.suppress(OSError):
+            count += "/libQt6Core.so" in maps.read_text(encoding="utf-8", errors="replace")
+    return count
+
+
 def forget_user(workspace):
     """Takes the user's session, settings and own files out of the environment, so that all machines
     measure the same and nothing of the user's is touched."""
