@@ -17,6 +17,18 @@ constexpr auto saveDelay = std::chrono::milliseconds(300);
 constexpr auto toastStaysFor = std::chrono::seconds(3);
 constexpr std::size_t mostMasks = 5;
 
+/// What is stored of the tabs. A text that somebody wrote into the file by hand has its commas
+/// taken for the ends of texts.
+std::string storedPanels(const Settings& settings) {
+    auto stored = settings.get(SettingKeys::panels).bytes;
+    if (!stored.empty())
+        return stored;
+    const SettingKey<std::vector<std::string>> asTexts{SettingKeys::panels.name};
+    for (const auto& text : settings.get(asTexts))
+        stored.append(stored.empty() ? "" : ",").append(text);
+    return stored;
+}
+
 } // namespace
 
 AppModel::AppModel(AppServices services, FileUrl home)
@@ -38,7 +50,7 @@ AppModel::AppModel(AppServices services, FileUrl home)
 }
 
 void AppModel::restore() {
-    savedState_ = settings_.get(SettingKeys::panels).bytes;
+    savedState_ = storedPanels(settings_);
     const auto saved = SavedState::fromJson(savedState_);
     // The tabs that are saved next take its place, and somebody may still want to look into it.
     if (!savedState_.empty() && (!saved || saved->isEmpty())) {

@@ -249,4 +249,17 @@ TEST_F(TabRestorationTest, whatCannotBeReadIsKeptBesideTheTabsThatAreSavedNext) 
     }
 }
 
+TEST_F(TabRestorationTest, tabsThatWereWrittenByHandCount) {
+    const SettingKey<std::vector<std::string>> asTexts{SettingKeys::panels.name};
+    settings.set(asTexts, {R"({"left":{"tabs":[{"path":")" + temp.path("a") + "\"}",
+                           R"({"path":")" + temp.path("b") + "\"}]}}"});
+    begin();
+    settle();
+    EXPECT_THAT(tabs(), ElementsAre("a", "b"));
+    settings.set(asTexts, {"neither", "nor"});
+    begin();
+    settle();
+    EXPECT_EQ(settings.get(SettingKeys::unreadablePanels).bytes, "neither,nor");
+}
+
 } // namespace fennik::test
