@@ -24,13 +24,12 @@ MarksChip::MarksChip(const Theme& theme, QWidget* parent) : QLabel(parent), them
     hide();
 }
 
-void MarksChip::show(const QString& text, const QString& announcement) {
+void MarksChip::show(const QString& text) {
     if (text == this->text())
         return;
     setText(text);
     setVisible(!text.isEmpty());
     updateGeometry();
-    setAccessibleName(announcement);
     QAccessibleEvent event(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
 }

@@ -13,8 +13,8 @@ class MarksChip final : public QLabel {
 public:
     MarksChip(const Theme& theme, QWidget* parent);
 
-    /// `announcement` is what screen readers say when the text is another one.
-    void show(const QString& text, const QString& announcement);
+    /// Screen readers say the text when it is another one.
+    void show(const QString& text);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

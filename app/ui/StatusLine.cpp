@@ -62,10 +62,7 @@ void StatusLine::setSearch(const QString& text) {
 
 void StatusLine::takePanel() {
     const auto& tokens = theme_.tokens();
-    const auto& totals = panel_.markTotals();
-    marks_->show(marksText(), QStringLiteral("Označeno, %1 z %2")
-                                  .arg(fromUtf8(Format::grouped(totals.count)),
-                                       fromUtf8(Format::grouped(shownItemCount(panel_)))));
+    marks_->show(marksText());
     summary_->setRuns({{summary(), tokens.text2}});
     details_->setRuns({{details(), tokens.text2}});
     const auto free = panel_.error() ? std::nullopt : panel_.freeSpace();
