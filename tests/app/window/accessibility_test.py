@@ -137,7 +137,8 @@ class Rows(WindowTest):
         fennik.wait(lambda: listener.has_heard("accessible-name", "label", "Označeno 1 z 3 · 2,0\u00a0kB", 0),
                     lambda: f"the count is told: {listener.heard}")
         self.assertTrue(fennik.rows(LEFT)[2].startswith("a.txt, textový dokument, 2,0\u00a0kB, změněno "))
-        self.assertEqual([row.endswith(", označeno") for row in fennik.rows(LEFT)], [False, False, True, False])
+        self.assertEqual([row.endswith(", označeno") for row in fennik.rows(LEFT)],
+                         [False, False, True, False])
 
 
 class Tabs(WindowTest):
@@ -146,7 +147,8 @@ class Tabs(WindowTest):
         fennik = self.start(folder, self.new_folder())
         fennik.expect_table(LEFT, f"{folder.name}, 1 položka")
         self.assertEqual(fennik.shown("page tab list"), [])
-        fennik.press("Ctrl+T", "Down", "Enter")
+        fennik.open_tab()
+        fennik.press("Down", "Enter")
         fennik.expect("the tabs", lambda: fennik.tabs(LEFT), [folder.name, "[Alfa]"])
         strip = fennik.shown("page tab list")[0]
         self.assertEqual(strip.get_name(), "Záložky")
@@ -179,7 +181,8 @@ class Overlays(WindowTest):
                          ("Označit podle masky", f"{self.folder.name} · 3 položky"))
         self.desktop.type("*.txt")
         field = self.fennik.shown("text", dialog)[0]
-        self.fennik.expect("the description of the field", field.get_description, "Odpovídají 2 položky, 0\u00a0B")
+        self.fennik.expect("the description of the field", field.get_description,
+                           "Odpovídají 2 položky, 0\u00a0B")
         self.assertEqual([button.get_name() for button in self.fennik.shown("push button", dialog)],
                          ["Zrušit", "Označit"])
 

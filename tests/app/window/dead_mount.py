@@ -1,4 +1,4 @@
-"""Mounts a file system that answers nothing at all once it is mounted, as a network disk does whose server is gone.
+"""Mounts a file system that answers nothing, as a network disk does whose server is gone.
 
 Says where, or why not; unmounts and ends when its input does. Has to be run by the superuser.
 """

@@ -59,7 +59,8 @@ class DeadMount(WindowTest):
         fennik.press("NumPlus")
         self.desktop.type("2*")
         fennik.wait(lambda: "Odpovídá 1 položka, 0\u00a0B" in
-                    (label.get_name() for label in fennik.shown("label")), "the dialog counts matches", timeout=1)
+                    (label.get_name() for label in fennik.shown("label")),
+                    "the dialog counts matches", timeout=1)
         fennik.press("Enter")
         fennik.wait(lambda: fennik.status(RIGHT).startswith("Označeno 1 z 2"), "the mask marks", timeout=1)
         self.type_path(fennik, f"{self.left}/Al")
@@ -69,7 +70,8 @@ class DeadMount(WindowTest):
         fennik.expect("the status line", lambda: fennik.status(LEFT), NO_ANSWER, timeout=6)
         fennik.press("Tab", "Esc")
         fennik.expect("the message", lambda: fennik.message(LEFT),
-                      f"Složku „{self.dead.name}“ nejde přečíst: načítání bylo zastaveno.", timeout=1)
+                      f"Složku „{self.dead.name}“ nejde přečíst: načítání bylo zastaveno.",
+                      timeout=1)
         fennik.press("Tab")
         self.expect_alive(fennik)
         self.desktop.close_active_window()
@@ -109,7 +111,8 @@ class DeadMount(WindowTest):
         fennik.expect("the tabs", lambda: fennik.tabs(RIGHT), ["uvnitř", f"[{self.right.name}]"])
         fennik.expect("the tabs", lambda: fennik.tabs(LEFT), [self.left.name, f"[{self.dead.name}]"])
         fennik.press("Ctrl+D")
-        fennik.wait(lambda: len(fennik.list_items("Oblíbené a nedávné složky")) > 2, "the menu is shown", timeout=1)
+        fennik.wait(lambda: len(fennik.list_items("Oblíbené a nedávné složky")) > 2,
+                    "the menu is shown", timeout=1)
         fennik.press("Esc", "Tab", "Ctrl+Tab")
         fennik.expect_table(LEFT, f"{self.left.name}, 3 položky")
         stays_so(lambda: fennik.tabs(LEFT) == [f"[{self.left.name}]", self.dead.name], "the tab stays")

@@ -125,7 +125,8 @@ class Tabs(WindowTest):
     def test_open_beside_the_active_one_and_keep_folder_cursor_order_marks_and_history(self):
         fennik = self.fennik
         self.expect_tabs()
-        fennik.press("Down", "Insert", "Ctrl+Alt+3", "Ctrl+T")
+        fennik.press("Down", "Insert", "Ctrl+Alt+3")
+        fennik.open_tab()
         self.expect_tabs(self.name, f"[{self.name}]")
         self.expect_tabs(f"[{self.right.name}]", side=RIGHT)
         fennik.expect_cursor("Beta")
@@ -151,7 +152,8 @@ class Tabs(WindowTest):
     def test_go_round_and_close_with_their_keys(self):
         fennik = self.fennik
         fennik.press("Ctrl+W")
-        fennik.press("Ctrl+T", "Down", "Enter")
+        fennik.open_tab()
+        fennik.press("Down", "Enter")
         self.expect_tabs(self.name, "[Alfa]")
         fennik.press("Ctrl+T", "Backspace")
         self.expect_tabs(self.name, "Alfa", f"[{self.name}]")
@@ -231,7 +233,8 @@ class Ways(WindowTest):
 
 class Search(WindowTest):
     def setUp(self):
-        self.left = self.new_folder("Řízek.txt", "Smetana.txt", "Smlouva.txt", "smlouvy staré.txt", "žába.txt")
+        self.left = self.new_folder("Řízek.txt", "Smetana.txt", "Smlouva.txt", "smlouvy staré.txt",
+                                    "žába.txt")
         self.fennik = self.start(self.left, self.new_folder())
         self.fennik.expect_table(LEFT, f"{self.left.name}, 5 položek")
         self.addCleanup(self.desktop.use_layout, "us")

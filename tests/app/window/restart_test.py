@@ -49,7 +49,9 @@ class RestartTest(WindowTest):
     def live_a_little(self, fennik):
         """Leaves tabs, an active one on either side, an order, cursors and a favourite."""
         fennik.expect_table(LEFT, f"{self.left.name}, 3 položky")
-        fennik.press("Down", "Ctrl+T", "Down", "Enter")
+        fennik.press("Down")
+        fennik.open_tab()
+        fennik.press("Down", "Enter")
         fennik.expect_table(LEFT, "Beta, 3 položky")
         fennik.press("Ctrl+Alt+3", "Ctrl+Shift+D", "Home", "Down", "Down")
         fennik.expect_cursor("b")
@@ -106,7 +108,8 @@ class Restart(RestartTest):
 
     def test_drops_tabs_whose_folders_are_gone(self):
         fennik = self.start_again(self.left, self.left / "Alfa")
-        fennik.press("Ctrl+T", "Down", "Down", "Enter")
+        fennik.open_tab()
+        fennik.press("Down", "Down", "Enter")
         self.wait_saved("left", self.left, self.left / "Beta")
         fennik.close()
         (self.left / "Alfa").rmdir()
@@ -150,7 +153,9 @@ class Kills(RestartTest):
         second.close()
         wait_until(lambda: self.desktop.active_title() == f"{self.left.name} – Fennik",
                    "the first window has the keyboard again")
-        first.press("Down", "Ctrl+T", "Enter")
+        first.press("Down")
+        first.open_tab()
+        first.press("Enter")
         first.expect_table(LEFT, "Alfa, 0 položek")
         self.wait_saved("left", self.left, self.left / "Alfa")
         text = self.settings_file(self.home).read_text(encoding="utf-8")

@@ -222,8 +222,9 @@ class Desktop:
                               timeout=PATIENCE).stdout
 
     def spawn(self, command, environment=None, **options):
-        process = subprocess.Popen(command, env=self.environment | (environment or {}), preexec_fn=die_with_the_test,
-                                   stdin=subprocess.DEVNULL, **options)
+        process = subprocess.Popen(command, env=self.environment | (environment or {}),
+                                   preexec_fn=die_with_the_test, stdin=subprocess.DEVNULL,
+                                   **options)
         self._processes.append(process)
         return process
 
@@ -321,6 +322,12 @@ class Fennik:
 
     def press(self, *combinations):
         self.desktop.press(*combinations)
+
+    def open_tab(self, side=LEFT):
+        """Opens a tab and waits for its rows, before which there is nothing to move the cursor over."""
+        wanted = max(1, len(self.tabs(side))) + 1
+        self.press("Ctrl+T")
+        self.wait(lambda: len(self.tabs(side)) == wanted and self.cursor(side), "the new tab shows rows")
 
     def all(self, start=None):
         """Everything on the accessibility tree, in the order in which it is read."""
