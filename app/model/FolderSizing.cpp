@@ -2,8 +2,10 @@
 
 #include "core/listing/FolderSizer.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <mutex>
 #include <optional>
 
 namespace fennik::app {
@@ -12,6 +14,8 @@ namespace {
 
 /// How often a run tells what it has found.
 constexpr auto tellEvery = std::chrono::milliseconds(100);
+/// The more the main thread has to do for a telling, the longer the pause behind it.
+constexpr int pauseFactor = 3;
 
 } // namespace
 
@@ -23,19 +27,42 @@ struct FolderSizing::Progress {
     bool isEnd = false;
 };
 
+/// Holds runs back while the main thread is busy with what they have told.
+class FolderSizing::Pace {
+public:
+    /// Whether something may be told now; `heard` is then expected to follow.
+    bool mayTell(std::chrono::steady_clock::time_point now) {
+        const std::lock_guard lock(lock_);
+        return !isOut_ && now >= next_ && std::exchange(isOut_, true) == false;
+    }
+    void heard(std::chrono::steady_clock::time_point from,
+               std::chrono::steady_clock::time_point until) {
+        const std::lock_guard lock(lock_);
+        isOut_ = false;
+        next_ = until + std::max<std::chrono::steady_clock::duration>(tellEvery,
+                                                                      pauseFactor * (until - from));
+    }
+
+private:
+    std::mutex lock_;
+    bool isOut_ = false; ///< something was told, and not yet heard
+    std::chrono::steady_clock::time_point next_;
+};
+
 /// One run, on one worker.
 class FolderSizing::Run {
 public:
     using Tell = std::move_only_function<void(Progress)>;
 
     Run(PanelServices services, FolderSizeCache& cache, std::shared_ptr<CancelFlag> flag,
-        Purpose purpose, Tell tell)
+        std::shared_ptr<Pace> pace, Purpose purpose, Tell tell)
         : services_(std::move(services)),
           cache_(cache),
           flag_(std::move(flag)),
+          pace_(std::move(pace)),
           purpose_(purpose),
           tell_(std::move(tell)),
-          told_(services_.now()) {}
+          begun_(services_.now()) {}
 
     void work(const Extent& extent, const std::vector<Job>& jobs) {
         for (const auto& job : jobs) {
@@ -73,11 +100,9 @@ private:
 
     void tellInTime(const std::string& name) {
         const auto now = services_.now();
-        if (now - told_ < tellEvery)
-            return;
-        told_ = now;
         const bool isNews = purpose_ == Purpose::automatic && announced_ != name;
-        if (!isNews && progress_.done.empty())
+        if (now - begun_ < tellEvery || (!isNews && progress_.done.empty()) ||
+            !pace_->mayTell(now))
             return;
         announced_ = name;
         progress_.current = name;
@@ -87,16 +112,20 @@ private:
     PanelServices services_;
     FolderSizeCache& cache_;
     std::shared_ptr<CancelFlag> flag_;
+    std::shared_ptr<Pace> pace_;
     Purpose purpose_;
     Tell tell_;
-    std::chrono::steady_clock::time_point told_;
+    std::chrono::steady_clock::time_point begun_;
     std::string announced_;
     Progress progress_;
 };
 
 FolderSizing::FolderSizing(PanelServices services, FolderSizeCache& cache,
                            std::function<void()> changed)
-    : services_(std::move(services)), cache_(cache), changed_(std::move(changed)) {}
+    : services_(std::move(services)),
+      cache_(cache),
+      changed_(std::move(changed)),
+      pace_(std::make_shared<Pace>()) {}
 
 void FolderSizing::start(Extent extent, std::vector<Job> jobs, Purpose purpose) {
     std::erase_if(jobs, [this, purpose](const Job& job) { return isUnderWay(job, purpose); });
@@ -115,8 +144,9 @@ void FolderSizing::start(Extent extent, std::vector<Job> jobs, Purpose purpose) 
                 take(std::move(progress));
         });
     };
-    auto run = std::make_unique<Run>(services_, cache_, flag_, purpose, std::move(tell));
-    auto path = extent.folder.path();
+    auto run = std::make_unique<Run>(services_, cache_, flag_, pace_, purpose, std::move(tell));
+    // Of its own, so that no run waits for another one in the same folder.
+    auto path = extent.realFolder.appending(jobs.front().name).path();
     services_.sizingDisk.execute(std::move(path),
                                  [extent = std::move(extent), jobs = std::move(jobs),
                                   run = std::move(run)] { run->work(extent, jobs); });
@@ -129,7 +159,8 @@ bool FolderSizing::isUnderWay(const Job& job, Purpose purpose) {
                             (purpose == Purpose::automatic && automatic_.contains(job.name));
     if (isComputed && !job.takeKnown)
         again_.insert(job.name);
-    return isComputed;
+    const bool isInVain = purpose == Purpose::automatic && unreadable_.contains(job.name);
+    return isComputed || isInVain;
 }
 
 NameSet FolderSizing::asked() const {
@@ -140,11 +171,14 @@ NameSet FolderSizing::asked() const {
 }
 
 void FolderSizing::take(Progress progress) {
+    const auto from = services_.now();
     for (auto& [name, bytes] : progress.done) {
         sizing_.erase(name);
         automatic_.erase(name);
         if (bytes)
             sizes_.insert_or_assign(std::move(name), *bytes);
+        else
+            unreadable_.insert(std::move(name));
     }
     if (!progress.current.empty())
         sizing_.insert(std::move(progress.current));
@@ -157,6 +191,7 @@ void FolderSizing::take(Progress progress) {
         start(automaticExtent_, std::move(jobs), Purpose::automatic);
     }
     changed_();
+    pace_->heard(from, services_.now());
 }
 
 bool FolderSizing::stop() {
@@ -164,6 +199,7 @@ bool FolderSizing::stop() {
         return false;
     flag_->set();
     flag_ = std::make_shared<CancelFlag>();
+    pace_ = std::make_shared<Pace>();
     runs_ = 0;
     sizing_.clear();
     automatic_.clear();
@@ -173,6 +209,7 @@ bool FolderSizing::stop() {
 
 void FolderSizing::begin(FolderSizes known) {
     stop();
+    unreadable_.clear();
     sizes_ = std::move(known);
 }
 

@@ -65,9 +65,11 @@ public:
 
 private:
     struct Progress;
+    class Pace;
     class Run;
     void take(Progress progress);
-    /// Whether a run computes it already. Notes what will have to be computed again.
+    /// Whether a run computes it already, or has done so in vain. Notes what will have to be
+    /// computed again.
     bool isUnderWay(const Job& job, Purpose purpose);
 
     PanelServices services_;
@@ -77,10 +79,12 @@ private:
     NameSet sizing_;
     NameSet automatic_;      ///< what runs in the background have yet to compute
     Extent automaticExtent_; ///< of the newest of them
+    NameSet unreadable_;     ///< folders of this visit whose size cannot be computed
     NameSet again_;          ///< changed while it was being computed
     int runs_ = 0;
     /// Shared with the runs that go on; a new one when they are stopped.
     std::shared_ptr<CancelFlag> flag_ = std::make_shared<CancelFlag>();
+    std::shared_ptr<Pace> pace_; ///< goes with the flag
 };
 
 } // namespace fennik::app

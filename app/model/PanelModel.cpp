@@ -51,6 +51,17 @@ std::expected<Listing, Failure> openNearestUsable(const FileSystem& files, FileU
     }
 }
 
+/// The entry of `folder` through which the way leads to `below`; none where it does not.
+std::optional<std::string> childTowards(const FileUrl& folder, FileUrl below) {
+    while (!below.isRoot()) {
+        const auto above = below.parent();
+        if (above.path() == folder.path())
+            return std::string(below.lastComponent());
+        below = above;
+    }
+    return std::nullopt;
+}
+
 /// Whether a size can be computed for the item: links lead elsewhere.
 bool canBeSized(const FileItemView& item) {
     const bool isFolder = item.kind == FileKind::directory || item.kind == FileKind::package;
@@ -149,7 +160,6 @@ void PanelModel::goToParent() {
         return;
     load({.url = here.parent(),
           .step = Step::navigate,
-          .selectName = std::string(here.lastComponent()),
           .isUpwards = true,
           .nearestUsable = error() && items().empty()});
 }
@@ -158,12 +168,7 @@ void PanelModel::go(Step step) {
     const auto target = shown_.history.target(tab().id, step);
     if (!target)
         return;
-    const FileUrl url(*target, FileUrl::Form::directory);
-    const auto here = folder();
-    Request request{.url = url, .step = step};
-    if (here.parent() == url)
-        request.selectName = std::string(here.lastComponent());
-    load(std::move(request));
+    load({.url = FileUrl(*target, FileUrl::Form::directory), .step = step});
 }
 
 bool PanelModel::openItem() {
@@ -241,7 +246,7 @@ void PanelModel::load(Request request) {
             loaded.listing = std::unexpected(Failure::notFound(request.url));
         if (!loaded.listing)
             return loaded;
-        const auto& [directory, items, selectName] = *loaded.listing;
+        auto& [directory, items, selectName] = *loaded.listing;
         const auto& listed = directory.path();
         if (listed != request.url.path())
             watcher = DirectoryWatcher::start(services.events, services.main, directory, onChange);
@@ -249,8 +254,10 @@ void PanelModel::load(Request request) {
         loaded.view = view;
         if (listed != folder)
             loaded.view.revealed.reset();
-        if (const auto& wanted = selectName ? selectName : request.selectName)
-            loaded.view.revealed = wanted;
+        if (!selectName)
+            selectName = childTowards(directory, FileUrl(folder));
+        if (selectName)
+            loaded.view.revealed = selectName;
         loaded.knownSizes = knownSizes(cache, items, services.today());
         loaded.items = shownItems(items, loaded.view, loaded.knownSizes);
         if (listed == before.folder().path()) {
@@ -386,7 +393,7 @@ PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
     const auto view = listingView();
     const bool isOrdered = view.sort.key != SortKey::size || loaded.knownSizes == folderSizes();
     const bool isReady = view == loaded.view && isOrdered;
-    const auto wanted = listing.selectName ? listing.selectName : request.selectName;
+    const auto& wanted = listing.selectName;
     const bool isReload = sameFolder && !this->items().empty();
     const bool hasNewSizes = changes.testFlag(PanelChange::sizes);
     const bool isInOrder = view.sort.key != SortKey::size || !hasNewSizes;
@@ -413,6 +420,9 @@ PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
 
 void PanelModel::rebuildItems(FileItems items) {
     shown_.items = std::move(items);
+    // What is not seen must not be marked.
+    if (!marks().marked().empty())
+        shown_.marks.prune(this->items());
     ++generation_;
 }
 
@@ -605,8 +615,6 @@ void PanelModel::swapWith(PanelModel& other) {
 // Marks
 
 PanelChanges PanelModel::takeMarks() {
-    if (!marks().marked().empty())
-        shown_.marks.prune(items());
     shown_.markTotals = MarkTotals::of(items(), marks(), folderSizes());
     return PanelChange::marks;
 }

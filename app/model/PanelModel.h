@@ -200,7 +200,6 @@ private:
     struct Request {
         FileUrl url;
         PanelHistory::Step step = PanelHistory::Step::stay;
-        std::optional<std::string> selectName = {}; ///< where the cursor goes, if it is there
         bool isUpwards = false;
         bool nearestUsable = false; ///< a folder above will do as well
         bool isTyped = false;       ///< the user waits for the answer where the path was typed
