@@ -99,7 +99,12 @@ Session::Session(const Options& options)
           KActions::defaultMapOffTheMac(),
           [this] {
               auto saved = app_.settings().get(SettingKeys::shortcuts).bytes;
-              return saved.empty() ? std::nullopt : std::optional(std::move(saved));
+              if (saved.empty())
+                  return std::optional<std::string>();
+              // The first edit would replace what cannot be read, another version's for example.
+              if (!ShortcutMap::fromJson(saved))
+                  app_.settings().set(SettingKeys::unreadableShortcuts, {saved});
+              return std::optional(std::move(saved));
           },
           [this](std::string map) {
               app_.settings().set(SettingKeys::shortcuts, {std::move(map)});

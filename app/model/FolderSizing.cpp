@@ -101,8 +101,7 @@ private:
     void tellInTime(const std::string& name) {
         const auto now = services_.now();
         const bool isNews = purpose_ == Purpose::automatic && announced_ != name;
-        if (now - begun_ < tellEvery || (!isNews && progress_.done.empty()) ||
-            !pace_->mayTell(now))
+        if (now - begun_ < tellEvery || (!isNews && progress_.done.empty()) || !pace_->mayTell(now))
             return;
         announced_ = name;
         progress_.current = name;

@@ -374,13 +374,15 @@ PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
         shown_.marks = {};
         shown_.sizesStopped = false;
         sizing_.begin(loaded.knownSizes);
-        changes |= PanelChange::visit | PanelChange::sizes;
+        changes |= PanelChange::sizes;
     } else {
         links_.askAgain();
         sizing_.forget(loaded.removedNames);
         if (sizing_.learn(loaded.knownSizes))
             changes |= PanelChange::sizes;
     }
+    if (request.isVisit || !sameFolder)
+        changes |= PanelChange::visit;
     shown_.error.reset();
     shown_.freeSpace = loaded.freeSpace;
     shown_.volumeRoot = std::move(loaded.volumeRoot);
@@ -500,7 +502,7 @@ void PanelModel::dropTabs(const std::function<bool(const PanelTab&)>& isGone,
     emit changed(PanelChange::tabs);
 }
 
-void PanelModel::leaveTab() {
+void PanelModel::leaveTab(Rows rows) {
     if (const auto item = cursorItem())
         activeTabState().cursorName = std::string(item->name);
     shown_.tabMarks[tab().id] = std::exchange(shown_.marks, {});
@@ -510,24 +512,37 @@ void PanelModel::leaveTab() {
     links_.forget();
     shown_.error.reset();
     shown_.revealed.reset();
-    clearRows();
+    if (rows == Rows::clear)
+        clearRows();
 }
 
-void PanelModel::showTab(std::size_t index) {
+void PanelModel::showTab(std::size_t index, bool isVisit) {
     shown_.tabs.setActive(index);
     shown_.marks = std::exchange(shown_.tabMarks[tab().id], {});
     shown_.tabMarks.erase(tab().id);
-    shown_.markTotals = {};
-    emit changed(PanelChange::items | PanelChange::cursor | PanelChange::tabs | PanelChange::state |
-                 PanelChange::marks | PanelChange::sizes);
-    load({.url = folder()});
+    auto changes = PanelChange::cursor | PanelChange::tabs | PanelChange::state |
+                   PanelChange::marks | PanelChange::sizes | PanelChange::items;
+    if (items().empty()) {
+        shown_.markTotals = {};
+    } else {
+        changes |= rebuildFromRaw();
+        placeCursor(CursorPlacement::byName(items(), tab().cursorName));
+    }
+    emit changed(changes);
+    load({.url = folder(), .isVisit = isVisit});
 }
 
 void PanelModel::selectTab(std::size_t index) {
+    select(index, false);
+}
+
+void PanelModel::select(std::size_t index, bool isVisit) {
     if (index >= tabs().size() || index == activeTab())
         return;
-    leaveTab();
-    showTab(index);
+    // The rows of the same folder may stay until it has been read again.
+    const bool isSameFolder = tabs()[index].path == tab().path && !error();
+    leaveTab(isSameFolder ? Rows::keep : Rows::clear);
+    showTab(index, isVisit);
 }
 
 void PanelModel::newTab() {
@@ -541,11 +556,11 @@ void PanelModel::newTab() {
 void PanelModel::openTab(const std::string& path) {
     const auto found = std::ranges::find(tabs(), path, &PanelTab::path);
     if (found != tabs().end()) {
-        selectTab(static_cast<std::size_t>(found - tabs().begin()));
+        select(static_cast<std::size_t>(found - tabs().begin()), true);
         return;
     }
     shown_.tabs.insertAfterActive({.path = path, .sort = tab().sort});
-    selectTab(activeTab() + 1);
+    select(activeTab() + 1, true);
 }
 
 void PanelModel::closeTab(std::size_t index) {
@@ -554,12 +569,12 @@ void PanelModel::closeTab(std::size_t index) {
     const auto closed = tabs()[index].id;
     const bool wasActive = index == activeTab();
     if (wasActive)
-        leaveTab();
+        leaveTab(Rows::clear);
     shown_.tabs.remove(index);
     shown_.tabMarks.erase(closed);
     shown_.history.forget(closed);
     if (wasActive)
-        showTab(activeTab());
+        showTab(activeTab(), false);
     else
         emit changed(PanelChange::tabs);
 }

@@ -36,7 +36,7 @@ enum class PanelChange {
     state = 8,  ///< loading, error, free space
     marks = 16, ///< the marks, or what the marked items come to
     sizes = 32, ///< sizes of folders, or which of them are being computed
-    visit = 64, ///< the active tab has come to another folder
+    visit = 64, ///< the active tab has come to a folder
     linkTargets = 128,
 };
 Q_DECLARE_FLAGS(PanelChanges, PanelChange)
@@ -202,6 +202,7 @@ private:
         PanelHistory::Step step = PanelHistory::Step::stay;
         bool isUpwards = false;
         bool nearestUsable = false; ///< a folder above will do as well
+        bool isVisit = false;       ///< of a folder that the user has chosen, even in a new tab
         bool isTyped = false;       ///< the user waits for the answer where the path was typed
         bool wasFolder = false;     ///< when it was shown, so that a file in its place will not do
     };
@@ -239,8 +240,10 @@ private:
     void computeAutomatically(const std::vector<std::string>& changedNames);
     void folderChanged(int watchedBy);
     void reloadWhenStale();
-    void leaveTab();
-    void showTab(std::size_t index);
+    enum class Rows { keep, clear };
+    void leaveTab(Rows rows);
+    void showTab(std::size_t index, bool isVisit);
+    void select(std::size_t index, bool isVisit);
     void clearRows();
     void stopLoading();
 

@@ -26,8 +26,10 @@ inline constexpr SettingKey<SettingData> panels{"panels.v1"}; ///< JSON of Saved
 /// What stood under `panels` when no tab could be read from it, the last time that happened.
 inline constexpr SettingKey<SettingData> unreadablePanels{"panels.v1.unreadable"};
 inline constexpr SettingKey<SettingData> shortcuts{"shortcuts.v1"}; ///< JSON of the user's keys
-inline constexpr SettingKey<std::string> leftPath{"leftPath"};      ///< only ever read
-inline constexpr SettingKey<std::string> rightPath{"rightPath"};    ///< only ever read
+/// What stood under `shortcuts` when it could not be read, the last time that happened.
+inline constexpr SettingKey<SettingData> unreadableShortcuts{"shortcuts.v1.unreadable"};
+inline constexpr SettingKey<std::string> leftPath{"leftPath"};   ///< only ever read
+inline constexpr SettingKey<std::string> rightPath{"rightPath"}; ///< only ever read
 inline constexpr SettingKey<std::vector<std::string>> commandHistory{"commandHistory"};
 inline constexpr SettingKey<std::vector<std::string>> favorites{"favorites"};
 inline constexpr SettingKey<std::vector<std::string>> recents{"recents"};

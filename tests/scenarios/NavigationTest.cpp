@@ -96,6 +96,19 @@ TEST_F(NavigationScenario, upBackAndForwardRetraceTheWay) {
                 ElementsAre(temp.path("left"), temp.path("left/a"), temp.path("left/a/inner")));
 }
 
+TEST_F(NavigationScenario, theWayBackUpIsUnderTheCursor) {
+    temp.folder("left/a/inner");
+    app().activePanel().navigate(FileUrl(temp.path("left/a/inner")));
+    settle();
+    app().activePanel().navigate(FileUrl(temp.path("left")));
+    settle();
+    EXPECT_EQ(underCursor(), "a") << "as from a crumb, or a path that was typed";
+    app().activePanel().openTab(temp.path("left/a"));
+    settle();
+    EXPECT_THAT(app().places().recents(),
+                ElementsAre(temp.path("left/a"), temp.path("left"), temp.path("left/a/inner")));
+}
+
 TEST_F(NavigationScenario, homeIsOneKeyAway) {
     temp.file("home/.profile");
     press("cmd+shift+.");

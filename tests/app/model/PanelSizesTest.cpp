@@ -81,6 +81,8 @@ TEST_F(PanelSizesTest, resultsOfAFolderThatWasLeftAreDropped) {
     show();
     panel.sizeAllFolders();
     panel.newTab();
+    EXPECT_FALSE(panel.sizing().empty()) << "a second tab shows the same folder";
+    panel.openTab(temp.path("b"));
     EXPECT_THAT(panel.sizing(), IsEmpty());
     settle();
     EXPECT_FALSE(panel.stopSizing());

@@ -214,4 +214,19 @@ TEST_F(PanelTabsTest, theHistoryForgetsItsOldestSteps) {
     EXPECT_EQ(history.target(tab, Step::forward), "/11");
 }
 
+TEST_F(PanelTabsTest, aSecondTabOfTheFolderHasItsRowsAtOnce) {
+    show();
+    moveTo("b");
+    mark("b");
+    panel.newTab();
+    EXPECT_EQ(underCursor(), "b") << "before anything was read";
+    EXPECT_TRUE(panel.marks().marked().empty());
+    EXPECT_EQ(panel.markTotals().count, 0);
+    panel.chooseSort(SortKey::name);
+    settle();
+    panel.previousTab();
+    EXPECT_EQ(namesOf(panel.items())[1], "a") << "in the order of the first tab";
+    EXPECT_EQ(panel.markTotals().count, 1);
+}
+
 } // namespace fennik::test
