@@ -1,7 +1,6 @@
 #include "app/ui/dialogs/DialogHost.h"
 
 #include "app/ui/Shadow.h"
-#include "app/ui/dialogs/DialogCard.h"
 
 #include <QApplication>
 #include <QMouseEvent>

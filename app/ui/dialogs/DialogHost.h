@@ -1,13 +1,12 @@
 #pragma once
 
 #include "app/ui/Theme.h"
+#include "app/ui/dialogs/DialogCard.h"
 
 #include <QPointer>
 #include <QWidget>
 
 namespace fennik::ui {
-
-class DialogCard;
 
 /// Covers the content of a window while a dialog is open, and holds that dialog. The mouse reaches
 /// nothing behind it; when the dialog goes, the keyboard returns to where it was.
