@@ -2,16 +2,17 @@
 
 namespace fennik::app {
 
-bool KeyDispatcher::wants(const KeyCombo& combo) const {
-    return !app_.dialog() && store_.actionFor(combo).has_value();
-}
-
 bool KeyDispatcher::handle(const KeyCombo& combo, PanelSide side) {
-    if (!wants(combo))
+    const auto action = actionFor(combo);
+    if (!action)
         return false;
     app_.activate(side);
-    app_.perform(*store_.actionFor(combo));
+    app_.perform(*action);
     return true;
+}
+
+std::optional<KAction> KeyDispatcher::actionFor(const KeyCombo& combo) const {
+    return app_.dialog() ? std::nullopt : store_.actionFor(combo);
 }
 
 } // namespace fennik::app

@@ -4,6 +4,8 @@
 #include "app/model/AppModel.h"
 #include "core/keys/KeyCombo.h"
 
+#include <optional>
+
 namespace fennik::app {
 
 /// Turns combinations pressed in a panel into actions. Main thread only.
@@ -17,9 +19,11 @@ public:
     /// is open.
     bool handle(const KeyCombo& combo, PanelSide side);
     /// Whether `handle` would do something.
-    bool wants(const KeyCombo& combo) const;
+    bool wants(const KeyCombo& combo) const { return actionFor(combo).has_value(); }
 
 private:
+    std::optional<KAction> actionFor(const KeyCombo& combo) const;
+
     AppModel& app_;
     const ShortcutStore& store_;
 };

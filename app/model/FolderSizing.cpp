@@ -33,7 +33,7 @@ public:
     /// Whether something may be told now; `heard` is then expected to follow.
     bool mayTell(std::chrono::steady_clock::time_point now) {
         const std::lock_guard lock(lock_);
-        return !isOut_ && now >= next_ && std::exchange(isOut_, true) == false;
+        return now >= next_ && !std::exchange(isOut_, true);
     }
     void heard(std::chrono::steady_clock::time_point from,
                std::chrono::steady_clock::time_point until) {

@@ -607,7 +607,7 @@ void PanelModel::swapWith(PanelModel& other) {
         panel.sizing_.stop();
         return going;
     };
-    const auto proceed = [](PanelModel& panel, Going going) {
+    const auto proceed = [](PanelModel& panel, const Going& going) {
         ++panel.generation_;
         emit panel.changed(PanelChange::items | PanelChange::cursor | PanelChange::tabs |
                            PanelChange::state | PanelChange::marks | PanelChange::sizes);
@@ -623,8 +623,8 @@ void PanelModel::swapWith(PanelModel& other) {
     auto theirs = interrupt(other);
     std::swap(shown_, other.shown_);
     sizing_.swapSizes(other.sizing_);
-    proceed(*this, std::move(theirs));
-    proceed(other, std::move(mine));
+    proceed(*this, theirs);
+    proceed(other, mine);
 }
 
 // Marks
