@@ -17,6 +17,7 @@
 #include <sys/statvfs.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace fennik::system {
 
@@ -115,8 +116,8 @@ std::expected<void, std::string> makeFolder(const std::string& path) {
 
 } // namespace
 
-IniFile::IniFile(const std::string& configFolder)
-    : configFolder_(configFolder),
+IniFile::IniFile(std::string configFolder)
+    : configFolder_(std::move(configFolder)),
       folder_(configFolder_ + "/Fennik"),
       path_(folder_ + "/Fennik.conf") {}
 

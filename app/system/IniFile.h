@@ -19,7 +19,7 @@ public:
     using Values = QMap<QString, QVariant>;
 
     /// `configFolder` is an absolute path in bytes. It need not exist, but the folder around it.
-    explicit IniFile(const std::string& configFolder);
+    explicit IniFile(std::string configFolder);
 
     /// What there is to be read; empty without a file. Texts come as QString, QStringList and
     /// QByteArray; an empty list as an invalid QVariant.
