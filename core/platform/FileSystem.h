@@ -13,6 +13,14 @@ namespace fennik {
 
 enum class FileType { regular, directory, symlink, other };
 
+/// How an item is told from every other, whatever its path.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
 /// What the system says of one item.
 struct FileStatus {
     FileType type = FileType::other;
@@ -21,6 +29,12 @@ struct FileStatus {
     std::uint16_t mode = 0;   ///< the low 12 bits of the mode
     std::uint64_t device = 0; ///< with `inode`: the identity of the item
     std::uint64_t inode = 0;
+    Date statusChanged = Date::distantPast(); ///< of content, mode, owner or names
+    std::uint32_t names = 1;                  ///< hard links
+    std::uint32_t owner = 0;                  ///< the user's number
+    bool isPipe = false;                      ///< a named pipe
+
+    FileIdentity identity() const { return {device, inode}; }
 };
 
 /// One entry of a folder as the system returns it.

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "core/platform/OpenFolder.h"
+
+#include <cstdint>
+#include <expected>
+#include <functional>
+#include <string>
+
+namespace fennik {
+
+enum class Cloning { allowed, forbidden };
+
+/// Told of `newBytes` more bytes after every chunk of data, and once more with 0 where nothing was
+/// written for a while. Says whether to go on.
+enum class CopyStep { goOn, stop };
+using CopyProgress = std::function<CopyStep(std::int64_t newBytes)>;
+
+struct CopyFailure {
+    enum class Kind {
+        failed,
+        exists,      ///< the new name is taken; whoever took it is untouched
+        stopped,     ///< by the progress
+        notCopyable, ///< a device or a socket
+    };
+    Kind kind = Kind::failed;
+    PosixError error = {};
+};
+
+/// What was read and what was made of it, each as it was when the copy was complete.
+struct CopiedItem {
+    FileStatus source = {};
+    FileStatus copy = {};
+};
+
+/// Copies one item that is no folder under a name that must be free: the data with its holes, or
+/// the link, or the named pipe; times to the nanosecond, mode, owner where allowed, access lists
+/// and extended attributes where the target keeps them. The copy is never more readable than the
+/// source on the way. Data is cloned where that is allowed and possible. A chunk is 8 MiB at most,
+/// less on slow media. On any failure nothing is left of the copy; what somebody else has put in
+/// its place meanwhile stays. The copy need not be on the disk yet. ESTALE: the source was replaced
+/// by something of another type while it was being opened.
+std::expected<CopiedItem, CopyFailure> copyItem(const OpenFolder& from, const std::string& name,
+                                                const OpenFolder& to, const std::string& newName,
+                                                Cloning cloning, const CopyProgress& progress);
+
+/// Gives `to` the mode, times, owner where allowed, access lists and extended attributes of `from`.
+/// Does what it can; the first failure is returned.
+OpenFolder::Result<void> copyFolderMetadata(const OpenFolder& from, const OpenFolder& to);
+
+} // namespace fennik
