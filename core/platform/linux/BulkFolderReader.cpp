@@ -1,7 +1,8 @@
 #include "core/platform/linux/BulkFolderReader.h"
 
-#include "core/platform/linux/Descriptor.h"
 #include "core/platform/linux/NameRecords.h"
+#include "core/platform/posix/Descriptor.h"
+#include "core/platform/posix/PosixCalls.h"
 #include "core/platform/posix/PosixFileSystem.h"
 
 #include <algorithm>

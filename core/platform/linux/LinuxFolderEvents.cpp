@@ -1,6 +1,6 @@
 #include "core/platform/FolderEvents.h"
 
-#include "core/platform/linux/Descriptor.h"
+#include "core/platform/posix/Descriptor.h"
 
 #include <algorithm>
 #include <array>

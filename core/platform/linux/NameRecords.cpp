@@ -1,7 +1,5 @@
 #include "core/platform/linux/NameRecords.h"
 
-#include "core/platform/posix/PosixFileSystem.h"
-
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -33,10 +31,6 @@ FileSystem::Result<std::size_t> readNames(int folder, std::span<char> buffer) {
         if (errno != EINTR)
             return std::unexpected(PosixError{errno});
     }
-}
-
-FileType fileTypeOfEntry(unsigned char entryType) {
-    return fileTypeOfMode(static_cast<mode_t>(DTTOIF(entryType)));
 }
 
 } // namespace fennik

@@ -29,6 +29,4 @@ private:
 /// the end of the folder.
 FileSystem::Result<std::size_t> readNames(int folder, std::span<char> buffer);
 
-FileType fileTypeOfEntry(unsigned char entryType);
-
 } // namespace fennik

@@ -2,8 +2,6 @@
 
 #include "core/platform/FileSystem.h"
 
-#include <sys/stat.h>
-
 namespace fennik {
 
 /// What every POSIX system can do; it reads no folder in bulk.
@@ -19,9 +17,6 @@ public:
     Result<void> readSizes(const std::string& path, FollowLinks follow,
                            const SizeConsumer& consume) const override;
 };
-
-/// The type in the file format bits of a mode.
-FileType fileTypeOfMode(mode_t mode);
 
 /// Whether an entry that could not be examined for this reason is listed all the same, with
 /// nothing but its name and type.

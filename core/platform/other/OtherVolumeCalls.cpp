@@ -1,0 +1,16 @@
+#include "core/platform/posix/VolumeCalls.h"
+
+#include <cerrno>
+
+namespace fennik {
+
+OpenFolder::Result<void> renameWhereSupported(const OpenFolder&, const std::string&,
+                                              const OpenFolder&, const std::string&) {
+    return std::unexpected(PosixError{ENOSYS});
+}
+
+OpenFolder::Result<void> syncVolumeOf(int) {
+    return std::unexpected(PosixError{ENOTSUP});
+}
+
+} // namespace fennik
