@@ -1,5 +1,7 @@
 #include "core/operations/DirectContext.h"
 
+#include "core/operations/ClampedSum.h"
+
 #include <utility>
 
 namespace fennik {
@@ -52,7 +54,7 @@ void DirectContext::bytesWritten(std::int64_t count) {
 void DirectContext::bytesAccounted(std::int64_t count) {
     {
         const std::lock_guard lock(lock_);
-        doneBytes_ += count;
+        addClamped(doneBytes_, count);
     }
     if (onBytes_)
         onBytes_(count);
@@ -60,12 +62,12 @@ void DirectContext::bytesAccounted(std::int64_t count) {
 
 void DirectContext::filesDone(std::int64_t count) {
     const std::lock_guard lock(lock_);
-    doneFiles_ += count;
+    addClamped(doneFiles_, count);
 }
 
 void DirectContext::itemsSkipped(std::int64_t count) {
     const std::lock_guard lock(lock_);
-    skipped_ += count;
+    addClamped(skipped_, count);
 }
 
 void DirectContext::addError(std::string sentence) {

@@ -54,7 +54,7 @@ struct JobSnapshot {
         std::make_shared<const std::vector<std::string>>();
     std::optional<Date> startedAt = {};
     bool paused = false; ///< the user's wish, also of a job that waits
-    /// One for each pair of the request, once the job has ended.
+    /// One for each pair of the request, in the snapshot that tells the end of the job alone.
     std::vector<PairOutcome> outcomes = {};
 
     bool hasEnded() const {

@@ -10,9 +10,11 @@
 #include "core/operations/UndoJournal.h"
 
 #include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,7 +28,11 @@ struct EngineServices {
     const TrashProvider& trash;
     std::function<std::chrono::steady_clock::time_point()> now; ///< on any thread
     std::function<Date()> today;                                ///< on any thread
-    std::function<void(std::chrono::milliseconds)> sleep;       ///< on the worker
+    /// Waits on the worker until notified, or for that long.
+    std::function<void(std::condition_variable&, std::unique_lock<std::mutex>&,
+                       std::chrono::milliseconds)>
+        wait = [](std::condition_variable& condition, std::unique_lock<std::mutex>& lock,
+                  std::chrono::milliseconds duration) { condition.wait_for(lock, duration); };
 };
 
 /// The queue of jobs: runs one after the other on the worker, and tells what they are at through
@@ -38,7 +44,8 @@ public:
     using OnJobFinished = std::function<void(JobSnapshot, TransferRequest)>;
 
     explicit TransferEngine(EngineServices services);
-    /// Cancels all jobs. The worker must have ended before, or drop its tasks.
+    /// Cancels all jobs, and nobody is told of anything any more. The worker must have ended
+    /// before, or drop its tasks.
     ~TransferEngine();
     TransferEngine(const TransferEngine&) = delete;
     TransferEngine& operator=(const TransferEngine&) = delete;
@@ -48,7 +55,8 @@ public:
     Uuid enqueue(TransferRequest request, std::string undoTitle = {}, Body body = {});
     void pause(const Uuid& id);
     void resume(const Uuid& id);
-    /// A job that waits is cancelled at once; one that runs stops at its next checkpoint.
+    /// A job that waits is cancelled at once; one that runs stops at its next checkpoint. One that
+    /// asks does so once the resolver has returned, whatever it answers.
     void cancel(const Uuid& id);
     void cancelAll();
     /// Takes the jobs that have ended off the list.
@@ -59,10 +67,12 @@ public:
     /// In the order of the queue.
     std::vector<JobSnapshot> snapshots() const;
 
-    /// Called on whatever thread publishes, with no lock held; at most ten times a second, except
-    /// for changes of state.
+    /// Called on whatever thread publishes, with no lock held, and on one at a time: at most ten
+    /// times a second, except for changes of state. What changes during a call brings another one
+    /// on the same thread.
     void setOnUpdate(OnUpdate onUpdate);
     /// Called once for every job that has ended, on the worker or the thread that cancelled it.
+    /// Only this snapshot has the outcomes.
     void setOnJobFinished(OnJobFinished onJobFinished);
     void setResolver(ConflictResolver resolver);
     /// Bytes a second at most; none: no limit.
