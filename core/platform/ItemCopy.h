@@ -11,8 +11,9 @@ namespace fennik {
 
 enum class Cloning { allowed, forbidden };
 
-/// Told of `newBytes` more bytes after every chunk of data, and once more with 0 where nothing was
-/// written for a while. Says whether to go on.
+/// Asked with 0 before anything is made, and then told of `newBytes` more bytes after every chunk
+/// of data. Holes and clones move no bytes and are not told, so the sum may stay below the size.
+/// Asked with 0 again where there was nothing to move for a while. Says whether to go on.
 enum class CopyStep { goOn, stop };
 using CopyProgress = std::function<CopyStep(std::int64_t newBytes)>;
 
@@ -27,9 +28,13 @@ struct CopyFailure {
     PosixError error = {};
 };
 
-/// What was read and what was made of it, each as it was when the copy was complete.
+/// What was read and what was made of it.
 struct CopiedItem {
+    /// As it was before the first byte was read. Whatever has been changed in it since shows in a
+    /// later status: in size or time of content, or in the time of status alone, which a change of
+    /// the number of its names moves as well.
     FileStatus source = {};
+    /// As it was when it was complete.
     FileStatus copy = {};
 };
 
@@ -37,9 +42,10 @@ struct CopiedItem {
 /// the link, or the named pipe; times to the nanosecond, mode, owner where allowed, access lists
 /// and extended attributes where the target keeps them. The copy is never more readable than the
 /// source on the way. Data is cloned where that is allowed and possible. A chunk is 8 MiB at most,
-/// less on slow media. On any failure nothing is left of the copy; what somebody else has put in
-/// its place meanwhile stays. The copy need not be on the disk yet. ESTALE: the source was replaced
-/// by something of another type while it was being opened.
+/// less on slow media. A source that grows meanwhile is copied up to the size it had when opened,
+/// one that shrinks up to its end. On any failure nothing is left of the copy; what somebody else
+/// has put in its place meanwhile stays. The copy need not be on the disk yet. ESTALE: the source
+/// was replaced by something else while it was being opened.
 std::expected<CopiedItem, CopyFailure> copyItem(const OpenFolder& from, const std::string& name,
                                                 const OpenFolder& to, const std::string& newName,
                                                 Cloning cloning, const CopyProgress& progress);
