@@ -2,18 +2,13 @@
 
 #include "core/operations/JobSnapshot.h"
 #include "core/operations/OperationContext.h"
+#include "core/operations/TransferCount.h"
 #include "core/operations/TransferRequest.h"
+#include "core/operations/TransferTotals.h"
 
-#include <cstdint>
 #include <vector>
 
 namespace fennik {
-
-/// What a transfer has before it.
-struct TransferTotals {
-    std::int64_t bytes = 0; ///< of data
-    std::int64_t files = 0; ///< everything but folders
-};
 
 /// Copies and moves items. Nothing is ever replaced: what is in the way goes to the trash when the
 /// user says so. Failures of single items become sentences in the context, and the rest goes on.
@@ -22,13 +17,17 @@ class ItemTransfer {
 public:
     explicit ItemTransfer(OperationContext& context) : context_(context) {}
 
-    /// Counts what the pairs have in them, without following links. Stops at a checkpoint.
+    /// Counts what the pairs have in them, without following links. What is going to be renamed
+    /// counts as one item. Stops at a checkpoint. What `run` finds to be otherwise later, it tells
+    /// the context as new totals.
     TransferTotals count(const std::vector<TransferPair>& pairs);
-    /// One outcome for each pair, in their order.
+    /// One outcome for each pair, in their order. Without a count the context's totals stay what
+    /// they are.
     std::vector<PairOutcome> run(const std::vector<TransferPair>& pairs);
 
 private:
     OperationContext& context_;
+    std::vector<PairCount> counts_;
 };
 
 } // namespace fennik
