@@ -59,17 +59,19 @@ std::optional<std::string> pathOfFileUrl(std::string_view text) {
     return path;
 }
 
-std::string storedPath(std::string_view path) {
-    if (Utf8::isValid(path))
-        return std::string(path);
-    std::string url = "file://";
+std::string percentEncoded(std::string_view path) {
+    std::string text;
     for (const char c : path) {
         if (standsForItself(c))
-            url += c;
+            text += c;
         else
-            url += '%' + hexDigits(static_cast<std::uint8_t>(c), HexCase::upper);
+            text += '%' + hexDigits(static_cast<std::uint8_t>(c), HexCase::upper);
     }
-    return url;
+    return text;
+}
+
+std::string storedPath(std::string_view path) {
+    return Utf8::isValid(path) ? std::string(path) : "file://" + percentEncoded(path);
 }
 
 std::optional<std::string> pathFromStored(std::string_view text) {

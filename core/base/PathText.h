@@ -13,6 +13,10 @@ namespace fennik {
 /// scheme may be in letters of either case.
 std::optional<std::string> pathOfFileUrl(std::string_view text);
 
+/// A path as the path of such a URL: every byte but unreserved characters (RFC 3986, section 2.3)
+/// and separators is a percent sign with two digits.
+std::string percentEncoded(std::string_view path);
+
 /// The text that stands for a path where only valid UTF-8 can be kept. A path that is valid UTF-8
 /// is its own text; any other is a "file://" URL with percent signs. `path` is absolute bytes, so
 /// that the two forms cannot be taken for each other.
