@@ -15,9 +15,10 @@ using Relocate =
     std::function<std::expected<void, std::string>(const FileUrl& from, const FileUrl& to)>;
 
 /// Moves the item into the desktop's own trash: the one of its volume, else, by `relocate`, the one
-/// in the home folder. Returns where it lies now. The error is a whole sentence for what must never
-/// go there (a mount point, the home folder, a trash and what contains one), else a reason; the
-/// item is where it was then. Sources on Linux: the FreeDesktop.org Trash specification 1.0.
+/// in the home folder. Returns where it lies now. The error is the reason, as it stands behind a
+/// colon; the item is where it was then. Never moved are mount points, the home folder, a trash,
+/// what contains one of them, and what lies in a trash. Sources on Linux: the FreeDesktop.org Trash
+/// specification 1.0.
 std::expected<FileUrl, std::string> trash(const FileUrl& item, const Relocate& relocate);
 
 /// Removes the trash's record of an item that is not at `place` any more.
