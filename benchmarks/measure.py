@@ -8,6 +8,7 @@ import sys
 import fixtures
 from programs import Programs, forget_user, others_with_toolkit, private_display
 from table import AtLeast, AtMost, Table, count, mebibytes
+from transfers import Sources, Transfers, measure_clones, measure_copying, measure_moving
 
 FEW = 2_000
 ROUNDS = 15
@@ -217,6 +218,13 @@ def main():
     measure_rearranging(table, programs, folders)
     say("Changing files…")
     measure_changes(table, programs, folders)
+
+    say("Copying and moving…")
+    transfers = Transfers(programs, workspace)
+    sources = Sources(workspace)
+    measure_copying(table, transfers, sources)
+    measure_clones(table, transfers, sources)
+    measure_moving(table, transfers)
 
     print(table)
     print(f"\nMedians on {os.cpu_count()} cores, load {os.getloadavg()[0]:.1f}. A ratio is "
