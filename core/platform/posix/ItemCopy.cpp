@@ -101,9 +101,13 @@ Copied copyRegular(const ItemCopy& item, struct stat seen, Cloning cloning,
 
 /// What the new entry has besides being there.
 Copied finish(const ItemCopy& item, const struct stat& seen) {
-    const auto made = item.to.status(item.newName);
+    auto made = item.to.status(item.newName);
+    if (!made) // once more: what it is must be known to remove it after another failure
+        made = item.to.status(item.newName);
     if (!made)
         return failure(made.error());
+    if (made->type != fileTypeOfMode(seen.st_mode)) // somebody has replaced it already
+        return failure(Kind::exists, EEXIST);
     const auto copied = copyMetadata({item.from.descriptor(), item.name.c_str()}, seen,
                                      {item.to.descriptor(), item.newName.c_str()});
     const auto copy = item.to.status(item.newName);
