@@ -86,15 +86,32 @@ bool isNoFailure(int errorCode) {
            errorCode == ERANGE;
 }
 
-Result copyOne(const Attributes& from, const Attributes& to, const std::string& name) {
+/// What an access list gives to the owning group itself, as bits of a mode. The mode of an item
+/// with a list tells the most that any group or named user has.
+mode_t rightsOfGroup(const std::string& list) {
+    constexpr std::size_t headerSize = 4;
+    constexpr std::size_t entrySize = 8; // tag, rights and user or group
+    constexpr char owningGroup = 4;
+    for (auto at = headerSize; at + entrySize <= list.size(); at += entrySize) {
+        if (list[at] == owningGroup)
+            return static_cast<mode_t>(list[at + 2] & 7) << 3U;
+    }
+    return 0;
+}
+
+Result copyOne(const Attributes& from, const Attributes& to, const std::string& name,
+               mode_t& mode) {
     const auto value = readWhole([&from, &name](char* buffer, std::size_t size) {
         return from.value(name.c_str(), buffer, size);
     });
     if (!value)
         return std::unexpected(value.error());
-    if (retried([&] { return to.set(name.c_str(), *value); }) != 0)
-        return lastError();
-    return {};
+    if (retried([&] { return to.set(name.c_str(), *value); }) == 0)
+        return {};
+    auto error = lastError();
+    if (name == accessList)
+        mode &= ~static_cast<mode_t>(S_IRWXG) | rightsOfGroup(*value);
+    return error;
 }
 
 /// An access list that came from the folder would let in whom the source does not.
@@ -106,8 +123,7 @@ Result removeInherited(const Attributes& to, const char* name) {
 
 } // namespace
 
-Result copyAttributes(const ItemPlace& fromPlace, const struct stat& seen,
-                      const ItemPlace& toPlace) {
+Result copyAttributes(const ItemPlace& fromPlace, const ItemPlace& toPlace, mode_t& mode) {
     const Attributes from(fromPlace);
     const Attributes to(toPlace);
     const auto names = namesOf(from);
@@ -119,14 +135,14 @@ Result copyAttributes(const ItemPlace& fromPlace, const struct stat& seen,
             first = std::move(next);
     };
     for (const auto& name : *names)
-        goOn(copyOne(from, to, name));
+        goOn(copyOne(from, to, name, mode));
     const auto removeUnlisted = [&](const char* list) {
         if (std::ranges::find(*names, list) == names->end())
             goOn(removeInherited(to, list));
     };
-    if (!S_ISLNK(seen.st_mode))
+    if (!S_ISLNK(mode))
         removeUnlisted(accessList);
-    if (S_ISDIR(seen.st_mode))
+    if (S_ISDIR(mode))
         removeUnlisted(inheritedList);
     return first;
 }

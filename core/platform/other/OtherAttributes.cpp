@@ -2,7 +2,7 @@
 
 namespace fennik {
 
-FileSystem::Result<void> copyAttributes(const ItemPlace&, const struct stat&, const ItemPlace&) {
+FileSystem::Result<void> copyAttributes(const ItemPlace&, const ItemPlace&, mode_t&) {
     return {};
 }
 

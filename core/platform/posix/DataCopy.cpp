@@ -23,7 +23,7 @@ constexpr int mostWaits = 20;
 /// what became of data.
 bool isUnserved(int errorCode) {
     return errorCode == EXDEV || errorCode == EINVAL || errorCode == EOPNOTSUPP ||
-           errorCode == ENOSYS;
+           errorCode == ENOSYS || errorCode == EPERM || errorCode == ETXTBSY;
 }
 
 /// Negative with errno, else all of it is written.

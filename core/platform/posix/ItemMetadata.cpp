@@ -53,8 +53,7 @@ Result copyOwner(const struct stat& seen, struct stat& made, const ItemPlace& to
 }
 
 /// A program that runs with the rights of its owner must not get another owner's.
-mode_t modeFor(const struct stat& seen, const struct stat& made) {
-    mode_t mode = seen.st_mode & 07777U;
+mode_t withoutForeignRights(mode_t mode, const struct stat& seen, const struct stat& made) {
     if (made.st_uid != seen.st_uid)
         mode &= ~static_cast<mode_t>(S_ISUID);
     if (made.st_gid != seen.st_gid)
@@ -62,10 +61,11 @@ mode_t modeFor(const struct stat& seen, const struct stat& made) {
     return mode;
 }
 
-Result copyMode(mode_t mode, const ItemPlace& to) {
+Result setMode(mode_t mode, const ItemPlace& to) {
+    const mode_t rights = mode & 07777U;
     return attempted([&] {
-        return to.isOpen() ? fchmod(to.descriptor, mode)
-                           : fchmodat(to.descriptor, to.name, mode, AT_SYMLINK_NOFOLLOW);
+        return to.isOpen() ? fchmod(to.descriptor, rights)
+                           : fchmodat(to.descriptor, to.name, rights, AT_SYMLINK_NOFOLLOW);
     });
 }
 
@@ -94,9 +94,10 @@ Result copyMetadata(const ItemPlace& from, const struct stat& seen, const ItemPl
         if (first)
             first = std::move(next);
     };
-    goOn(copyAttributes(from, seen, to));
-    if (!S_ISLNK(seen.st_mode))
-        goOn(copyMode(modeFor(seen, made), to));
+    mode_t mode = seen.st_mode;
+    goOn(copyAttributes(from, to, mode));
+    if (!S_ISLNK(mode))
+        goOn(setMode(withoutForeignRights(mode, seen, made), to));
     goOn(copyTimes(seen, to));
     return first;
 }

@@ -26,7 +26,8 @@ FileSystem::Result<void> copyMetadata(const ItemPlace& from, const struct stat& 
                                       const ItemPlace& to);
 
 /// The part of it that every system does in its own way: extended attributes and access lists.
-FileSystem::Result<void> copyAttributes(const ItemPlace& from, const struct stat& seen,
-                                        const ItemPlace& to);
+/// `mode` is that of the source, and loses what the group is given only together with a list that
+/// the target cannot keep.
+FileSystem::Result<void> copyAttributes(const ItemPlace& from, const ItemPlace& to, mode_t& mode);
 
 } // namespace fennik

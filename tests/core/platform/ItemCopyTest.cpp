@@ -2,6 +2,7 @@
 
 #include "core/platform/posix/ChunkSize.h"
 #include "tests/support/DiskTree.h"
+#include "tests/support/SystemCallFaults.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestVolume.h"
 
@@ -167,6 +168,11 @@ TEST_F(ItemCopyTest, letsInOnlyWhomTheSourceLetsIn) {
     setAttribute(s, "system.posix_acl_access", accessListForUser1());
     ASSERT_TRUE(copy());
     EXPECT_EQ(accessListForUser1(), attribute(d, "system.posix_acl_access"));
+    EXPECT_EQ(0770U, modeOf(s));
+    std::filesystem::remove(d);
+    const FaultInjection listless({.calls = {SystemCall::fsetxattr}, .errorCode = EOPNOTSUPP});
+    ASSERT_TRUE(copy());
+    EXPECT_EQ(0700U, modeOf(d));
 }
 
 TEST_F(ItemCopyTest, givesAFolderWhatTheOtherHas) {
