@@ -118,8 +118,10 @@ void JobContext::keepPace() {
     using std::chrono::milliseconds;
     while (true) {
         const auto wait = pacer_.wait(host_.throttle(), timeAtWork(), done_.moved);
-        if (wait <= wait.zero() ||
-            job_.waitFor(ceil<milliseconds>(wait), host_.timedWait()) == Checkpoint::stop)
+        if (wait <= wait.zero())
+            return;
+        host_.publish(Publishing::paced);
+        if (job_.waitFor(ceil<milliseconds>(wait), host_.timedWait()) == Checkpoint::stop)
             return;
     }
 }

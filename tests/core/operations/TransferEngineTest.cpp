@@ -2,6 +2,7 @@
 
 #include "tests/core/operations/NoTrash.h"
 #include "tests/support/ManualExecutor.h"
+#include "tests/support/TempFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -116,6 +117,20 @@ TEST_F(TransferEngineTest, jobsRunOneAfterTheOtherAndTellEveryState) {
     EXPECT_EQ(finished[1].job.id, second);
     EXPECT_EQ(finished[1].request.pairs, copyOf({"b"}).pairs);
     EXPECT_THAT(finished[1].job.outcomes, ElementsAre(PairOutcome::pending));
+}
+
+TEST_F(TransferEngineTest, aJobWithoutABodyCountsAndTransfersItsPairs) {
+    const TempFolder folder;
+    folder.file("a", "0123456789");
+    folder.folder("to");
+    engine.enqueue({.pairs = {{folder.url().appending("a"), FileUrl(folder.path("to/a"))}}});
+    worker.runAll();
+    ASSERT_THAT(finished, SizeIs(1));
+    EXPECT_EQ(finished[0].job.state, State::finished);
+    EXPECT_EQ(finished[0].job.totalBytes, 10);
+    EXPECT_EQ(finished[0].job.totalFiles, 1);
+    EXPECT_EQ(finished[0].job.doneFiles, 1);
+    EXPECT_THAT(finished[0].job.outcomes, ElementsAre(PairOutcome::done));
 }
 
 TEST_F(TransferEngineTest, whatHappenedDecidesTheFinalState) {
@@ -293,6 +308,7 @@ TEST_F(TransferEngineTest, aLimitIsKeptInShortWaits) {
     });
     EXPECT_EQ(time - begin, 10s);
     EXPECT_THAT(waits, Each(Le(500ms)));
+    EXPECT_THAT(updates, SizeIs(Ge(20U))) << "it is seen to go on";
 
     engine.setThrottle(0);
     run([](OperationContext& context) { EXPECT_FALSE(context.isCapped()); });
