@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace fennik::test {
 
@@ -59,11 +61,18 @@ protected:
     UndoJournal journal;
     NoTrash trash;
     std::chrono::steady_clock::time_point time{1000s};
+    std::function<void()> afterNextLook; ///< at the clock
     std::vector<std::chrono::milliseconds> waits;
     TransferEngine engine{{.worker = worker,
                            .journal = journal,
                            .trash = trash,
-                           .now = [this] { return time; },
+                           .now =
+                               [this] {
+                                   const auto now = time;
+                                   if (const auto then = std::exchange(afterNextLook, {}))
+                                       then();
+                                   return now;
+                               },
                            .today = [] { return Date{77, 0}; },
                            .wait =
                                [this](auto&, auto&, std::chrono::milliseconds duration) {
@@ -238,6 +247,14 @@ TEST_F(TransferEngineTest, aCancelledJobDoesNothingMoreWhateverIsAnswered) {
     run([](OperationContext& context) {
         EXPECT_EQ(context.answer({}), ConflictChoice::cancel) << "nobody is there to ask";
     });
+
+    engine.setResolver(
+        [](const Conflict&) { return ConflictDecision{ConflictChoice::overwrite, true}; });
+    run([](OperationContext& context) {
+        EXPECT_EQ(context.answer({}), ConflictChoice::overwrite);
+        context.cancelNow();
+        EXPECT_EQ(context.answer({}), ConflictChoice::cancel) << "the one for all holds no more";
+    });
 }
 
 TEST_F(TransferEngineTest, progressIsToldTenTimesASecondAtMost) {
@@ -314,18 +331,38 @@ TEST_F(TransferEngineTest, aLimitIsKeptInShortWaits) {
     run([](OperationContext& context) { EXPECT_FALSE(context.isCapped()); });
 }
 
-TEST_F(TransferEngineTest, timeSpentAskingDoesNotCountForTheLimit) {
+TEST_F(TransferEngineTest, timeSpentAskingOrPausedDoesNotCountForTheLimit) {
     engine.setThrottle(1'000'000);
     engine.setResolver([&](const Conflict&) {
         time += 1h;
         return ConflictDecision{ConflictChoice::skip};
     });
     run([&](OperationContext& context) {
+        const auto begin = time;
         context.bytesWritten(1'000'000);
         context.answer({});
-        const auto before = time;
         context.bytesWritten(3'000'000);
-        EXPECT_EQ(time - before, 3s);
+        EXPECT_EQ(time - begin, 1h + 4s);
+        EXPECT_DOUBLE_EQ(only().bytesPerSecond, 1'000'000);
+
+        engine.pause(only().id);
+        afterNextLook = [&] {
+            time += 1h;
+            engine.resume(only().id);
+        };
+        EXPECT_EQ(context.checkpoint(), Checkpoint::goOn);
+        context.bytesWritten(2'000'000);
+        EXPECT_EQ(time - begin, 2h + 6s);
+    });
+}
+
+TEST_F(TransferEngineTest, aPauseEndsTheWaitForALimit) {
+    engine.setThrottle(1);
+    run([&](OperationContext& context) {
+        afterNextLook = [&] { engine.pause(only().id); };
+        context.bytesWritten(1000);
+        EXPECT_THAT(waits, IsEmpty());
+        EXPECT_EQ(only().state, State::paused);
     });
 }
 
