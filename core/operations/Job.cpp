@@ -26,8 +26,8 @@ JobSnapshot Job::snapshot() {
     return snapshot;
 }
 
-// Every snapshot shares the errors, so that new ones mean a new copy of all. Copies are made as the
-// list grows by a part of itself, and all of them together cost no more than a few lists.
+// Snapshots share the errors, so that new ones mean a new copy of all. As the list has to grow by a
+// part of itself before the next copy, all copies together grow with the list, not with its square.
 void Job::publishErrors() {
     const auto published = status_.errors->size();
     if (!status_.hasEnded() && errors_.size() - published > published / 16)

@@ -4,11 +4,11 @@
 #include "core/base/Uuid.h"
 #include "core/operations/JobSnapshot.h"
 #include "core/operations/OperationContext.h"
+#include "core/operations/TimedWait.h"
 #include "core/operations/TransferRequest.h"
 
 #include <chrono>
 #include <condition_variable>
-#include <functional>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -20,9 +20,6 @@ namespace fennik {
 /// lock is held for moments only, and waits let go of it.
 class Job {
 public:
-    /// Waits on the condition until it is notified, or for that long.
-    using TimedWait = std::function<void(std::condition_variable&, std::unique_lock<std::mutex>&,
-                                         std::chrono::milliseconds)>;
     /// What is told once, when the job has ended.
     struct Ending {
         JobSnapshot snapshot = {};

@@ -6,6 +6,7 @@
 #include "core/operations/Pacer.h"
 #include "core/operations/SpeedMeter.h"
 #include "core/operations/TimeEstimate.h"
+#include "core/operations/TimedWait.h"
 #include "core/operations/TrashProvider.h"
 #include "core/operations/UndoJournal.h"
 
@@ -32,7 +33,7 @@ public:
     /// Bytes a second, 1 or more; none: no limit.
     virtual std::optional<std::int64_t> throttle() const = 0;
     virtual std::chrono::steady_clock::time_point now() const = 0;
-    virtual const Job::TimedWait& timedWait() const = 0;
+    virtual const TimedWait& timedWait() const = 0;
     virtual const TrashProvider& trash() const = 0;
 };
 

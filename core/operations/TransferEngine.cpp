@@ -53,7 +53,7 @@ struct TransferEngine::State final : JobHost {
     ConflictResolver resolver() const override;
     std::optional<std::int64_t> throttle() const override;
     TimePoint now() const override { return services.now(); }
-    const Job::TimedWait& timedWait() const override { return services.wait; }
+    const TimedWait& timedWait() const override { return services.wait; }
     const TrashProvider& trash() const override { return services.trash; }
 
     Jobs allJobs() const;

@@ -5,6 +5,7 @@
 #include "core/operations/Conflict.h"
 #include "core/operations/JobSnapshot.h"
 #include "core/operations/OperationContext.h"
+#include "core/operations/TimedWait.h"
 #include "core/operations/TransferRequest.h"
 #include "core/operations/TrashProvider.h"
 #include "core/operations/UndoJournal.h"
@@ -28,11 +29,9 @@ struct EngineServices {
     const TrashProvider& trash;
     std::function<std::chrono::steady_clock::time_point()> now; ///< on any thread
     std::function<Date()> today;                                ///< on any thread
-    /// Waits on the worker until notified, or for that long.
-    std::function<void(std::condition_variable&, std::unique_lock<std::mutex>&,
-                       std::chrono::milliseconds)>
-        wait = [](std::condition_variable& condition, std::unique_lock<std::mutex>& lock,
-                  std::chrono::milliseconds duration) { condition.wait_for(lock, duration); };
+    /// On the worker.
+    TimedWait wait = [](std::condition_variable& condition, std::unique_lock<std::mutex>& lock,
+                        std::chrono::milliseconds duration) { condition.wait_for(lock, duration); };
 };
 
 /// The queue of jobs: runs one after the other on the worker, and tells what they are at through
