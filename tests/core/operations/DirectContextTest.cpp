@@ -1,6 +1,6 @@
 #include "core/operations/DirectContext.h"
 
-#include "tests/core/operations/NoTrash.h"
+#include "tests/support/TestTrash.h"
 
 #include <gmock/gmock.h>
 
@@ -12,7 +12,7 @@ namespace {
 
 using testing::ElementsAre;
 
-const NoTrash noTrash;
+const TestTrash noTrash{FileUrl("/nowhere")};
 
 } // namespace
 

@@ -1,6 +1,6 @@
 #include "core/operations/TransferEngine.h"
-#include "tests/core/operations/NoTrash.h"
 #include "tests/support/ManualExecutor.h"
+#include "tests/support/TestTrash.h"
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ TEST(JobMemoryTest, anItemTakesLessThanFourHundredBytesAtAnyTime) {
     constexpr std::size_t items = 100'000;
     ManualExecutor worker;
     UndoJournal journal;
-    const NoTrash trash;
+    const TestTrash trash{FileUrl("/nowhere")};
     TransferEngine engine({.worker = worker,
                            .journal = journal,
                            .trash = trash,

@@ -1,8 +1,8 @@
 #include "core/operations/TransferEngine.h"
 
-#include "tests/core/operations/NoTrash.h"
 #include "tests/support/ManualExecutor.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/TestTrash.h"
 
 #include <gmock/gmock.h>
 
@@ -59,7 +59,7 @@ protected:
 
     ManualExecutor worker;
     UndoJournal journal;
-    NoTrash trash;
+    TestTrash trash{FileUrl("/nowhere")};
     std::chrono::steady_clock::time_point time{1000s};
     std::function<void()> afterNextLook; ///< at the clock
     std::vector<std::chrono::milliseconds> waits;

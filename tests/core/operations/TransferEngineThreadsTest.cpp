@@ -1,6 +1,6 @@
 #include "core/base/SerialWorker.h"
 #include "core/operations/TransferEngine.h"
-#include "tests/core/operations/NoTrash.h"
+#include "tests/support/TestTrash.h"
 
 #include <gmock/gmock.h>
 
@@ -56,7 +56,7 @@ protected:
 
     SerialWorker worker;
     UndoJournal journal;
-    NoTrash trash;
+    TestTrash trash{FileUrl("/nowhere")};
     std::unique_ptr<TransferEngine> engine = std::make_unique<TransferEngine>(
         EngineServices{.worker = worker,
                        .journal = journal,
