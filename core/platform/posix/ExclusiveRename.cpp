@@ -95,8 +95,8 @@ Done moveOverOwnFile(const Move& move) {
     }));
     if (own.number() < 0)
         return lastError();
-    const auto stillOwn = isOwn(move.to, move.newName, own.number());
     const auto made = statusOf(own.number());
+    const auto stillOwn = isOwn(move.to, move.newName, own.number());
     if (stillOwn && made && (!*stillOwn || made->size != 0))
         return failure(EEXIST); // somebody else's, or with somebody's data already
     auto moved = stillOwn && made ? move.rename()

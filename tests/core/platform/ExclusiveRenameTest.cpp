@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
@@ -20,6 +21,7 @@ namespace fennik::test {
 
 namespace {
 
+using testing::AnyOf;
 using testing::Contains;
 using testing::Pair;
 
@@ -241,6 +243,71 @@ TEST_P(ExclusiveRenameTest, whoTakesTheNameMeanwhileKeepsIt) {
                                    }}),
                   GetParam().calls);
     }
+}
+
+TEST_P(ExclusiveRenameTest, whoChangesTheEntryMadeForTheItemLosesNothing) {
+    const auto place = root + "/to/new";
+    bool changed = false;
+    const auto replace = [&place, &changed] {
+        changed = std::filesystem::remove(place);
+        write(place, "stranger");
+    };
+    const auto use = [&place, &changed] {
+        changed = true;
+        write(std::filesystem::is_directory(place) ? place + "/inner" : place, "stranger");
+    };
+    for (const std::string item : {"file", "folder"}) {
+        for (const std::function<void()>& change : {std::function<void()>(replace), {use}}) {
+            SCOPED_TRACE(item);
+            rebuild();
+            auto expected = diskTree(root);
+            changed = false;
+            const FaultInjection stranger(
+                {.calls = {SystemCall::fstat}, .number = 1, .before = change});
+            const auto result = rename(item);
+            const bool makesEntry =
+                item == "folder" ? GetParam().calls > 1 : GetParam().lacks.size() > 1;
+            ASSERT_EQ(changed, makesEntry);
+            if (!changed)
+                continue;
+            // Some volumes answer nothing about an open folder that somebody has removed.
+            EXPECT_THAT(codeOf(result), AnyOf(EEXIST, EIO));
+            if (std::filesystem::is_directory(place)) {
+                expected["to/new"] = "folder/";
+                expected["to/new/inner"] = "stranger";
+            } else {
+                expected["to/new"] = "stranger";
+            }
+            EXPECT_EQ(diskTree(root), expected);
+        }
+    }
+}
+
+TEST_P(ExclusiveRenameTest, whoTakesTheOldNameMeanwhileKeepsItsContent) {
+    bool exchanged = false;
+    const auto exchange = [this, &exchanged] {
+        exchanged = true;
+        std::error_code gone;
+        std::filesystem::rename(root + "/from/file", root + "/from/aside", gone);
+        write(root + "/from/file", "stranger");
+    };
+    const int struck =
+        forEachCall({.calls = {SystemCall::fstatat, SystemCall::renameat2}, .before = exchange},
+                    {.prepare =
+                         [this, &exchanged] {
+                             rebuild();
+                             exchanged = false;
+                         },
+                     .act = [this] { static_cast<void>(rename("file")); },
+                     .check =
+                         [this, &exchanged] {
+                             std::vector<std::string> contents;
+                             for (const auto& [path, content] : diskTree(root))
+                                 contents.push_back(content);
+                             EXPECT_THAT(contents, Contains("content"));
+                             EXPECT_EQ(std::ranges::count(contents, "stranger") > 0, exchanged);
+                         }});
+    EXPECT_GE(struck, GetParam().calls > 1 ? 3 : 1);
 }
 
 } // namespace fennik::test

@@ -1,24 +1,22 @@
 #include "core/platform/OpenFolder.h"
 
+#include "tests/support/DiskTree.h"
 #include "tests/support/SystemCallFaults.h"
 #include "tests/support/TempFolder.h"
 
 #include <gmock/gmock.h>
 
 #include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <sys/stat.h>
 
 namespace fennik::test {
 
 namespace {
 
-std::string contentOf(const std::string& path) {
-    std::ostringstream content;
-    content << std::ifstream(path, std::ios::binary).rdbuf();
-    return content.str();
-}
+using testing::AnyOf;
+using Tree = std::map<std::string, std::string>;
 
 OpenFolder opened(const std::string& path) {
     return OpenFolder::open(path, FollowLinks::no).value();
@@ -31,6 +29,108 @@ protected:
     TempFolder temp;
 };
 
+TEST_F(OpenFolderTest, reachesItsOwnEntriesThroughNoLinkAndWaitsForNobody) {
+    temp.folder("real/inner");
+    temp.link("link", temp.path("real"));
+    temp.file("file");
+    mkfifo(temp.path("pipe").c_str(), 0600);
+    const auto folder = opened(temp.url().path());
+    EXPECT_TRUE(folder.openChild("real"));
+    for (const std::string name : {"link", "file", "pipe", "missing"}) {
+        const auto child = folder.openChild(name);
+        EXPECT_THAT(child ? 0 : child.error().code,
+                    testing::AnyOf(ENOTDIR, ELOOP, name == "missing" ? ENOENT : ENOTDIR))
+            << name;
+        EXPECT_FALSE(OpenFolder::open(temp.path(name), FollowLinks::no)) << name;
+    }
+    EXPECT_EQ(OpenFolder::open(temp.path("link"), FollowLinks::yes)->status()->identity(),
+              folder.status("real")->identity());
+    EXPECT_TRUE(folder.syncFile("pipe"));
+    EXPECT_TRUE(folder.syncFile("link"));
+
+    // Whoever exchanges the folder for a link leads nobody elsewhere.
+    const auto held = opened(temp.path("real"));
+    temp.folder("elsewhere");
+    std::filesystem::rename(temp.path("real"), temp.path("moved"));
+    temp.link("real", temp.path("elsewhere"));
+    EXPECT_TRUE(held.makeFile("new", "content", 0600));
+    EXPECT_TRUE(held.removeFolder("inner"));
+    EXPECT_EQ(diskTree(temp.path("moved")), (Tree{{"new", "content"}}));
+    EXPECT_EQ(diskTree(temp.path("elsewhere")), Tree{});
+}
+
+TEST_F(OpenFolderTest, saysWhatItsEntriesAre) {
+    temp.file("file", "12345");
+    temp.link("link", std::string(1000, 'x'));
+    mkfifo(temp.path("pipe").c_str(), 0600);
+    std::filesystem::create_hard_link(temp.path("file"), temp.path("\xFF\n second"));
+    const timespec times[2] = {{0, 0}, {-3, 999'999'999}};
+    utimensat(AT_FDCWD, temp.path("file").c_str(), times, 0);
+    const auto folder = opened(temp.url().path());
+
+    const auto file = folder.status("file");
+    ASSERT_TRUE(file);
+    EXPECT_EQ(file->names, 2U);
+    EXPECT_EQ(file->owner, geteuid());
+    EXPECT_EQ(file->modified, (Date{-3, 999'999'999}));
+    EXPECT_GT(file->statusChanged, (Date{1'600'000'000, 0})); // the clock's, not the file's own
+    EXPECT_FALSE(file->isPipe);
+    EXPECT_TRUE(folder.status("pipe")->isPipe);
+    EXPECT_EQ(folder.linkTarget("link"), std::string(1000, 'x'));
+    const auto entries = folder.entries();
+    ASSERT_TRUE(entries);
+    std::map<std::string, FileType> types;
+    for (const auto& [name, type] : *entries)
+        types[name] = type;
+    EXPECT_EQ(types, (std::map<std::string, FileType>{{"file", FileType::regular},
+                                                      {"\xFF\n second", FileType::regular},
+                                                      {"link", FileType::symlink},
+                                                      {"pipe", FileType::other}}));
+}
+
+TEST_F(OpenFolderTest, aFolderReadInPartIsNotRead) {
+    for (int i = 0; i < 100; ++i)
+        temp.file(std::to_string(i));
+    const auto folder = opened(temp.url().path());
+    const auto size = [&folder] {
+        const auto entries = folder.entries();
+        return entries ? entries->size() : 0;
+    };
+    EXPECT_EQ(size(), 100U);
+    std::size_t found = 0;
+    const int struck =
+        forEachCall({.calls = {SystemCall::openat, SystemCall::fdopendir, SystemCall::readdir},
+                     .errorCode = EIO},
+                    {.prepare = [&found] { found = 0; },
+                     .act = [&] { found = size(); },
+                     .check = [&found] { EXPECT_THAT(found, AnyOf(0U, 100U)); }});
+    EXPECT_EQ(struck, 105); // the last one says that there is no more
+    EXPECT_EQ(found, 100U);
+}
+
+TEST_F(OpenFolderTest, takesTheWholeVolumeWhereOneItemCannotBeSynced) {
+    temp.file("unreadable", "content");
+    chmod(temp.path("unreadable").c_str(), 0200);
+    temp.file("file", "content");
+    chmod(temp.url().path().c_str(), 0777);
+    EXPECT_TRUE(asOrdinaryUser([this] {
+        const FaultInjection volumes({.calls = {SystemCall::syncfs}});
+        return opened(temp.url().path()).syncFile("unreadable") && volumes.calls() == 1;
+    }));
+    const auto folder = opened(temp.url().path());
+    {
+        const FaultInjection failing({.calls = {SystemCall::fsync}, .errorCode = EIO});
+        EXPECT_FALSE(folder.syncFile("file"));
+        EXPECT_FALSE(folder.sync());
+    }
+    const FaultInjection unknown({.calls = {SystemCall::fsync}, .errorCode = EINVAL});
+    const FaultInjection volumes({.calls = {SystemCall::syncfs}});
+    EXPECT_TRUE(folder.sync());
+    EXPECT_EQ(volumes.calls(), 1);
+    const FaultInjection failing({.calls = {SystemCall::syncfs}, .errorCode = EIO});
+    EXPECT_FALSE(folder.sync());
+}
+
 TEST_F(OpenFolderTest, aNewFileIsCompleteOrNotThereWhateverFails) {
     const std::string content(1000, 'x');
     std::expected<void, PosixError> made;
@@ -39,10 +139,7 @@ TEST_F(OpenFolderTest, aNewFileIsCompleteOrNotThereWhateverFails) {
         .act = [&] { made = opened(temp.url().path()).makeFile("new", content, 0600); },
         .check =
             [&] {
-                EXPECT_EQ(std::filesystem::exists(temp.path("new")), made.has_value());
-                if (made) {
-                    EXPECT_EQ(contentOf(temp.path("new")), content);
-                }
+                EXPECT_EQ(diskTree(temp.url().path()), made ? (Tree{{"new", content}}) : Tree{});
             }};
     EXPECT_GE(forEachCall({.calls = {SystemCall::openat, SystemCall::write, SystemCall::fsync,
                                      SystemCall::unlinkat},
@@ -67,9 +164,9 @@ TEST_F(OpenFolderTest, anEndedProcessLeavesThePartOfAFileUnderItsOwnNameOnly) {
         {.prepare = [&] { std::filesystem::remove(temp.path("new")); },
          .act =
              [&] { static_cast<void>(opened(temp.url().path()).makeFile("new", "content", 0600)); },
-         .check = [&] { EXPECT_EQ(contentOf(temp.path("other")), "stays"); }});
+         .check = [&] { EXPECT_EQ(diskTree(temp.url().path()).at("other"), "stays"); }});
     EXPECT_GE(struck, 4); // the folder, the file, its data, the disk
-    EXPECT_EQ(contentOf(temp.path("new")), "content");
+    EXPECT_EQ(diskTree(temp.url().path()), (Tree{{"new", "content"}, {"other", "stays"}}));
 }
 
 } // namespace fennik::test
