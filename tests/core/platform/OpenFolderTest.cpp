@@ -3,6 +3,7 @@
 #include "tests/support/DiskTree.h"
 #include "tests/support/SystemCallFaults.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/TestVolume.h"
 
 #include <gmock/gmock.h>
 
@@ -167,6 +168,33 @@ TEST_F(OpenFolderTest, anEndedProcessLeavesThePartOfAFileUnderItsOwnNameOnly) {
          .check = [&] { EXPECT_EQ(diskTree(temp.url().path()).at("other"), "stays"); }});
     EXPECT_GE(struck, 4); // the folder, the file, its data, the disk
     EXPECT_EQ(diskTree(temp.url().path()), (Tree{{"new", "content"}, {"other", "stays"}}));
+}
+
+TEST_F(OpenFolderTest, fullAndProtectedVolumesKeepNothingOfANewFile) {
+    const auto small = TestVolume::memory("64k");
+    const auto crowded = TestVolume::memory("1m", 3);
+    const auto locked = TestVolume::btrfs();
+    for (const auto* volume : {&small, &crowded, &locked})
+        if (!*volume)
+            GTEST_SKIP() << volume->error();
+    const auto codeOfNew = [](const TestVolume& volume, const std::string& content) {
+        const auto made = opened(volume.path()).makeFile("new", content, 0600);
+        return made ? 0 : made.error().code;
+    };
+    EXPECT_EQ(codeOfNew(*small, std::string(100'000, 'x')), ENOSPC);
+    EXPECT_EQ(diskTree(small->path()), Tree{});
+
+    std::filesystem::create_directories(crowded->path("a/b"));
+    EXPECT_EQ(codeOfNew(*crowded, ""), ENOSPC);
+    EXPECT_EQ(diskTree(crowded->path()), (Tree{{"a", "folder/"}, {"a/b", "folder/"}}));
+
+    ASSERT_TRUE(opened(locked->path()).makeFile("old", "old", 0600));
+    ASSERT_TRUE(locked->makeReadOnly());
+    EXPECT_EQ(codeOfNew(*locked, "new"), EROFS);
+    const auto folder = opened(locked->path());
+    EXPECT_EQ(renameExclusively(folder, "old", folder, "new").error().code, EROFS);
+    EXPECT_EQ(folder.removeFile("old").error().code, EROFS);
+    EXPECT_EQ(diskTree(locked->path()), (Tree{{"old", "old"}}));
 }
 
 } // namespace fennik::test
