@@ -47,6 +47,11 @@ void OpenFolders::forget(const FolderNode& node) {
     std::erase(recent_, &node);
 }
 
+void OpenFolders::close(FolderNode& node) {
+    node.held_.reset();
+    forget(node);
+}
+
 void OpenFolders::closeAllBut(const FolderNode* node) {
     for (auto* open : recent_) {
         if (open != node)
@@ -124,12 +129,16 @@ FolderNode::Result<FolderNode::Held> FolderNode::open() {
     std::vector<FolderNode*> closed;
     for (auto* node = this; node != nullptr && !node->held_; node = node->parent_.get())
         closed.push_back(node);
-    for (auto* node : closed | std::views::reverse) {
-        auto opened = node->parent_
-                          ? openedBelow(*node->parent_, std::string(node->url_.lastComponent()))
-                          : OpenFolder::open(node->url_.path(), FollowLinks::yes);
-        if (const auto isOpen = node->openFrom(std::move(opened)); !isOpen)
+    for (auto left = closed.size(); left > 0; --left) {
+        auto& node = *closed[left - 1];
+        auto opened = node.parent_
+                          ? openedBelow(*node.parent_, std::string(node.url_.lastComponent()))
+                          : OpenFolder::open(node.url_.path(), FollowLinks::yes);
+        if (const auto isOpen = node.openFrom(std::move(opened)); !isOpen)
             return std::unexpected(isOpen.error());
+        // Those far above are only passed, and are not to crowd out what is in use.
+        if (left < closed.size() && left > folders_.limit_ / 4)
+            folders_.close(*node.parent_);
     }
     return held_;
 }

@@ -26,6 +26,7 @@ private:
     static std::size_t usualLimit();
     void use(FolderNode& node);
     void forget(const FolderNode& node);
+    void close(FolderNode& node);
     void closeAllBut(const FolderNode* node);
 
     std::size_t limit_;

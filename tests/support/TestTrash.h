@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/operations/TrashProvider.h"
-#include "core/operations/UniqueName.h"
+#include "core/operations/Trashes.h"
 
 #include <functional>
 #include <optional>
@@ -11,7 +11,7 @@
 
 namespace fennik::test {
 
-/// A folder that serves as a trash, on any volume, and refuses when it is told to.
+/// An ordinary folder that serves as a trash, and refuses when it is told to.
 class TestTrash final : public TrashProvider {
 public:
     /// Places of items that were taken back.
@@ -26,7 +26,7 @@ public:
     void forget(const FileUrl& place) const override { forgotten.push_back(place); }
 
 private:
-    FileUrl folder_;
+    FolderTrash folder_;
 };
 
 } // namespace fennik::test
