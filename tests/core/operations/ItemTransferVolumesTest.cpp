@@ -254,7 +254,7 @@ TEST_F(ItemTransferVolumesTest, boundFoldersAreVolumesAndLeadIntoNoCircle) {
 }
 
 TEST_F(ItemTransferVolumesTest, deepTreesNeedFewDescriptorsAndNoPaths) {
-    constexpr int depth = 400;
+    constexpr int depth = 300;
     makeDeep(temp.url().path(), depth);
     const auto top = temp.path("a folder of 20 bytes");
     const auto child = fork();
