@@ -4,12 +4,13 @@
 #include "core/operations/Trashes.h"
 #include "tests/support/SystemCallFaults.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/TestVolume.h"
 
 #include <gmock/gmock.h>
 
 #include <cerrno>
 #include <filesystem>
-#include <sys/stat.h>
+#include <fstream>
 
 namespace fennik::test {
 
@@ -89,6 +90,22 @@ TEST_F(FileActionsTest, theSameNameIsNoAction) {
     EXPECT_EQ(FileActions::rename(item(" blank "), " blank ", journal), item(" blank "));
     EXPECT_TRUE(has(" blank "));
     EXPECT_FALSE(journal.last());
+}
+
+TEST_F(FileActionsTest, whereCaseDoesNotCountItCanBeChangedAndTakenBack) {
+    const auto volume = TestVolume::withoutExclusiveRename(LetterCase::ignored);
+    if (!volume)
+        GTEST_SKIP() << volume.error();
+    std::ofstream(volume->path("readme")) << "data";
+    std::ofstream(volume->path("other")) << "other";
+    const FileUrl readme(volume->path("readme"));
+    EXPECT_EQ(FileActions::rename(readme, "OTHER", journal).error().message(),
+              "„OTHER“ už ve složce je.");
+    EXPECT_TRUE(FileActions::rename(readme, "README", journal));
+    EXPECT_EQ(std::filesystem::file_size(volume->path("ReadMe")), 4U);
+    EXPECT_EQ(undone(), "Přejmenování na „README“");
+    EXPECT_EQ(std::filesystem::file_size(volume->path("ReadMe")), 4U);
+    EXPECT_EQ(std::filesystem::file_size(volume->path("other")), 5U);
 }
 
 TEST_F(FileActionsTest, aRenameThatFailsSaysWhy) {
