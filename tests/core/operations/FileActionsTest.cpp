@@ -36,7 +36,9 @@ protected:
     }
     std::string undone() {
         const auto result = journal.undoLast(trash);
-        return result ? (*result)->title : result.error().message();
+        if (!result)
+            return result.error().message();
+        return *result ? (*result)->title : "nothing";
     }
 
     TempFolder temp;

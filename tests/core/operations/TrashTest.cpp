@@ -384,6 +384,22 @@ TEST_F(VolumeTrashTest, copiesHomeWhereTheVolumeHasNoTrashThatIsSafe) {
     }
 }
 
+TEST_F(VolumeTrashTest, aCopyTakesNoNameOfAnother) {
+    write(onVolume(ownTrash), "a file in the way");
+    write(onVolume("file"), "data");
+    write(homeTrash + "/files/file", "left by somebody without a record");
+    const auto place = TrashCan::trash(FileUrl(onVolume("file")), copyAndDelete);
+    EXPECT_EQ(place->path(), homeTrash + "/files/file 2");
+    EXPECT_EQ(contentOf(homeTrash + "/files/file"), "left by somebody without a record");
+    EXPECT_THAT(namesIn(homeTrash + "/info"), ElementsAre("file 2.trashinfo"));
+
+    const Homes none(path("home"), homeTrash + "/files/file");
+    write(onVolume("file"), "data");
+    const auto untouched = TrashCan::trash(FileUrl(onVolume("file")), copyAndDelete);
+    EXPECT_EQ(untouched.error(), PosixError{ENOTDIR}.reason());
+    EXPECT_EQ(contentOf(onVolume("file")), "data");
+}
+
 TEST_F(VolumeTrashTest, oneDiskMountedTwiceIsTwoVolumes) {
     const auto bound = TestVolume::boundTo(path("home"));
     ASSERT_TRUE(bound) << bound.error();
