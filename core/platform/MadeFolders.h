@@ -4,6 +4,7 @@
 #include "core/platform/OpenFolder.h"
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace fennik {

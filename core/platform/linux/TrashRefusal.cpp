@@ -2,6 +2,7 @@
 
 #include "core/platform/FileSystem.h"
 #include "core/platform/UserFolders.h"
+#include "core/platform/linux/ForeignContent.h"
 #include "core/platform/linux/TrashFolder.h"
 
 #include <algorithm>
@@ -102,8 +103,12 @@ std::optional<std::string> trashRefusal(const FileUrl& item, const std::vector<V
     const bool isFolder = status && status->type == FileType::directory;
     if (auto refusal = refusalByTop(item, isFolder, volumes))
         return refusal;
-    if (isFolder)
-        return refusalByFolders(status->identity(), homeTrash);
+    if (!isFolder)
+        return std::nullopt;
+    if (auto refusal = refusalByFolders(status->identity(), homeTrash))
+        return refusal;
+    if (holdsForeignContent(item))
+        return "obsahuje cizí soubory, které by z Koše nešlo odstranit.";
     return std::nullopt;
 }
 

@@ -243,6 +243,23 @@ TEST_F(TrashTest, needsTheRightToChangeTheFolder) {
     EXPECT_TRUE(fs::exists(path("file")));
 }
 
+TEST_F(TrashTest, refusesWhatItsUserCouldNotRemoveFromThere) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can give folders to others";
+    write(path("work/mine/foreign/file"), "data");
+    fs::create_directories(path("work/harmless/foreign and empty"));
+    fs::create_directories(path("data"));
+    constexpr uid_t nobody = 65534;
+    for (const auto* name : {"work", "work/mine", "work/harmless", "data"})
+        ASSERT_EQ(chown(path(name).c_str(), nobody, nobody), 0);
+    EXPECT_TRUE(asOrdinaryUser([&] {
+        return refusal(path("work/mine")) ==
+               "obsahuje cizí soubory, které by z Koše nešlo odstranit.";
+    }));
+    EXPECT_TRUE(asOrdinaryUser([&] { return trash(path("work/harmless")).has_value(); }));
+    EXPECT_TRUE(fs::exists(path("work/mine/foreign/file")));
+}
+
 TEST_F(TrashTest, undoTakesTheItemBackAndItsRecordAway) {
     write(path("a.txt"), "data");
     UndoJournal journal;
@@ -425,6 +442,55 @@ TEST_F(VolumeTrashTest, aFullTrashLeavesTheItemWhole) {
     EXPECT_THAT(namesIn(onVolume("data/Trash/info")), IsEmpty());
     // Another volume has its own.
     EXPECT_EQ(trash(bound->path("file"))->path(), bound->path(ownTrash + "/files/file"));
+}
+
+TEST_F(VolumeTrashTest, aCopyThatDoesNotFitLeavesTheItemWholeAndNothingInTheTrash) {
+    const Homes small(path("home"), onVolume("data"));
+    const auto other = TestVolume::memory("4m");
+    ASSERT_TRUE(other) << other.error();
+    write(other->path(ownTrash), "a file in the way");
+    write(other->path("folder/first"), "data");
+    write(other->path("folder/second"), std::string(2UL << 20U, 'x'));
+    const auto before = diskTree(other->path());
+    const auto trashed = SystemTrash().trash(FileUrl(other->path("folder")));
+    ASSERT_FALSE(trashed);
+    EXPECT_THAT(trashed.error(), HasSubstr(PosixError{ENOSPC}.reason()));
+    EXPECT_EQ(diskTree(other->path()), before);
+    EXPECT_THAT(namesIn(onVolume("data/Trash/files")), IsEmpty());
+    EXPECT_THAT(namesIn(onVolume("data/Trash/info")), IsEmpty());
+}
+
+TEST_F(VolumeTrashTest, aFolderOnAnotherVolumeServesAsTrashAndUndoBringsBackWhatWentThere) {
+    const FolderTrash folderTrash(FileUrl(path("trash/inner")));
+    write(path("trash/inner/folder"), "somebody's");
+    write(onVolume("folder/file"), "data");
+    UndoJournal journal;
+    FileActions::trash({FileUrl(onVolume("folder"))}, folderTrash, journal);
+    EXPECT_EQ(contentOf(path("trash/inner/folder 2/file")), "data");
+    EXPECT_FALSE(fs::exists(onVolume("folder")));
+    EXPECT_TRUE(journal.undoLast(folderTrash));
+    EXPECT_EQ(contentOf(onVolume("folder/file")), "data");
+    EXPECT_THAT(namesIn(path("trash/inner")), ElementsAre("folder"));
+
+    EXPECT_FALSE(folderTrash.trash(FileUrl(path("trash")))); // not into itself
+    EXPECT_THAT(namesIn(path("trash/inner")), ElementsAre("folder"));
+}
+
+TEST_F(VolumeTrashTest, whatCannotBeRenamedStaysWithoutARecord) {
+    const auto disk = TestVolume::ext4();
+    if (!disk)
+        GTEST_SKIP() << disk.error();
+    write(disk->path("file"), "data");
+    const auto setImmutable = [&](const std::string& sign) {
+        const auto command = "chattr " + sign + "i '" + disk->path("file") + "'";
+        return std::system(command.c_str()); // NOLINT(concurrency-mt-unsafe)
+    };
+    ASSERT_EQ(setImmutable("+"), 0);
+    EXPECT_EQ(refusal(disk->path("file")), PosixError{EPERM}.reason());
+    EXPECT_EQ(contentOf(disk->path("file")), "data");
+    EXPECT_THAT(namesIn(homeTrash + "/info"), IsEmpty());
+    EXPECT_THAT(namesIn(disk->path(ownTrash + "/info")), IsEmpty());
+    setImmutable("-");
 }
 
 TEST_F(VolumeTrashTest, leavesAReadOnlyVolumeAsItIs) {
