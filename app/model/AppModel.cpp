@@ -179,7 +179,11 @@ std::vector<std::string> AppModel::maskHistory() const {
 }
 
 void AppModel::showToast(std::string text, Toast::Kind kind) {
-    toast_ = Toast{.text = std::move(text), .kind = kind};
+    showToast(Toast{.text = std::move(text), .kind = kind});
+}
+
+void AppModel::showToast(Toast toast) {
+    toast_ = std::move(toast);
     toastWork_.schedule(toastStaysFor, [this] {
         toast_.reset();
         emit changed(AppChange::toast);

@@ -12,6 +12,9 @@
 #include "app/model/ports/SettingsStore.h"
 #include "core/base/DelayedWork.h"
 #include "core/listing/FolderSizeCache.h"
+#include "core/operations/JobSnapshot.h"
+#include "core/operations/TransferEngine.h"
+#include "core/operations/TransferRequest.h"
 
 #include <QObject>
 
@@ -29,6 +32,11 @@ enum class AppChange {
     places = 16,  ///< favourites, recent folders
     request = 32, ///< something is to take the keyboard
     suggestions = 64,
+    jobs = 128,        ///< the jobs of the queue
+    undo = 256,        ///< what undo would take back
+    outcome = 512,     ///< what will come of the text in the dialog
+    operations = 1024, ///< whether the card of the queue is shown
+    busy = 2048,       ///< what takes its time
 };
 Q_DECLARE_FLAGS(AppChanges, AppChange)
 Q_DECLARE_OPERATORS_FOR_FLAGS(AppChanges)
@@ -37,7 +45,7 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(AppChanges)
 struct AppServices {
     PanelServices panels;
     SettingsStore& settings;
-    const Clipboard& clipboard;
+    Clipboard& clipboard;
 };
 
 /// A request to a view of one side to take the keyboard. The token of every request is another one.
@@ -45,6 +53,17 @@ struct FocusRequest {
     PanelSide side = PanelSide::left;
     int token = 0;
 };
+
+/// A name that is being edited in its row. The token of every request is another one.
+struct RenameRequest {
+    PanelSide side = PanelSide::left;
+    int token = 0;
+    std::string name = {};    ///< of the item
+    std::string failure = {}; ///< why the new name will not do; empty at first
+};
+
+/// Whether a question is to be asked the next time too.
+enum class AskNextTime { no, yes };
 
 /// The state of the window: its two panels, which of them has the keyboard, the one dialog and the
 /// one toast on show, favourite and recent folders; and what every action does. Lives on the main
@@ -77,6 +96,23 @@ public:
     /// The panel that is to show the menu of favourite and recent folders.
     const std::optional<FocusRequest>& placesRequest() const { return placesRequest_; }
 
+    /// Where the keyboard edits a name in its row; none: nowhere.
+    const std::optional<RenameRequest>& renameRequest() const { return renameRequest_; }
+    /// What the queue of jobs is at, in its order.
+    const std::vector<JobSnapshot>& jobs() const { return jobs_; }
+    bool hasUnfinishedJobs() const;
+    /// To pause, resume, cancel and remove jobs.
+    TransferEngine& engine();
+    /// Whether the card of the queue is shown.
+    bool showsOperations() const { return showsOperations_; }
+    void setShowsOperations(bool shows);
+    /// The title of what undo would take back; none when there is nothing.
+    const std::optional<std::string>& undoTitle() const { return undoTitle_; }
+    /// What will come of the text in the dialog that is open.
+    const Outcome& outcome() const { return outcome_; }
+    /// What has been done for a while and is not done yet, for the status line; else empty.
+    const std::string& busyText() const { return busyText_; }
+
     /// Does what the action stands for.
     void perform(KAction action);
     /// Why the action cannot do anything now, as a sentence; none where it can.
@@ -89,13 +125,41 @@ public:
     void toggleFavorite();
     /// Asks the path bar of `side` to take the keyboard.
     void requestPathField(PanelSide side);
+    /// Closes the dialog without doing anything. That of a clash cancels the operation that asks.
     void closeDialog();
+    /// The text in the dialog is another one now: bytes of a path, a name or a mask. For the first
+    /// two `outcome` follows.
+    void dialogTextChanged(const std::string& text);
+    /// Copies or moves to the path `target`, in bytes. The dialog closes once that is under way; it
+    /// stays where the outcome is a refusal.
+    void confirmTransfer(const std::string& target);
+    /// As `confirmTransfer`.
+    void confirmNewFolder(const std::string& name);
+    void confirmTrash(AskNextTime askNextTime);
+    void confirmPaste();
+    /// The next clash takes the place of this one, without the dialog closing in between.
+    void answerConflict(ConflictDecision decision);
+
+    /// Gives the item of the rename request its new name. The request ends once that is done; a
+    /// failure stands in it.
+    void commitRename(const std::string& newName);
+    void cancelRename();
+    /// As `commitRename`, and then asks for the name of the item in the next row.
+    void renameNext(const std::string& newName);
+
+    /// Items were dropped into a folder.
+    void receiveDrop(TransferKind kind, std::vector<FileUrl> sources, const FileUrl& folder);
+    /// Why these items cannot be dropped there, as a sentence; none where they may. Compares paths
+    /// only and asks no disk.
+    std::optional<std::string> dropObstacle(const std::vector<FileUrl>& sources,
+                                            const FileUrl& folder) const;
     /// Marks or unmarks what matches `text` in the active panel, and closes the dialog.
     void applyMask(Marking marking, const std::string& text);
     /// The last masks that were applied, newest first, at most five.
     std::vector<std::string> maskHistory() const;
 
     void showToast(std::string text, Toast::Kind kind = Toast::Kind::info);
+    void showToast(Toast toast);
     /// Writes the tabs of both panels and the active side, if they are not what was written last.
     void saveNow();
 
@@ -134,6 +198,12 @@ private:
     bool hasFullDiskAccess_ = true;
     std::optional<FocusRequest> focusPathRequest_;
     std::optional<FocusRequest> placesRequest_;
+    std::optional<RenameRequest> renameRequest_;
+    std::vector<JobSnapshot> jobs_;
+    bool showsOperations_ = false;
+    std::optional<std::string> undoTitle_;
+    Outcome outcome_;
+    std::string busyText_;
     int lastToken_ = 0;
     std::string savedState_; ///< as it was written last
     DelayedWork saveWork_;

@@ -1,19 +1,77 @@
 #pragma once
 
+#include "app/model/PendingConflict.h"
+#include "core/base/FileUrl.h"
 #include "core/listing/MarkState.h"
+#include "core/operations/TransferRequest.h"
 
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
 #include <variant>
+#include <vector>
 
 namespace fennik::app {
+
+/// Asks where items are to be copied or moved.
+struct TransferDialog {
+    TransferKind kind = TransferKind::copy;
+    std::vector<FileUrl> sources = {};
+    std::string target = {}; ///< as typed so far: bytes of a path, maybe a relative one
+    FileUrl from = {};       ///< the folder of the sources, from where relative paths begin
+    std::int64_t knownBytes = 0;
+    bool hasUnsizedFolders = false; ///< `knownBytes` is only a part of the whole
+};
+
+/// Asks for the name of a new folder.
+struct NewFolderDialog {
+    FileUrl folder = {};
+    std::string name = {}; ///< as typed so far
+};
+
+/// Asks whether items are to go to the trash.
+struct TrashDialog {
+    std::vector<FileUrl> items = {};
+    std::int64_t knownBytes = 0;
+    bool hasUnsizedFolders = false;
+};
+
+/// Asks whether so many items are to be copied or moved into a folder.
+struct PasteDialog {
+    TransferKind kind = TransferKind::copy;
+    std::vector<FileUrl> sources = {};
+    FileUrl target = {};
+};
+
+/// Asks what is to become of an item whose name is taken.
+struct ConflictDialog {
+    std::shared_ptr<PendingConflict> pending = {}; ///< never null
+};
 
 /// Asks for masks, to mark or unmark the items that match.
 struct MaskDialog {
     Marking marking = Marking::mark;
-
-    friend bool operator==(const MaskDialog&, const MaskDialog&) = default;
+    std::optional<std::string> text = {}; ///< as typed so far; none before the first key
 };
 
 /// The one modal dialog on show, with what it needs to know.
-using Dialog = std::variant<MaskDialog>;
+using Dialog = std::variant<TransferDialog, NewFolderDialog, TrashDialog, PasteDialog,
+                            ConflictDialog, MaskDialog>;
+
+/// What will come of the text in a dialog.
+struct Outcome {
+    enum class Kind {
+        none,     ///< nothing to say, or not known yet
+        existing, ///< the items go into a folder that is there
+        creates,  ///< a folder is made
+        renames,  ///< the one item gets another name
+        refused,  ///< nothing would be done, and the sentence says why
+    };
+    Kind kind = Kind::none;
+    std::string sentence = {};
+    std::optional<std::int64_t> freeSpace = {}; ///< bytes at the target
+    friend bool operator==(const Outcome&, const Outcome&) = default;
+};
 
 } // namespace fennik::app

@@ -8,6 +8,9 @@ namespace fennik::system {
 class DesktopClipboard final : public app::Clipboard {
 public:
     std::string text() const override;
+    void setText(const std::string& text) override;
+    Files files() const override;
+    void setFiles(const std::vector<FileUrl>& files) override;
 };
 
 } // namespace fennik::system

@@ -209,7 +209,8 @@ void MainWindow::takeDialog() {
         focusPanel();
         return;
     }
-    std::visit([this](const app::MaskDialog& mask) { openMaskDialog(mask.marking); }, *dialog);
+    if (const auto* mask = std::get_if<app::MaskDialog>(&*dialog))
+        openMaskDialog(mask->marking);
 }
 
 void MainWindow::openMaskDialog(Marking marking) {

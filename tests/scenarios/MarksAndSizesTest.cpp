@@ -25,7 +25,8 @@ protected:
     }
     void applyMask(std::string_view combo, Marking marking, const std::string& mask) {
         press(combo);
-        ASSERT_EQ(app().dialog(), app::Dialog(app::MaskDialog{marking}));
+        ASSERT_TRUE(app().dialog());
+        EXPECT_EQ(std::get<app::MaskDialog>(*app().dialog()).marking, marking);
         app().applyMask(marking, mask);
         EXPECT_FALSE(app().dialog());
     }

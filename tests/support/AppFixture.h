@@ -5,15 +5,24 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace fennik::test {
 
-/// What another program has put into the clipboard.
+/// What another program has put into the clipboard, or this one.
 class ManualClipboard final : public app::Clipboard {
 public:
     std::string text() const override { return content; }
+    void setText(const std::string& text) override { content = text; }
+    Files files() const override { return held; }
+    void setFiles(const std::vector<FileUrl>& files) override {
+        held = {};
+        for (const auto& file : files)
+            held.paths.push_back(file.path());
+    }
 
     std::string content;
+    Files held;
 };
 
 /// The services of a whole application, all of them cranked by hand. The home folder is "home" in
