@@ -80,6 +80,10 @@ public:
     /// that stores nothing.
     [[nodiscard]] virtual Result<std::int64_t> freeSpace(const std::string& path) const = 0;
 
+    /// Whether this process may add and remove entries of the folder: EACCES, EROFS where it may
+    /// not.
+    [[nodiscard]] virtual Result<void> checkWritable(const std::string& folder) const = 0;
+
     /// All entries but "." and "..", in the order of the system, read in bulk. The consumer is
     /// called on this thread, and only once everything was read: on failure it has seen nothing.
     /// An entry that has vanished meanwhile or whose examination fails (EIO, a dead mount point) is

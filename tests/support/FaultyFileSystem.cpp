@@ -27,6 +27,11 @@ FileSystem::Result<std::int64_t> FaultyFileSystem::freeSpace(const std::string& 
                                         [&] { return systemFileSystem().freeSpace(path); });
 }
 
+FileSystem::Result<void> FaultyFileSystem::checkWritable(const std::string& folder) const {
+    return failOr<Result<void>>(errors_, Call::checkWritable,
+                                [&] { return systemFileSystem().checkWritable(folder); });
+}
+
 FileSystem::Result<void> FaultyFileSystem::readFolder(const std::string& path,
                                                       const FolderEntryConsumer& consume) const {
     return failOr<Result<void>>(errors_, Call::readFolder,

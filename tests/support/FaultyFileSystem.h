@@ -12,7 +12,7 @@ namespace fennik::test {
 /// The real file system, in which chosen calls fail with a chosen error.
 class FaultyFileSystem final : public FileSystem {
 public:
-    enum class Call { status, readFolder, enumerateFolder, readSizes, freeSpace };
+    enum class Call { status, readFolder, enumerateFolder, readSizes, freeSpace, checkWritable };
 
     void fail(Call call, int errorCode) { errors_[call] = errorCode; }
     void heal() { errors_.clear(); }
@@ -23,6 +23,7 @@ public:
     Result<FileStatus> status(const std::string& path, FollowLinks follow) const override;
     Result<std::string> linkTarget(const std::string& path) const override;
     Result<std::int64_t> freeSpace(const std::string& path) const override;
+    Result<void> checkWritable(const std::string& folder) const override;
     Result<void> readFolder(const std::string& path,
                             const FolderEntryConsumer& consume) const override;
     Result<void> enumerateFolder(const std::string& path,

@@ -69,6 +69,12 @@ FileSystem::Result<std::int64_t> PosixFileSystem::freeSpace(const std::string& p
     return static_cast<std::int64_t>(blocks * blockSize);
 }
 
+FileSystem::Result<void> PosixFileSystem::checkWritable(const std::string& folder) const {
+    if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
+        return lastError();
+    return {};
+}
+
 FileSystem::Result<void> PosixFileSystem::readFolder(const std::string&,
                                                      const FolderEntryConsumer&) const {
     return std::unexpected(PosixError{ENOTSUP});

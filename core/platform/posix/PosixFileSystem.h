@@ -10,6 +10,7 @@ public:
     Result<FileStatus> status(const std::string& path, FollowLinks follow) const override;
     Result<std::string> linkTarget(const std::string& path) const override;
     Result<std::int64_t> freeSpace(const std::string& path) const override;
+    Result<void> checkWritable(const std::string& folder) const override;
     Result<void> readFolder(const std::string& path,
                             const FolderEntryConsumer& consume) const override;
     Result<void> enumerateFolder(const std::string& path,
