@@ -1,8 +1,7 @@
 #include "app/ui/Text.h"
 
-#include "core/base/CzechText.h"
+#include "app/model/ItemCount.h"
 #include "core/base/DisplayText.h"
-#include "core/listing/Format.h"
 
 #include <ctime>
 
@@ -49,8 +48,7 @@ QString czechDate(const Date& date, DateDetail detail) {
 }
 
 QString itemCount(std::int64_t count) {
-    const auto noun = pluralForm(count, {"položka", "položky", "položek"});
-    return fromUtf8(Format::grouped(count)) + QLatin1Char(' ') + fromUtf8(noun);
+    return fromUtf8(app::itemCount(count));
 }
 
 } // namespace fennik::ui
