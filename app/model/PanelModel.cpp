@@ -142,6 +142,18 @@ void PanelModel::refresh() {
         load({.url = folder()});
 }
 
+void PanelModel::reloadOn(std::string name) {
+    const bool isLeaving = loading_ && pendingRequest_.url.path() != tab().path;
+    if (!error() && !isLeaving)
+        load({.url = folder(), .selectName = std::move(name)});
+}
+
+void PanelModel::takeChange() {
+    isStale_ = true;
+    changedWhileLoading_ = loading_;
+    reloadWhenStale();
+}
+
 void PanelModel::navigate(const FileUrl& target) {
     const bool stays = target.path() == tab().path;
     load({.url = target, .step = stays ? Step::stay : Step::navigate});
@@ -254,6 +266,8 @@ void PanelModel::load(Request request) {
         loaded.view = view;
         if (listed != folder)
             loaded.view.revealed.reset();
+        if (request.selectName && items.rowOf(*request.selectName))
+            selectName = request.selectName;
         if (!selectName)
             selectName = childTowards(directory, FileUrl(folder));
         if (selectName)
@@ -695,6 +709,18 @@ void PanelModel::markByMask(const FileMask& mask, Marking marking) {
         return;
     shown_.marks.markByMask(items(), mask, marking);
     emit changed(takeMarks());
+}
+
+void PanelModel::unmark(const NameSet& names) {
+    bool hasChanged = false;
+    for (const auto& name : names) {
+        if (!marks().isMarked(name))
+            continue;
+        shown_.marks.toggle(name);
+        hasChanged = true;
+    }
+    if (hasChanged)
+        emit changed(takeMarks());
 }
 
 MarkTotals PanelModel::totalsOf(const FileMask& mask) const {

@@ -110,6 +110,11 @@ public:
 
     /// Reads the folder of the active tab again, or the one that failed.
     void refresh();
+    /// Reads the folder again, with the cursor then on the item called `name`. Somewhere else the
+    /// panel is on its way to, it goes on to.
+    void reloadOn(std::string name);
+    /// The folder may be another one than it was read as: it is read again, soon.
+    void takeChange();
     /// Goes to `target`: a folder, or a file whose folder then has the cursor on it.
     void navigate(const FileUrl& target);
     /// Goes to `target`, which the user is typing: a failure is told by `typedFailure`, and the
@@ -172,6 +177,7 @@ public:
     /// False when nothing was marked.
     bool unmarkAll();
     void markByMask(const FileMask& mask, Marking marking);
+    void unmark(const NameSet& names);
     /// What the items that match come to.
     MarkTotals totalsOf(const FileMask& mask) const;
 
@@ -205,6 +211,7 @@ private:
         bool isVisit = false;       ///< of a folder that the user has chosen, even in a new tab
         bool isTyped = false;       ///< the user waits for the answer where the path was typed
         bool wasFolder = false;     ///< when it was shown, so that a file in its place will not do
+        std::optional<std::string> selectName = {}; ///< where the cursor goes, if it is there
     };
     /// All that goes to the other side when the panels change places, but for the sizes.
     struct Shown {
