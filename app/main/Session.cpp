@@ -26,6 +26,8 @@ constexpr int colorPatience = 60;  // ms
 constexpr int paintPatience = 100; // ms
 constexpr auto stuckAfter = std::chrono::seconds(2);
 constexpr auto workerPatience = std::chrono::milliseconds(500);
+/// What a cancelled job has left half written is removed, and what is being moved arrives whole.
+constexpr auto filePatience = std::chrono::seconds(10);
 
 /// Attempts on one remote volume wait for each other when it does not answer. Local folders do not:
 /// a link in one of them may lead to a dead volume, and must not hold up its neighbours.
@@ -93,7 +95,10 @@ Session::Session(const Options& options)
                        .log = [verbose = options.verbose](
                                   const std::string& line) { logTo(verbose, line); }},
             .settings = *settings_,
-            .clipboard = clipboard_},
+            .clipboard = clipboard_,
+            .transferWorker = transfers_,
+            .actionsWorker = actions_,
+            .trash = trash_},
            UserFolders::home()),
       shortcuts_(
           KActions::defaultMapOffTheMac(),
@@ -158,8 +163,13 @@ std::unique_ptr<SettingsStore> Session::makeSettings(Options::Task task) {
 
 ShutDown Session::shutDown() {
     app_.saveNow();
+    app_.stopJobs();
     // Settings first: they are what the user would miss.
     auto result = writer_.shutDown(workerPatience);
+    for (auto* worker : {&actions_, &transfers_}) {
+        if (worker->shutDown(filePatience) == ShutDown::threadsLeft)
+            result = ShutDown::threadsLeft;
+    }
     for (auto* pool : {&disk_, &sizingDisk_}) {
         if (pool->shutDown(workerPatience) == ShutDown::threadsLeft)
             result = ShutDown::threadsLeft;

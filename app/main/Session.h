@@ -13,6 +13,7 @@
 #include "app/ui/Theme.h"
 #include "core/base/BackgroundPool.h"
 #include "core/base/SerialWorker.h"
+#include "core/operations/Trashes.h"
 #include "core/platform/FolderEvents.h"
 
 #include <memory>
@@ -51,6 +52,9 @@ private:
     BackgroundPool disk_;
     BackgroundPool sizingDisk_; ///< gives way to all that the user waits for
     SerialWorker writer_;
+    SerialWorker transfers_;
+    SerialWorker actions_;
+    SystemTrash trash_;
     std::unique_ptr<FolderEvents> events_;
     system::DesktopClipboard clipboard_;
     std::unique_ptr<SettingsStore> settings_;

@@ -16,6 +16,7 @@ constexpr double sizesStayFor = 600; // s
 constexpr auto saveDelay = std::chrono::milliseconds(300);
 constexpr auto toastStaysFor = std::chrono::seconds(3);
 constexpr std::size_t mostMasks = 5;
+constexpr double bytesOfMegabyte = 1e6;
 
 /// What is stored of the tabs. A text that somebody wrote into the file by hand has its commas
 /// taken for the ends of texts.
@@ -42,8 +43,30 @@ AppModel::AppModel(AppServices services, FileUrl home)
       right_(PanelSide::right, services_.panels, settings_, sizeCache_, home_.path()),
       leftRestoration_(left_, services_.panels, home_),
       rightRestoration_(right_, services_.panels, home_),
+      preview_(services_.panels, [this] { emit changed(AppChange::outcome); }),
+      nextClash_(services_.panels.delayed),
       saveWork_(services_.panels.delayed),
-      toastWork_(services_.panels.delayed) {
+      toastWork_(services_.panels.delayed),
+      hideWork_(services_.panels.delayed),
+      actions_(services_.actionsWorker, services_.panels.main, services_.panels.delayed,
+               [this] { emit changed(AppChange::busy); }),
+      engine_({.worker = services_.transferWorker,
+               .journal = journal_,
+               .trash = services_.trash,
+               .now = services_.panels.now,
+               .today = services_.panels.today}),
+      bridge_(engine_, services_.panels.main,
+              {.jobsChanged = [this](std::vector<JobSnapshot> jobs) { takeJobs(std::move(jobs)); },
+               .jobFinished = [this](const JobSnapshot& job,
+                                     const TransferRequest& request) { takeEnd(job, request); },
+               .clashed =
+                   [this](std::shared_ptr<PendingConflict> pending) {
+                       nextClash_.cancel();
+                       stage_.openConflict(std::move(pending));
+                       dialogShown();
+                   }}) {
+    if (const auto megabytes = settings_.get(SettingKeys::throttleMBps); megabytes > 0)
+        engine_.setThrottle(std::int64_t(megabytes * bytesOfMegabyte));
     restore();
     followPanel(PanelSide::left);
     followPanel(PanelSide::right);
@@ -89,6 +112,11 @@ void AppModel::followPanel(PanelSide side) {
             places_.noteRecent(followed.tab().path);
             emit changed(AppChange::places);
         }
+        const bool isRenamed = renameRequest_ && renameRequest_->side == followed.side();
+        const bool isGone = followed.folder() != renameFolder_ ||
+                            (isRenamed && !followed.items().rowOf(renameRequest_->name));
+        if (isRenamed && !isRenaming_ && isGone)
+            cancelRename();
     });
 }
 
@@ -149,16 +177,6 @@ void AppModel::requestPathField(PanelSide side) {
 void AppModel::requestPlaces() {
     placesRequest_ = FocusRequest{activeSide_, ++lastToken_};
     emit changed(AppChange::request);
-}
-
-void AppModel::setDialog(Dialog dialog) {
-    dialog_ = std::move(dialog);
-    emit changed(AppChange::dialog);
-}
-
-void AppModel::closeDialog() {
-    dialog_.reset();
-    emit changed(AppChange::dialog);
 }
 
 void AppModel::applyMask(Marking marking, const std::string& text) {

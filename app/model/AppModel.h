@@ -1,7 +1,10 @@
 #pragma once
 
 #include "app/commands/catalogue/KAction.h"
-#include "app/model/Dialog.h"
+#include "app/model/DialogStage.h"
+#include "app/model/DiskActions.h"
+#include "app/model/EngineBridge.h"
+#include "app/model/OutcomePreview.h"
 #include "app/model/PanelModel.h"
 #include "app/model/PathSuggestions.h"
 #include "app/model/Places.h"
@@ -12,12 +15,17 @@
 #include "app/model/ports/SettingsStore.h"
 #include "core/base/DelayedWork.h"
 #include "core/listing/FolderSizeCache.h"
+#include "core/listing/MarkTotals.h"
 #include "core/operations/JobSnapshot.h"
 #include "core/operations/TransferEngine.h"
 #include "core/operations/TransferRequest.h"
+#include "core/operations/TrashProvider.h"
+#include "core/operations/UndoJournal.h"
 
 #include <QObject>
 
+#include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -46,6 +54,9 @@ struct AppServices {
     PanelServices panels;
     SettingsStore& settings;
     Clipboard& clipboard;
+    Executor& transferWorker; ///< one thread, for the jobs of the queue
+    Executor& actionsWorker;  ///< one thread, for small changes of the disk and undo
+    const TrashProvider& trash;
 };
 
 /// A request to a view of one side to take the keyboard. The token of every request is another one.
@@ -87,7 +98,7 @@ public:
     const Places& places() const { return places_; }
     /// For the one path that is being typed.
     PathSuggestions& pathSuggestions() { return pathSuggestions_; }
-    const std::optional<Dialog>& dialog() const { return dialog_; }
+    const std::optional<Dialog>& dialog() const { return stage_.shown(); }
     const std::optional<Toast>& toast() const { return toast_; }
     /// Off the Mac, access to the disk counts as given.
     bool hasFullDiskAccess() const { return hasFullDiskAccess_; }
@@ -101,17 +112,21 @@ public:
     /// What the queue of jobs is at, in its order.
     const std::vector<JobSnapshot>& jobs() const { return jobs_; }
     bool hasUnfinishedJobs() const;
-    /// To pause, resume, cancel and remove jobs.
-    TransferEngine& engine();
+    /// To pause, resume and remove jobs.
+    TransferEngine& engine() { return engine_; }
+    /// Cancels a job, even while it asks.
+    void cancelJob(const Uuid& id);
+    /// Cancels all jobs and whatever one of them asks, for good: the window closes.
+    void stopJobs();
     /// Whether the card of the queue is shown.
     bool showsOperations() const { return showsOperations_; }
     void setShowsOperations(bool shows);
     /// The title of what undo would take back; none when there is nothing.
     const std::optional<std::string>& undoTitle() const { return undoTitle_; }
     /// What will come of the text in the dialog that is open.
-    const Outcome& outcome() const { return outcome_; }
+    const Outcome& outcome() const { return preview_.outcome(); }
     /// What has been done for a while and is not done yet, for the status line; else empty.
-    const std::string& busyText() const { return busyText_; }
+    const std::string& busyText() const { return actions_.busyText(); }
 
     /// Does what the action stands for.
     void perform(KAction action);
@@ -171,16 +186,49 @@ private:
     PanelSide otherSide() const {
         return activeSide_ == PanelSide::left ? PanelSide::right : PanelSide::left;
     }
+    using Handler = void (*)(AppModel&);
+    static Handler handlerOf(KAction action);
+
     void followPanel(PanelSide side);
     void restore();
     void scheduleSave();
-    void setDialog(Dialog dialog);
     void open();
     void pathFromClipboard();
     void toggleHidden();
     void escape();
     void sizeAllFolders();
     void requestPlaces();
+
+    void setDialog(Dialog dialog);
+    void close(DialogStage::Id dialog);
+    void dialogShown();
+    void previewOutcome(OutcomePreview::When when);
+
+    std::vector<FileUrl> sources();
+    MarkTotals sourceTotals();
+    void openTransfer(TransferKind kind);
+    void enqueue(TransferKind kind, std::vector<TransferPair> pairs);
+    void transferInto(TransferKind kind, std::vector<FileUrl> sources, const FileUrl& folder);
+    void copyToClipboard();
+    void copyPath();
+    void paste(TransferKind kind);
+
+    void startRename();
+    void requestRename(PanelSide side, std::string name);
+    void rename(const std::string& newName, std::optional<std::string> nextName);
+    void newFolder();
+    void trash();
+    void moveToTrash(std::vector<FileUrl> items);
+    void undo();
+    void takeUndoTitle();
+    void takeChanges();
+    void showItem(PanelSide side, const FileUrl& folder, const std::string& name);
+
+    void takeJobs(std::vector<JobSnapshot> jobs);
+    void takeEnd(const JobSnapshot& job, const TransferRequest& request);
+    void takeMarksOf(const JobSnapshot& job, const TransferRequest& request);
+    void tellEnd(const JobSnapshot& job, const TransferRequest& request);
+    void hideQueueLater();
 
     AppServices services_;
     FileUrl home_;
@@ -193,21 +241,31 @@ private:
     TabRestoration leftRestoration_;
     TabRestoration rightRestoration_;
     PanelSide activeSide_ = PanelSide::left;
-    std::optional<Dialog> dialog_;
+    DialogStage stage_;
+    OutcomePreview preview_;
+    std::shared_ptr<int> confirmation_; ///< of the dialog that is being confirmed on a worker
+    DelayedWork nextClash_;             ///< closes the card of a clash unless there is another one
     std::optional<Toast> toast_;
     bool hasFullDiskAccess_ = true;
     std::optional<FocusRequest> focusPathRequest_;
     std::optional<FocusRequest> placesRequest_;
     std::optional<RenameRequest> renameRequest_;
-    std::vector<JobSnapshot> jobs_;
-    bool showsOperations_ = false;
-    std::optional<std::string> undoTitle_;
-    Outcome outcome_;
-    std::string busyText_;
+    FileUrl renameFolder_;    ///< of the item
+    bool isRenaming_ = false; ///< on the worker
     int lastToken_ = 0;
     std::string savedState_; ///< as it was written last
     DelayedWork saveWork_;
     DelayedWork toastWork_;
+
+    std::optional<std::string> undoTitle_;
+    std::vector<JobSnapshot> jobs_;
+    std::size_t batchErrors_ = 0; ///< of the jobs that have ended since the queue was empty
+    bool showsOperations_ = false;
+    DelayedWork hideWork_; ///< of the card of the queue
+    UndoJournal journal_;
+    DiskActions actions_;
+    TransferEngine engine_;
+    EngineBridge bridge_;
 };
 
 } // namespace fennik::app

@@ -2,6 +2,7 @@
 
 #include "app/model/ItemCount.h"
 #include "core/base/CzechText.h"
+#include "core/base/PathText.h"
 #include "core/base/WhiteSpace.h"
 #include "core/listing/Format.h"
 #include "core/listing/PathCompleter.h"
@@ -38,9 +39,6 @@ struct Place {
     std::optional<std::string> newName = {}; ///< of the one item
 
     bool isThere() const { return existing.path() == folder.path(); }
-    FileUrl destinationOf(const FileUrl& source) const {
-        return folder.appending(newName ? std::string_view(*newName) : source.lastComponent());
-    }
 };
 
 /// The first name that no file system in use can hold.
@@ -53,14 +51,14 @@ std::optional<std::string> nameTooLong(const FileUrl& url) {
 }
 
 OrRefusal<Typed> typed(const Question& question) {
-    if (trimmed(question.text).find_first_of(std::string_view("\n\r\0", 3)) != std::string::npos)
+    const auto text = trimmed(question.text);
+    if (text.find_first_of(std::string_view("\n\r\0", 3)) != std::string::npos)
         return Refusal("Cesta nesmí obsahovat konec řádku ani znak NUL.");
-    const auto path = PathCompleter::normalise(question.text, question.from, question.home);
+    if (text.starts_with("file://") && !pathOfFileUrl(text))
+        return Refusal("Adresu " + quoted(text) + " nejde přečíst.");
+    const auto path = PathCompleter::normalise(text, question.from, question.home);
     if (path.empty())
         return Refusal("Zadejte, kam.");
-    // A URL may spell what no path can hold.
-    if (path.contains('\0'))
-        return Refusal("Cesta nesmí obsahovat konec řádku ani znak NUL.");
     const auto last = path.substr(path.rfind('/') + 1);
     const bool isFolder = last.empty() || last == "." || last == "..";
     const auto url = FileUrl(path).standardized();
@@ -129,7 +127,7 @@ std::optional<FileUrl> sourceAround(const FileSystem& files, const Question& que
                                     const Place& place) {
     const auto ancestors = withAncestors(files, place);
     for (const auto& source : question.sources) {
-        if (place.destinationOf(source).path().starts_with(source.path() + "/"))
+        if ((place.folder.path() + "/").starts_with(source.path() + "/"))
             return source;
         const auto status = files.status(source.path(), FollowLinks::no);
         if (status && status->type == FileType::directory &&
@@ -241,10 +239,19 @@ Answer resolve(const FileSystem& files, const Question& question) {
         return refused(*reason, freeSpace);
     Answer answer{.outcome = outcome(files, question, *where)};
     answer.outcome.freeSpace = freeSpace;
-    answer.pairs.reserve(question.sources.size());
-    for (const auto& source : question.sources)
-        answer.pairs.push_back({source, where->destinationOf(source)});
+    if (where->newName)
+        answer.pairs = {{question.sources.front(), where->folder.appending(*where->newName)}};
+    else
+        answer.pairs = pairsInto(question.sources, where->folder);
     return answer;
+}
+
+std::vector<TransferPair> pairsInto(const std::vector<FileUrl>& sources, const FileUrl& folder) {
+    std::vector<TransferPair> pairs;
+    pairs.reserve(sources.size());
+    for (const auto& source : sources)
+        pairs.push_back({source, folder.appending(source.lastComponent())});
+    return pairs;
 }
 
 } // namespace fennik::app::TransferTarget

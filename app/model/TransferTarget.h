@@ -33,4 +33,7 @@ struct Answer {
 /// Changes nothing. Waits for the disk; for workers.
 Answer resolve(const FileSystem& files, const Question& question);
 
+/// All items under their own names in `folder`.
+std::vector<TransferPair> pairsInto(const std::vector<FileUrl>& sources, const FileUrl& folder);
+
 } // namespace fennik::app::TransferTarget

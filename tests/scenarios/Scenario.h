@@ -20,11 +20,13 @@ namespace fennik::test {
 /// empty home folder.
 class Scenario : public AppFixture {
 protected:
+    ~Scenario() override { end(); }
+
     /// Starts the program, a second time in place of the first one. What the first one was about to
     /// do at that moment never happens.
     void start(const std::optional<std::string>& left = {},
                const std::optional<std::string>& right = {}) {
-        program_.reset();
+        end();
         disk.runAll();
         main.runAll();
         program_ = std::make_unique<Program>(appServices(), home(), store);
@@ -35,10 +37,34 @@ protected:
     void startAt(std::string_view left, std::string_view right) {
         start(temp.path(left), temp.path(right));
     }
+    /// As closing the window does.
+    void end() {
+        if (!program_)
+            return;
+        app().stopJobs();
+        EXPECT_TRUE(jobsAreOver());
+        program_.reset();
+    }
     /// Ends the program in order, and starts it again.
     void restart() {
         app().saveNow();
         start();
+    }
+
+    /// Until nothing is left to do, or the user has to decide.
+    void settle() {
+        AppFixture::settle();
+        const auto over = afterJobs();
+        while (!*over && clash() == nullptr) {
+            ASSERT_TRUE(main.await()) << "the jobs do not end";
+            AppFixture::settle();
+        }
+    }
+    /// The clash that waits for the user.
+    std::shared_ptr<app::PendingConflict> clash() {
+        const auto& dialog = app().dialog();
+        const auto* shown = dialog ? std::get_if<app::ConflictDialog>(&*dialog) : nullptr;
+        return shown != nullptr && !shown->pending->isDecided() ? shown->pending : nullptr;
     }
 
     app::AppModel& app() { return program_->app; }
@@ -87,6 +113,19 @@ protected:
     }
 
 private:
+    /// Becomes true on the main thread when all jobs of this moment have ended.
+    std::shared_ptr<bool> afterJobs() {
+        auto over = std::make_shared<bool>(false);
+        transfers.execute([over, &executor = main] { executor.execute([over] { *over = true; }); });
+        return over;
+    }
+    bool jobsAreOver() {
+        const auto over = afterJobs();
+        while (!*over && main.await())
+            main.runAll();
+        return *over;
+    }
+
     struct Program {
         Program(app::AppServices services, FileUrl home, MemorySettings& store)
             : app(services, std::move(home)),

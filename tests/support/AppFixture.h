@@ -1,6 +1,8 @@
 #pragma once
 
 #include "app/model/AppModel.h"
+#include "core/base/SerialWorker.h"
+#include "core/operations/Trashes.h"
 #include "tests/support/PanelFixture.h"
 
 #include <string>
@@ -32,11 +34,27 @@ protected:
     AppFixture() { temp.folder("home"); }
 
     app::AppServices appServices() {
-        return {.panels = services(), .settings = store, .clipboard = clipboard};
+        return {.panels = services(),
+                .settings = store,
+                .clipboard = clipboard,
+                .transferWorker = transfers,
+                .actionsWorker = actions,
+                .trash = trash};
     }
     FileUrl home() const { return FileUrl(temp.path("home"), FileUrl::Form::directory); }
 
+    void settle() {
+        PanelFixture::settle();
+        while (!actions.isIdle()) {
+            actions.runAll();
+            PanelFixture::settle();
+        }
+    }
+
     ManualClipboard clipboard;
+    SerialWorker transfers; ///< a real thread, so that it can wait
+    ManualExecutor actions;
+    FolderTrash trash{FileUrl(temp.path("trash"))};
 };
 
 } // namespace fennik::test

@@ -1,70 +1,102 @@
 #include "app/model/AppModel.h"
+#include "app/model/ItemCount.h"
+#include "app/model/TransferTarget.h"
+#include "core/base/CzechText.h"
+#include "core/base/PathText.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace fennik::app {
 
-bool AppModel::hasUnfinishedJobs() const {
-    return !std::ranges::all_of(jobs_, &JobSnapshot::hasEnded);
+std::vector<FileUrl> AppModel::sources() {
+    auto& panel = activePanel();
+    std::vector<FileUrl> found;
+    for (const auto row : panel.targets())
+        found.push_back(panel.items().folder().appending(panel.items().view(row).name));
+    return found;
 }
 
-void AppModel::setShowsOperations(bool shows) {
-    if (std::exchange(showsOperations_, shows) != shows)
-        emit changed(AppChange::operations);
+MarkTotals AppModel::sourceTotals() {
+    auto& panel = activePanel();
+    if (!panel.marks().marked().empty())
+        return panel.markTotals();
+    MarkTotals totals;
+    if (const auto item = panel.cursorItem())
+        totals.add(*item, panel.folderSizes());
+    return totals;
 }
 
-void AppModel::dialogTextChanged(const std::string& text) {
-    if (auto* transfer = dialog_ ? std::get_if<TransferDialog>(&*dialog_) : nullptr)
-        transfer->target = text;
+void AppModel::openTransfer(TransferKind kind) {
+    auto items = sources();
+    if (items.empty())
+        return showToast(kind == TransferKind::move ? "Není co přesunout." : "Není co kopírovat.");
+    const auto totals = sourceTotals();
+    setDialog(TransferDialog{.kind = kind,
+                             .sources = std::move(items),
+                             .target = otherPanel().tab().path,
+                             .from = activePanel().folder(),
+                             .knownBytes = totals.bytes,
+                             .hasUnsizedFolders = totals.hasUnsizedFolders()});
 }
 
-void AppModel::confirmTransfer(const std::string& target) {
-    dialogTextChanged(target);
-    closeDialog();
+void AppModel::enqueue(TransferKind kind, std::vector<TransferPair> pairs) {
+    engine_.enqueue({.kind = kind, .pairs = std::move(pairs)});
 }
 
-void AppModel::confirmNewFolder(const std::string& name) {
-    dialogTextChanged(name);
-    closeDialog();
-}
-
-void AppModel::confirmTrash(AskNextTime askNextTime) {
-    if (askNextTime == AskNextTime::no)
-        settings_.set(SettingKeys::confirmTrash, false);
-    closeDialog();
-}
-
-void AppModel::confirmPaste() {
-    closeDialog();
-}
-
-void AppModel::answerConflict(ConflictDecision decision) {
-    if (const auto* asked = dialog_ ? std::get_if<ConflictDialog>(&*dialog_) : nullptr)
-        asked->pending->decide(decision);
-    closeDialog();
-}
-
-void AppModel::commitRename(const std::string&) {
-    cancelRename();
-}
-
-void AppModel::renameNext(const std::string& newName) {
-    commitRename(newName);
-}
-
-void AppModel::cancelRename() {
-    renameRequest_.reset();
-    emit changed(AppChange::request);
+void AppModel::transferInto(TransferKind kind, std::vector<FileUrl> sources,
+                            const FileUrl& folder) {
+    if (std::ssize(sources) > settings_.get(SettingKeys::confirmThreshold))
+        setDialog(PasteDialog{kind, std::move(sources), folder});
+    else
+        enqueue(kind, TransferTarget::pairsInto(sources, folder));
 }
 
 void AppModel::receiveDrop(TransferKind kind, std::vector<FileUrl> sources, const FileUrl& folder) {
-    setDialog(PasteDialog{kind, std::move(sources), folder});
+    if (const auto reason = dropObstacle(sources, folder))
+        showToast(*reason, Toast::Kind::error);
+    else if (!sources.empty())
+        transferInto(kind, std::move(sources), folder);
 }
 
-std::optional<std::string> AppModel::dropObstacle(const std::vector<FileUrl>&,
-                                                  const FileUrl&) const {
+std::optional<std::string> AppModel::dropObstacle(const std::vector<FileUrl>& sources,
+                                                  const FileUrl& folder) const {
+    for (const auto& source : sources) {
+        if (source.isRoot() || (folder.path() + "/").starts_with(source.path() + "/"))
+            return quoted(source.lastComponent()) + " nejde vložit do sebe sama.";
+    }
     return std::nullopt;
+}
+
+void AppModel::paste(TransferKind kind) {
+    std::vector<FileUrl> items;
+    for (const auto& path : services_.clipboard.files().paths) {
+        if (path.starts_with('/') && !path.contains('\0'))
+            items.push_back(FileUrl(path).standardized());
+    }
+    std::erase_if(items, [](const FileUrl& item) { return item.isRoot(); });
+    if (items.empty())
+        showToast("Ve schránce nejsou soubory.", Toast::Kind::error);
+    else
+        transferInto(kind, std::move(items), activePanel().folder());
+}
+
+void AppModel::copyToClipboard() {
+    const auto items = sources();
+    if (items.empty())
+        return showToast("Není co kopírovat.");
+    services_.clipboard.setFiles(items);
+    showToast("Ve schránce: " + itemsInShort(items), Toast::Kind::ok);
+}
+
+void AppModel::copyPath() {
+    const auto items = sources();
+    if (items.empty())
+        return showToast("Není co kopírovat.");
+    std::string text;
+    for (const auto& item : items)
+        text += (text.empty() ? "" : "\n") + storedPath(item.path());
+    services_.clipboard.setText(text);
+    showToast("Cesta zkopírována", Toast::Kind::ok);
 }
 
 } // namespace fennik::app

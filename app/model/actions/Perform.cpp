@@ -4,140 +4,125 @@
 
 namespace fennik::app {
 
-namespace {
-
-/// Actions that this version has, but cannot do yet.
-bool isForthcoming(KAction action) {
+/// What an action does; nothing for those that this version has, but cannot do yet.
+AppModel::Handler AppModel::handlerOf(KAction action) {
     switch (action) {
+    case KAction::switchPanel:
+        return [](AppModel& model) { model.activate(model.otherSide()); };
+    case KAction::open:
+        return [](AppModel& model) { model.open(); };
+    case KAction::parent:
+        return [](AppModel& model) { model.activePanel().goToParent(); };
+    case KAction::back:
+        return [](AppModel& model) { model.activePanel().goBack(); };
+    case KAction::forward:
+        return [](AppModel& model) { model.activePanel().goForward(); };
+    case KAction::home:
+        return [](AppModel& model) { model.activePanel().navigate(model.home_); };
+    case KAction::refresh:
+        return [](AppModel& model) { model.activePanel().refresh(); };
+    case KAction::focusPath:
+        return [](AppModel& model) { model.requestPathField(model.activeSide_); };
+    case KAction::pathFromClipboard:
+        return [](AppModel& model) { model.pathFromClipboard(); };
+    case KAction::favorites:
+        return [](AppModel& model) { model.requestPlaces(); };
+    case KAction::addFavorite:
+        return [](AppModel& model) { model.addFavorite(); };
+    case KAction::toggleHidden:
+        return [](AppModel& model) { model.toggleHidden(); };
+    case KAction::swapPanels:
+        return [](AppModel& model) { model.left_.swapWith(model.right_); };
+    case KAction::otherPanelHere:
+        return [](AppModel& model) { model.otherPanel().navigate(model.activePanel().folder()); };
     case KAction::quickLook:
     case KAction::info:
     case KAction::edit:
+        return nullptr;
     case KAction::copy:
+        return [](AppModel& model) { model.openTransfer(TransferKind::copy); };
     case KAction::move:
+        return [](AppModel& model) { model.openTransfer(TransferKind::move); };
     case KAction::rename:
+        return [](AppModel& model) { model.startRename(); };
     case KAction::newFolder:
+        return [](AppModel& model) { model.newFolder(); };
     case KAction::trash:
+        return [](AppModel& model) { model.trash(); };
     case KAction::pack:
     case KAction::unpack:
+        return nullptr;
     case KAction::copyToClipboard:
+        return [](AppModel& model) { model.copyToClipboard(); };
     case KAction::paste:
+        return [](AppModel& model) { model.paste(TransferKind::copy); };
     case KAction::moveFromClipboard:
+        return [](AppModel& model) { model.paste(TransferKind::move); };
     case KAction::undo:
+        return [](AppModel& model) { model.undo(); };
     case KAction::revealInFinder:
+        return nullptr;
     case KAction::copyPath:
+        return [](AppModel& model) { model.copyPath(); };
+    case KAction::toggleMark:
+        return [](AppModel& model) { model.activePanel().toggleMarkAndMoveDown(); };
+    case KAction::markAndSize:
+        return [](AppModel& model) { model.activePanel().markAndSize(); };
+    case KAction::markUp:
+        return [](AppModel& model) { model.activePanel().markAndMove(-1); };
+    case KAction::markDown:
+        return [](AppModel& model) { model.activePanel().markAndMove(1); };
+    case KAction::markAll:
+        return [](AppModel& model) { model.activePanel().markAll(); };
+    case KAction::unmarkAll:
+        return [](AppModel& model) { model.activePanel().unmarkAll(); };
+    case KAction::invertMarks:
+        return [](AppModel& model) { model.activePanel().invertMarks(); };
+    case KAction::markMask:
+        return [](AppModel& model) { model.setDialog(MaskDialog{Marking::mark}); };
+    case KAction::unmarkMask:
+        return [](AppModel& model) { model.setDialog(MaskDialog{Marking::unmark}); };
+    case KAction::sizeAllFolders:
+        return [](AppModel& model) { model.sizeAllFolders(); };
+    case KAction::escape:
+        return [](AppModel& model) { model.escape(); };
+    case KAction::newTab:
+        return [](AppModel& model) { model.activePanel().newTab(); };
+    case KAction::closeTab:
+        return
+            [](AppModel& model) { model.activePanel().closeTab(model.activePanel().activeTab()); };
+    case KAction::nextTab:
+        return [](AppModel& model) { model.activePanel().nextTab(); };
+    case KAction::prevTab:
+        return [](AppModel& model) { model.activePanel().previousTab(); };
+    case KAction::sortName:
+        return [](AppModel& model) { model.activePanel().chooseSort(SortKey::name); };
+    case KAction::sortExt:
+        return [](AppModel& model) { model.activePanel().chooseSort(SortKey::ext); };
+    case KAction::sortSize:
+        return [](AppModel& model) { model.activePanel().chooseSort(SortKey::size); };
+    case KAction::sortDate:
+        return [](AppModel& model) { model.activePanel().chooseSort(SortKey::modified); };
     case KAction::terminal:
     case KAction::commandLine:
+        return nullptr;
     case KAction::operations:
-        return true;
-    default:
-        return false;
+        return [](AppModel& model) { model.setShowsOperations(!model.showsOperations_); };
     }
+    return nullptr;
 }
 
-} // namespace
-
 std::optional<std::string> AppModel::obstacle(KAction action) {
-    if (isForthcoming(action))
+    if (handlerOf(action) == nullptr)
         return quoted(KActions::shortTitle(action)) + ": to tato verze Fennika ještě neumí.";
     return std::nullopt;
 }
 
 void AppModel::perform(KAction action) {
-    if (const auto reason = obstacle(action)) {
+    if (const auto reason = obstacle(action))
         showToast(*reason);
-        return;
-    }
-    auto& active = activePanel();
-    switch (action) {
-    case KAction::switchPanel:
-        return activate(otherSide());
-    case KAction::open:
-        return open();
-    case KAction::parent:
-        return active.goToParent();
-    case KAction::back:
-        return active.goBack();
-    case KAction::forward:
-        return active.goForward();
-    case KAction::home:
-        return active.navigate(home_);
-    case KAction::refresh:
-        return active.refresh();
-    case KAction::focusPath:
-        return requestPathField(activeSide_);
-    case KAction::pathFromClipboard:
-        return pathFromClipboard();
-    case KAction::favorites:
-        return requestPlaces();
-    case KAction::addFavorite:
-        return addFavorite();
-    case KAction::toggleHidden:
-        return toggleHidden();
-    case KAction::swapPanels:
-        return left_.swapWith(right_);
-    case KAction::otherPanelHere:
-        return otherPanel().navigate(active.folder());
-    case KAction::quickLook:
-    case KAction::info:
-    case KAction::edit:
-    case KAction::copy:
-    case KAction::move:
-    case KAction::rename:
-    case KAction::newFolder:
-    case KAction::trash:
-    case KAction::pack:
-    case KAction::unpack:
-    case KAction::copyToClipboard:
-    case KAction::paste:
-    case KAction::moveFromClipboard:
-    case KAction::undo:
-    case KAction::revealInFinder:
-    case KAction::copyPath:
-        return;
-    case KAction::toggleMark:
-        return active.toggleMarkAndMoveDown();
-    case KAction::markAndSize:
-        return active.markAndSize();
-    case KAction::markUp:
-        return active.markAndMove(-1);
-    case KAction::markDown:
-        return active.markAndMove(1);
-    case KAction::markAll:
-        return active.markAll();
-    case KAction::unmarkAll:
-        active.unmarkAll();
-        return;
-    case KAction::invertMarks:
-        return active.invertMarks();
-    case KAction::markMask:
-        return setDialog(MaskDialog{Marking::mark});
-    case KAction::unmarkMask:
-        return setDialog(MaskDialog{Marking::unmark});
-    case KAction::sizeAllFolders:
-        return sizeAllFolders();
-    case KAction::escape:
-        return escape();
-    case KAction::newTab:
-        return active.newTab();
-    case KAction::closeTab:
-        return active.closeTab(active.activeTab());
-    case KAction::nextTab:
-        return active.nextTab();
-    case KAction::prevTab:
-        return active.previousTab();
-    case KAction::sortName:
-        return active.chooseSort(SortKey::name);
-    case KAction::sortExt:
-        return active.chooseSort(SortKey::ext);
-    case KAction::sortSize:
-        return active.chooseSort(SortKey::size);
-    case KAction::sortDate:
-        return active.chooseSort(SortKey::modified);
-    case KAction::terminal:
-    case KAction::commandLine:
-    case KAction::operations:
-        return;
-    }
+    else
+        handlerOf(action)(*this);
 }
 
 void AppModel::open() {

@@ -1,0 +1,198 @@
+#include "app/model/AppModel.h"
+#include "app/model/TransferTarget.h"
+#include "core/base/CzechText.h"
+#include "core/base/PathText.h"
+#include "core/listing/PathCompleter.h"
+#include "core/operations/FileActions.h"
+
+#include <ranges>
+#include <utility>
+
+namespace fennik::app {
+
+namespace {
+
+/// A clash that comes within this after the last one is shown in the same card.
+constexpr auto nextClashWithin = std::chrono::milliseconds(100);
+
+TransferTarget::Question questionOf(const TransferDialog& dialog, const FileUrl& home) {
+    return {.kind = dialog.kind,
+            .sources = dialog.sources,
+            .text = dialog.target,
+            .from = dialog.from,
+            .home = home,
+            .knownBytes = dialog.knownBytes};
+}
+
+/// Why there can be no new folder of that name.
+Outcome outcomeOf(const FileSystem& files, const NewFolderDialog& dialog) {
+    const auto refused = [](std::string sentence) {
+        return Outcome{Outcome::Kind::refused, std::move(sentence), {}};
+    };
+    const auto name = FileActions::validateName(dialog.name);
+    if (!name)
+        return refused(name.error().message());
+    auto folder = dialog.folder;
+    for (const auto level : std::views::split(*name, '/')) {
+        if (level.empty())
+            continue;
+        const auto valid = FileActions::validateName(std::string_view(level));
+        if (!valid)
+            return refused(valid.error().message());
+        folder = folder.appending(*valid);
+    }
+    if (folder == dialog.folder)
+        return refused(FileActions::validateName({}).error().message());
+    if (!files.status(folder.path(), FollowLinks::no))
+        return {};
+    return refused("Složka " + quoted(*name) + " už existuje.");
+}
+
+} // namespace
+
+void AppModel::setDialog(Dialog dialog) {
+    stage_.open(std::move(dialog));
+    dialogShown();
+}
+
+void AppModel::close(DialogStage::Id dialog) {
+    stage_.close(dialog);
+    dialogShown();
+}
+
+void AppModel::dialogShown() {
+    preview_.set({});
+    previewOutcome(OutcomePreview::When::now);
+    emit changed(AppChange::dialog);
+}
+
+void AppModel::previewOutcome(OutcomePreview::When when) {
+    const auto& files = services_.panels.files;
+    if (const auto* transfer = stage_.shownAs<TransferDialog>()) {
+        auto question = questionOf(*transfer, home_);
+        auto path = PathCompleter::normalise(question.text, question.from, home_);
+        preview_.ask(when, std::move(path), [&files, question = std::move(question)] {
+            return TransferTarget::resolve(files, question).outcome;
+        });
+    } else if (const auto* folder = stage_.shownAs<NewFolderDialog>();
+               folder != nullptr && !folder->name.empty()) {
+        preview_.ask(when, folder->folder.path(),
+                     [&files, dialog = *folder] { return outcomeOf(files, dialog); });
+    } else {
+        preview_.set({});
+    }
+}
+
+void AppModel::dialogTextChanged(const std::string& text) {
+    if (auto* transfer = stage_.shownAs<TransferDialog>())
+        transfer->target = text;
+    else if (auto* folder = stage_.shownAs<NewFolderDialog>())
+        folder->name = text;
+    else if (auto* mask = stage_.shownAs<MaskDialog>())
+        mask->text = text;
+    confirmation_.reset();
+    previewOutcome(OutcomePreview::When::afterTyping);
+}
+
+void AppModel::closeDialog() {
+    if (const auto* clash = stage_.shownAs<ConflictDialog>())
+        clash->pending->decide({.choice = ConflictChoice::cancel});
+    else
+        confirmation_.reset();
+    nextClash_.cancel();
+    close(stage_.shownId());
+}
+
+void AppModel::confirmTransfer(const std::string& target) {
+    auto* dialog = stage_.shownAs<TransferDialog>();
+    if (dialog == nullptr || confirmation_)
+        return;
+    dialog->target = target;
+    confirmation_ = std::make_shared<int>();
+    auto question = questionOf(*dialog, home_);
+    auto path = PathCompleter::normalise(target, dialog->from, home_);
+    const auto id = stage_.shownId();
+    auto done = [this, id, kind = dialog->kind](TransferTarget::Answer answer) {
+        confirmation_.reset();
+        if (answer.outcome.kind != Outcome::Kind::refused) {
+            close(id);
+            enqueue(kind, std::move(answer.pairs));
+        } else if (stage_.shownId() == id) {
+            preview_.set(std::move(answer.outcome));
+        }
+    };
+    runThen(
+        services_.panels.disk, services_.panels.main, std::move(path), confirmation_,
+        [&files = services_.panels.files, question = std::move(question)] {
+            return TransferTarget::resolve(files, question);
+        },
+        std::move(done));
+}
+
+void AppModel::confirmNewFolder(const std::string& name) {
+    auto* dialog = stage_.shownAs<NewFolderDialog>();
+    if (dialog == nullptr || confirmation_)
+        return;
+    dialog->name = name;
+    confirmation_ = std::make_shared<int>();
+    const auto id = stage_.shownId();
+    auto done = [this, id, side = activeSide_, folder = dialog->folder,
+                 confirmed = std::weak_ptr(confirmation_)](auto made) {
+        if (!confirmed.expired())
+            confirmation_.reset();
+        if (made) {
+            close(id);
+            const auto below = made->path().substr(folder.isRoot() ? 1 : folder.path().size() + 1);
+            showItem(side, folder, below.substr(0, below.find('/')));
+            takeUndoTitle();
+            showToast({.text = "Vytvořena složka " + quoted(below),
+                       .kind = Toast::Kind::ok,
+                       .undoable = true});
+        } else if (stage_.shown() && stage_.shownId() == id) {
+            preview_.set({Outcome::Kind::refused, made.error().message(), {}});
+        } else {
+            showToast(made.error().message(), Toast::Kind::error);
+        }
+    };
+    actions_.run(
+        "Vytvářím složku " + quoted(name) + "…",
+        [folder = dialog->folder, name, &journal = journal_] {
+            return FileActions::newFolder(folder, name, journal);
+        },
+        std::move(done));
+}
+
+void AppModel::confirmTrash(AskNextTime askNextTime) {
+    const auto* dialog = stage_.shownAs<TrashDialog>();
+    if (dialog == nullptr)
+        return;
+    auto items = dialog->items;
+    if (askNextTime == AskNextTime::no) {
+        settings_.set(SettingKeys::confirmTrash, false);
+        emit changed(AppChange::settings);
+    }
+    closeDialog();
+    moveToTrash(std::move(items));
+}
+
+void AppModel::confirmPaste() {
+    const auto* dialog = stage_.shownAs<PasteDialog>();
+    if (dialog == nullptr)
+        return;
+    const auto paste = *dialog;
+    closeDialog();
+    enqueue(paste.kind, TransferTarget::pairsInto(paste.sources, paste.target));
+}
+
+void AppModel::answerConflict(ConflictDecision decision) {
+    const auto* clash = stage_.shownAs<ConflictDialog>();
+    if (clash == nullptr || clash->pending->isDecided())
+        return;
+    clash->pending->decide(decision);
+    if (decision.choice == ConflictChoice::cancel || decision.applyToAll)
+        closeDialog();
+    else
+        nextClash_.schedule(nextClashWithin, [this] { closeDialog(); });
+}
+
+} // namespace fennik::app
