@@ -6,6 +6,7 @@
 #include "app/ui/IconButton.h"
 #include "app/ui/PathField.h"
 #include "app/ui/PlatformWords.h"
+#include "app/ui/Suggestions.h"
 #include "app/ui/Text.h"
 #include "core/listing/PathCompleter.h"
 
@@ -42,7 +43,7 @@ PathBar::PathBar(const UiContext& context, app::PanelModel& panel, QWidget* pare
       up_(actionButton(context, app::KAction::parent, this)),
       star_(new IconButton(QStringLiteral("star"), {}, {}, theme_, icons_, this)),
       terminal_(actionButton(context, app::KAction::terminal, this)),
-      pathField_(new PathField(theme_, icons_, this)),
+      pathField_(new PathField(PathField::Place::pathBar, theme_, icons_, this)),
       more_(new Crumb(QStringLiteral("…"), theme_, this)) {
     setObjectName(QStringLiteral("pathBar"));
     setFixedHeight(theme_.px(38));
@@ -159,10 +160,7 @@ void PathBar::closeField() {
 }
 
 void PathBar::takeTyped(const QString& text) {
-    const bool showsHidden = app_.settings().get(app::SettingKeys::showHidden);
-    app_.pathSuggestions().ask(text.toStdString(), panel_.folder(),
-                               showsHidden ? PathCompleter::IncludeHidden::yes
-                                           : PathCompleter::IncludeHidden::no);
+    askForSuggestions(app_, text, panel_.folder());
 }
 
 void PathBar::goTo(const QString& text) {

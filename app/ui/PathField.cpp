@@ -1,6 +1,8 @@
 #include "app/ui/PathField.h"
 
 #include "app/ui/ErrorStrip.h"
+#include "app/ui/FieldState.h"
+#include "app/ui/KeyCaps.h"
 #include "app/ui/SuggestionList.h"
 #include "app/ui/Text.h"
 #include "core/base/DisplayText.h"
@@ -11,7 +13,6 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QRegularExpression>
-#include <QStyle>
 
 #include <utility>
 
@@ -64,13 +65,23 @@ bool isOwnKey(const QKeyEvent& event) {
     }
 }
 
+/// What the keys do, at the foot of the suggestions.
+QString footOf(PathField::Place place) {
+    const auto foot =
+        place == PathField::Place::pathBar
+            ? QStringLiteral("↑↓ vybrat · Tab doplnit · %1 otevřít · %2 zpět do panelu")
+            : QStringLiteral("↑↓ vybrat · Tab doplnit · %1 převzít · %2 zavřít návrhy");
+    return foot.arg(KeyCaps::enter, KeyCaps::escape);
+}
+
 } // namespace
 
-PathField::PathField(const Theme& theme, Icons& icons, QWidget* parent)
+PathField::PathField(Place place, const Theme& theme, Icons& icons, QWidget* parent)
     : QLineEdit(parent),
+      place_(place),
       theme_(theme),
       icons_(icons),
-      list_(new SuggestionList(theme, icons, window())),
+      list_(new SuggestionList(footOf(place), theme, icons, window())),
       strip_(new ErrorStrip(theme, icons, window())) {
     setObjectName(QStringLiteral("pathField"));
     setAccessibleName(QStringLiteral("Cesta ke složce"));
@@ -81,6 +92,10 @@ PathField::PathField(const Theme& theme, Icons& icons, QWidget* parent)
     // The grey rest stands only behind a caret at the end.
     connect(this, &QLineEdit::cursorPositionChanged, this, qOverload<>(&QWidget::update));
     connect(list_, &SuggestionList::clicked, this, [this](int row) {
+        if (place_ == Place::dialog) {
+            take(row);
+            return;
+        }
         list_->choose(row);
         accept();
     });
@@ -89,18 +104,28 @@ PathField::PathField(const Theme& theme, Icons& icons, QWidget* parent)
 }
 
 void PathField::takeTheme() {
-    const auto height = QStringLiteral("QLineEdit { min-height: %1px; }").arg(theme_.px(24));
+    const int room = theme_.px(place_ == Place::pathBar ? 24 : 28);
+    const auto height = QStringLiteral("QLineEdit { min-height: %1px; }").arg(room);
     setStyleSheet(theme_.styleSheet() + height);
 }
 
 void PathField::open(std::string_view folder) {
-    clearError();
-    list_->setRows({});
-    list_->hide();
-    setText(fieldText(std::string(folder)));
+    setPath(folder);
     isOpen_ = true;
     setFocus(Qt::OtherFocusReason);
     selectAll();
+}
+
+void PathField::setPath(std::string_view path) {
+    clearError();
+    closeList();
+    setText(path.starts_with('/') ? fieldText(std::string(path)) : fromUtf8(path));
+}
+
+void PathField::closeList() {
+    list_->setRows({});
+    list_->hide();
+    update();
 }
 
 void PathField::setSuggestions(std::vector<std::string> paths, std::string_view currentFolder) {
@@ -165,6 +190,11 @@ void PathField::complete() {
     takeEdit();
 }
 
+void PathField::take(int row) {
+    setText(fieldText(list_->rows()[static_cast<std::size_t>(row)].path));
+    closeList();
+}
+
 void PathField::accept() {
     const int row = list_->chosen();
     emit accepted(row < 0 ? text() : fieldText(list_->rows()[static_cast<std::size_t>(row)].path));
@@ -177,33 +207,43 @@ void PathField::leave() {
 }
 
 void PathField::showError(const QString& message) {
-    list_->setRows({});
-    list_->hide();
+    closeList();
     strip_->showBelow(placeInWindow(), message);
     setAccessibleDescription(message);
-    setProperty("invalid", true);
-    style()->polish(this);
+    showInvalid(*this, true);
 }
 
 void PathField::clearError() {
+    if (strip_->isHidden())
+        return;
     strip_->hide();
     setAccessibleDescription({});
-    setProperty("invalid", false);
-    style()->polish(this);
+    showInvalid(*this, false);
 }
 
 QRect PathField::placeInWindow() const {
     return {mapTo(window(), QPoint()), size()};
 }
 
+bool PathField::isForField(const QKeyEvent& event) const {
+    if (!isOwnKey(event))
+        return false;
+    if (place_ == Place::pathBar)
+        return true;
+    const int key = event.key();
+    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    return key != Qt::Key_Backtab && list_->isVisible() && (!isEnter || list_->chosen() >= 0);
+}
+
 bool PathField::event(QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride && isOwnKey(*static_cast<QKeyEvent*>(event))) {
+    if (event->type() == QEvent::ShortcutOverride && isForField(*static_cast<QKeyEvent*>(event))) {
         event->accept();
         return true;
     }
     if (event->type() == QEvent::KeyPress) { // before Tab moves the keyboard
         const auto& press = *static_cast<QKeyEvent*>(event);
-        if (press.key() == Qt::Key_Tab || press.key() == Qt::Key_Backtab) {
+        const bool isTab = press.key() == Qt::Key_Tab || press.key() == Qt::Key_Backtab;
+        if (isTab && (place_ == Place::pathBar || isForField(press))) {
             if (isOwnKey(press) && press.key() == Qt::Key_Tab)
                 complete();
             return true;
@@ -213,7 +253,7 @@ bool PathField::event(QEvent* event) {
 }
 
 void PathField::keyPressEvent(QKeyEvent* event) {
-    if (!isOwnKey(*event)) {
+    if (!isForField(*event)) {
         QLineEdit::keyPressEvent(event);
         return;
     }
@@ -226,10 +266,16 @@ void PathField::keyPressEvent(QKeyEvent* event) {
         update();
         break;
     case Qt::Key_Escape:
-        clearFocus(); // else a field that is hidden would hand the keyboard to any next widget
+        if (place_ == Place::dialog)
+            closeList();
+        else
+            clearFocus(); // else a field that is hidden would hand the keyboard to any next widget
         break;
     default:
-        accept();
+        if (place_ == Place::dialog)
+            take(list_->chosen());
+        else
+            accept();
     }
 }
 
@@ -238,9 +284,10 @@ void PathField::paintEvent(QPaintEvent* event) {
     const auto& tokens = theme_.tokens();
     QPainter painter(this);
     const int side = theme_.px(16);
-    painter.drawPixmap(
-        theme_.px(8), (height() - side) / 2,
-        icons_.line(QStringLiteral("folder-search"), side, tokens.text2, devicePixelRatioF()));
+    const auto icon =
+        place_ == Place::pathBar ? QStringLiteral("folder-search") : QStringLiteral("folder-open");
+    painter.drawPixmap(theme_.px(8), (height() - side) / 2,
+                       icons_.line(icon, side, tokens.text2, devicePixelRatioF()));
     const auto rest = completion();
     if (rest.isEmpty())
         return;
@@ -274,7 +321,7 @@ void PathField::resizeEvent(QResizeEvent* event) {
 
 void PathField::hideEvent(QHideEvent* event) {
     list_->hide();
-    strip_->hide();
+    clearError();
     QLineEdit::hideEvent(event);
 }
 

@@ -25,11 +25,18 @@ class PathField final : public QLineEdit {
     Q_OBJECT
 
 public:
+    enum class Place {
+        pathBar, ///< Tab never leaves the field; Enter opens the path and Esc leaves the field
+        dialog,  ///< Tab, Enter and Esc are about the suggestions first, then about the dialog
+    };
+
     /// The list and the message float over the window that `parent` stands in.
-    PathField(const Theme& theme, Icons& icons, QWidget* parent);
+    PathField(Place place, const Theme& theme, Icons& icons, QWidget* parent);
 
     /// Shows the path of a folder, all of it selected, and takes the keyboard. Absolute bytes.
     void open(std::string_view folder);
+    /// Shows a path in absolute bytes, or a text that was typed.
+    void setPath(std::string_view path);
     /// The folders that the text may be the begin of, in their order. Absolute bytes, as is
     /// `currentFolder`, the one that is open.
     void setSuggestions(std::vector<std::string> paths, std::string_view currentFolder);
@@ -42,7 +49,8 @@ public:
 signals:
     /// The user has changed the text.
     void typed(const QString& text);
-    /// Enter was pressed: the text of the suggestion that the user has moved to, else as it stands.
+    /// Enter was pressed in a path bar: the text of the suggestion that the user has moved to, else
+    /// as it stands. In a dialog that suggestion comes into the field.
     void accepted(const QString& text);
     /// Esc was pressed, which leaves the keyboard to nobody, or the keyboard has gone elsewhere.
     /// Once for each `open`.
@@ -62,12 +70,17 @@ private:
     void keepWhatFits();
     void complete();
     void accept();
+    void take(int row);
+    void closeList();
     void leave();
     void clearError();
     /// The suggestion that Tab would take, -1 for none.
     int offered() const;
     QRect placeInWindow() const;
+    /// Whether a key means something here, or else to what the field is part of.
+    bool isForField(const QKeyEvent& event) const;
 
+    Place place_;
     const Theme& theme_;
     Icons& icons_;
     SuggestionList* list_;

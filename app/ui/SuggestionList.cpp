@@ -1,6 +1,5 @@
 #include "app/ui/SuggestionList.h"
 
-#include "app/ui/KeyCaps.h"
 #include "app/ui/MenuList.h"
 #include "app/ui/Text.h"
 
@@ -16,11 +15,6 @@ namespace {
 
 constexpr int mostShown = 12;
 constexpr int padding = 5;
-
-QString foot() {
-    return QStringLiteral("↑↓ vybrat · Tab doplnit · %1 otevřít · %2 zpět do panelu")
-        .arg(KeyCaps::enter, KeyCaps::escape);
-}
 
 MenuRow menuRow(const SuggestionList::Row& row, bool isForTab) {
     const std::string_view path = row.path;
@@ -41,8 +35,8 @@ MenuRow menuRow(const SuggestionList::Row& row, bool isForTab) {
 
 } // namespace
 
-SuggestionList::SuggestionList(const Theme& theme, Icons& icons, QWidget* parent)
-    : PopupCard(theme, foot(), parent),
+SuggestionList::SuggestionList(QString foot, const Theme& theme, Icons& icons, QWidget* parent)
+    : PopupCard(theme, std::move(foot), parent),
       list_(new MenuList(MenuList::Heights::equal, theme, icons, this)) {
     setObjectName(QStringLiteral("suggestionList"));
     list_->setAccessibleName(QStringLiteral("Návrhy složek"));

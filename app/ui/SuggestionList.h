@@ -23,7 +23,8 @@ public:
         QString note = {};
     };
 
-    SuggestionList(const Theme& theme, Icons& icons, QWidget* parent);
+    /// `foot` says what the keys of the field do.
+    SuggestionList(QString foot, const Theme& theme, Icons& icons, QWidget* parent);
 
     /// Nothing is chosen then.
     void setRows(std::vector<Row> rows);

@@ -48,7 +48,7 @@ protected:
     Icons icons{theme};
     QWidget window;
     QLineEdit other{&window};
-    PathField field{theme, icons, &window};
+    PathField field{PathField::Place::pathBar, theme, icons, &window};
     SuggestionList& list = *window.findChild<SuggestionList*>();
     ErrorStrip& strip = *window.findChild<ErrorStrip*>();
     QSignalSpy typed{&field, &PathField::typed};
