@@ -1,5 +1,6 @@
 #include "app/ui/MainWindow.h"
 
+#include "app/ui/DialogPresenter.h"
 #include "app/ui/FunctionKeyBar.h"
 #include "app/ui/FunctionKeys.h"
 #include "app/ui/KeyMonitor.h"
@@ -9,10 +10,6 @@
 #include "app/ui/PlacesMenu.h"
 #include "app/ui/Text.h"
 #include "app/ui/ToastBar.h"
-#include "app/ui/dialogs/DialogHost.h"
-#include "app/ui/dialogs/MaskDialog.h"
-#include "core/listing/FileMask.h"
-#include "core/listing/Format.h"
 
 #include <QAccessibleWidget>
 #include <QApplication>
@@ -23,7 +20,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 namespace fennik::ui {
@@ -37,8 +33,6 @@ QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
     auto* window = qobject_cast<MainWindow*>(object);
     return window == nullptr ? nullptr : new QAccessibleWidget(window, QAccessible::Window);
 }
-
-constexpr auto typingPause = std::chrono::milliseconds(120);
 
 ToastBar::Kind kindOf(app::Toast::Kind kind) {
     switch (kind) {
@@ -63,8 +57,7 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
           [context](Qt::KeyboardModifiers held) { return FunctionKeys::cells(context, held); },
           context.theme, context.icons, this)),
       toast_(new ToastBar(context.theme, context.icons, this)),
-      places_(new PlacesMenu(context.theme, context.icons, this)),
-      dialogs_(new DialogHost(context.theme, this)) {
+      places_(new PlacesMenu(context.theme, context.icons, this)) {
     QAccessible::installFactory(accessibleWindow);
     const auto& theme = context.theme;
     setObjectName(QStringLiteral("mainWindow"));
@@ -117,6 +110,8 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
     connect(places_, &PlacesMenu::addRequested, this, [this] { app_.addFavorite(); });
     connect(places_, &PlacesMenu::closed, this, &MainWindow::focusPanel);
 
+    auto* dialogs = new DialogPresenter(context, this);
+    connect(dialogs, &DialogPresenter::closed, this, &MainWindow::focusPanel);
     connect(&app_, &app::AppModel::changed, this, &MainWindow::takeApp);
     connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
     connect(qApp, &QApplication::focusChanged, this, &MainWindow::showFocus);
@@ -160,8 +155,6 @@ void MainWindow::takeApp(app::AppChanges changes) {
         placeToast();
         setTitle();
     }
-    if (changes.testFlag(app::AppChange::dialog))
-        takeDialog();
     if (changes.testFlag(app::AppChange::toast))
         takeToast();
     if (changes.testFlag(app::AppChange::places) && places_->isVisible())
@@ -200,45 +193,6 @@ void MainWindow::takeToast() {
     }
     toast_->showToast({.kind = kindOf(toast->kind), .text = fromUtf8(toast->text)});
     placeToast();
-}
-
-void MainWindow::takeDialog() {
-    const auto& dialog = app_.dialog();
-    if (!dialog) {
-        dialogs_->close();
-        focusPanel();
-        return;
-    }
-    if (const auto* mask = std::get_if<app::MaskDialog>(&*dialog))
-        openMaskDialog(mask->marking);
-}
-
-void MainWindow::openMaskDialog(Marking marking) {
-    auto& panel = app_.activePanel();
-    const auto subtitle = shownName(panel.folder().lastComponent()) + QStringLiteral(" · ") +
-                          itemCount(shownItemCount(panel));
-    QStringList recents;
-    for (const auto& mask : app_.maskHistory())
-        recents << fromUtf8(mask);
-    const auto purpose =
-        marking == Marking::mark ? MaskDialog::Purpose::mark : MaskDialog::Purpose::unmark;
-    auto* card =
-        new MaskDialog(purpose, subtitle, recents, context_.theme, context_.icons, dialogs_);
-    const auto tellMatches = [&panel, card](const QString& text) {
-        const auto totals = panel.totalsOf(FileMask(text.toStdString()));
-        card->setMatches(totals.count, fromUtf8(Format::bytes(totals.bytes)));
-    };
-    // A long mask over many items takes a while; who types on does not wait for it.
-    auto* typing = new QTimer(card);
-    typing->setSingleShot(true);
-    typing->setInterval(typingPause);
-    connect(card, &MaskDialog::maskChanged, typing, qOverload<>(&QTimer::start));
-    connect(typing, &QTimer::timeout, card, [card, tellMatches] { tellMatches(card->mask()); });
-    connect(card, &MaskDialog::maskConfirmed, this,
-            [this, marking](const QString& mask) { app_.applyMask(marking, mask.toStdString()); });
-    connect(card, &MaskDialog::cancelled, &app_, &app::AppModel::closeDialog);
-    tellMatches(card->mask());
-    dialogs_->open(card);
 }
 
 void MainWindow::placeToast() {

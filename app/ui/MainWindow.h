@@ -14,7 +14,6 @@ class KeyboardLayout;
 
 namespace fennik::ui {
 
-class DialogHost;
 class FunctionKeyBar;
 class MenuBar;
 class PanelView;
@@ -47,8 +46,6 @@ private:
     void takeTabs();
     void takeRequests();
     void takeToast();
-    void takeDialog();
-    void openMaskDialog(Marking marking);
     void focusPanel();
     void showFocus();
     void setTitle();
@@ -62,7 +59,6 @@ private:
     FunctionKeyBar* functionKeys_;
     ToastBar* toast_;
     PlacesMenu* places_;
-    DialogHost* dialogs_;
     bool menuIsOpen_ = false;
     bool wasPainted_ = false;
     int seenPathRequest_ = 0;

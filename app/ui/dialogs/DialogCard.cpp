@@ -3,10 +3,11 @@
 #include "app/ui/AccessibleRole.h"
 #include "app/ui/KeyButton.h"
 #include "app/ui/KeyCaps.h"
+#include "app/ui/dialogs/ElidedLabel.h"
+#include "app/ui/dialogs/LabelColor.h"
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPainterPath>
@@ -25,12 +26,7 @@ constexpr double gap = 16;
 constexpr double footerMargin = 12;
 constexpr double buttonHeight = 32;
 constexpr double radius = 12;
-
-void setTextColor(QWidget* widget, const QColor& color) {
-    auto colors = widget->palette();
-    colors.setColor(QPalette::WindowText, color);
-    widget->setPalette(colors);
-}
+constexpr double hintIconRoom = 22;
 
 } // namespace
 
@@ -39,25 +35,28 @@ DialogCard::DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWi
       theme_(theme),
       icons_(icons),
       icon_(texts.icon),
-      title_(new QLabel(texts.title, this)),
-      subtitle_(new QLabel(this)),
+      tone_(texts.tone),
+      hintIcon_(texts.hintIcon),
+      title_(new ElidedLabel({}, this)),
+      subtitle_(new ElidedLabel({}, this)),
       area_(new QScrollArea(this)),
-      hint_(new QLabel(texts.hint, this)),
+      hint_(new ElidedLabel(texts.hint, this)),
       cancel_(new KeyButton(texts.cancel, KeyCaps::escape, theme, this)),
       confirm_(new KeyButton(texts.confirm, KeyCaps::enter, theme, this)) {
     setObjectName(QStringLiteral("dialogCard"));
     setAccessibleRole(*this, QAccessible::Dialog);
-    setAccessibleName(texts.title);
+    setTitle(texts.title);
     setSubtitle(texts.subtitle);
     title_->setObjectName(QStringLiteral("dialogTitle"));
     subtitle_->setObjectName(QStringLiteral("dialogSubtitle"));
     hint_->setObjectName(QStringLiteral("dialogHint"));
-    for (auto* label : {title_, subtitle_, hint_})
-        label->setTextFormat(Qt::PlainText); // names of files are no markup
     title_->setFont(theme.font(FontRole::title, QFont::DemiBold));
     subtitle_->setFont(theme.font(FontRole::detail));
     hint_->setFont(theme.font(FontRole::detail));
     hint_->setHidden(texts.hint.isEmpty());
+    followColor(*title_, theme, &Tokens::text);
+    for (auto* label : {subtitle_, hint_})
+        followColor(*label, theme, &Tokens::text2);
 
     area_->setObjectName(QStringLiteral("dialogArea"));
     area_->setFrameShape(QFrame::NoFrame);
@@ -69,6 +68,7 @@ DialogCard::DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWi
     cancel_->setObjectName(QStringLiteral("dialogCancel"));
     confirm_->setObjectName(QStringLiteral("dialogConfirm"));
     confirm_->setLook(KeyButtonLook::primary);
+    confirm_->setHidden(texts.confirm.isEmpty());
     for (auto* button : {cancel_, confirm_})
         button->setFocusPolicy(Qt::StrongFocus);
     connect(cancel_, &QAbstractButton::clicked, this, &DialogCard::cancelled);
@@ -80,6 +80,11 @@ DialogCard::DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWi
     }
     connect(&theme_, &Theme::changed, this, &DialogCard::takeTheme);
     takeTheme();
+}
+
+void DialogCard::setTitle(const QString& title) {
+    title_->setText(title);
+    setAccessibleName(title);
 }
 
 void DialogCard::setSubtitle(const QString& subtitle) {
@@ -126,11 +131,7 @@ int DialogCard::heightForWidth(int width) const {
 }
 
 void DialogCard::takeTheme() {
-    const auto& tokens = theme_.tokens();
     setStyleSheet(theme_.styleSheet());
-    setTextColor(title_, tokens.text);
-    setTextColor(subtitle_, tokens.text2);
-    setTextColor(hint_, tokens.text2);
     update();
 }
 
@@ -154,7 +155,8 @@ void DialogCard::takeFocus() {
     const auto field = std::ranges::find_if(
         order, [](QWidget* widget) { return qobject_cast<QLineEdit*>(widget) != nullptr; });
     // Without a field the answer that Enter gives stands ready.
-    auto* first = field != order.end() ? *field : order.back();
+    auto* answer = canConfirm() ? static_cast<QWidget*>(confirm_) : order.front();
+    auto* first = field != order.end() ? *field : answer;
     first->setFocus(Qt::TabFocusReason);
     if (auto* line = qobject_cast<QLineEdit*>(first))
         line->selectAll();
@@ -172,8 +174,12 @@ bool DialogCard::focusNextPrevChild(bool next) {
     return true;
 }
 
+bool DialogCard::canConfirm() const {
+    return confirm_->isEnabled() && !confirm_->isHidden();
+}
+
 void DialogCard::confirm() {
-    if (confirm_->isEnabled())
+    if (canConfirm())
         emit confirmed();
 }
 
@@ -183,7 +189,8 @@ void DialogCard::keyPressEvent(QKeyEvent* event) {
         emit cancelled();
     } else if (modifiers == Qt::NoModifier &&
                (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
-        if (auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget()))
+        auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+        if (button != nullptr && !button->isCheckable())
             button->click();
         else
             confirm();
@@ -212,11 +219,14 @@ void DialogCard::resizeEvent(QResizeEvent*) {
     const int top = height() - footerHeight() + 1 + theme_.px(footerMargin);
     int right = width() - side;
     for (auto* button : {confirm_, cancel_}) {
+        if (button->isHidden())
+            continue;
         const auto size = button->sizeHint();
         button->setGeometry(right - size.width(), top, size.width(), size.height());
         right -= size.width() + theme_.px(8);
     }
-    hint_->setGeometry(side, top, std::max(0, right - side), theme_.px(buttonHeight));
+    const int hintLeft = side + (hintIcon_.isEmpty() ? 0 : theme_.px(hintIconRoom));
+    hint_->setGeometry(hintLeft, top, std::max(0, right - hintLeft), theme_.px(buttonHeight));
 }
 
 void DialogCard::paintEvent(QPaintEvent*) {
@@ -236,13 +246,20 @@ void DialogCard::paintEvent(QPaintEvent*) {
 
     const QRect tile(theme_.px(margin), theme_.px(margin), theme_.px(tileSide),
                      theme_.px(tileSide));
+    const bool isPlain = tone_ == Tone::plain;
     painter.setPen(Qt::NoPen);
-    painter.setBrush(tokens.accentSoft);
+    painter.setBrush(isPlain ? tokens.accentSoft : tokens.warnSoft);
     painter.drawRoundedRect(tile, 8, 8);
     const int side = theme_.px(20);
+    const double ratio = devicePixelRatioF();
     painter.drawPixmap(tile.left() + (tile.width() - side) / 2,
                        tile.top() + (tile.height() - side) / 2,
-                       icons_.line(icon_, side, tokens.accentText, devicePixelRatioF()));
+                       icons_.line(icon_, side, isPlain ? tokens.accentText : tokens.warn, ratio));
+    if (hintIcon_.isEmpty())
+        return;
+    const int hintSide = theme_.px(16);
+    painter.drawPixmap(theme_.px(margin), hint_->geometry().center().y() - hintSide / 2 + 1,
+                       icons_.line(hintIcon_, hintSide, tokens.text2, ratio));
 }
 
 } // namespace fennik::ui

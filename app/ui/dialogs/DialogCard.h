@@ -7,11 +7,11 @@
 
 #include <vector>
 
-class QLabel;
 class QScrollArea;
 
 namespace fennik::ui {
 
+class ElidedLabel;
 class KeyButton;
 
 /// A dialog inside the window: a title, what it asks, and the buttons that answer. It keeps the
@@ -20,17 +20,24 @@ class DialogCard : public QWidget {
     Q_OBJECT
 
 public:
+    enum class Tone {
+        plain,
+        caution, ///< something needs attention
+    };
     struct Texts {
         QString icon = {}; ///< for `Icons::line`
+        Tone tone = Tone::plain;
         QString title = {};
         QString subtitle = {};
+        QString hintIcon = {};
         QString hint = {};    ///< beside the buttons, may be empty
-        QString confirm = {}; ///< on the button that Enter presses
+        QString confirm = {}; ///< on the button that Enter presses; empty for none
         QString cancel = QStringLiteral("Zrušit");
     };
 
     DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWidget* parent);
 
+    void setTitle(const QString& title);
     void setSubtitle(const QString& subtitle);
     /// What lies between title and buttons; belongs to the card, once.
     void setContent(QWidget* content);
@@ -68,6 +75,7 @@ protected:
 private:
     std::vector<QWidget*> focusOrder() const;
     void confirm();
+    bool canConfirm() const;
     void takeTheme();
     int headerHeight() const;
     int footerHeight() const;
@@ -75,12 +83,14 @@ private:
     const Theme& theme_;
     Icons& icons_;
     QString icon_;
+    Tone tone_;
+    QString hintIcon_;
     int preferredWidth_ = leastWidth;
-    QLabel* title_;
-    QLabel* subtitle_;
+    ElidedLabel* title_;
+    ElidedLabel* subtitle_;
     QScrollArea* area_;
     QWidget* content_ = nullptr;
-    QLabel* hint_;
+    ElidedLabel* hint_;
     KeyButton* cancel_;
     KeyButton* confirm_;
 };

@@ -2,6 +2,7 @@
 
 #include "app/ui/Text.h"
 #include "app/ui/dialogs/Chip.h"
+#include "app/ui/dialogs/LabelColor.h"
 #include "app/ui/dialogs/OutcomeLine.h"
 #include "core/base/CzechText.h"
 
@@ -54,13 +55,7 @@ MaskDialog::MaskDialog(Purpose purpose, const QString& subtitle, const QStringLi
     hint->setObjectName(QStringLiteral("maskHint"));
     hint->setFont(theme.font(FontRole::detail));
     hint->setWordWrap(true);
-    const auto takeTheme = [hint, &theme] {
-        auto colors = hint->palette();
-        colors.setColor(QPalette::WindowText, theme.tokens().text2);
-        hint->setPalette(colors);
-    };
-    takeTheme();
-    connect(&theme, &Theme::changed, hint, takeTheme);
+    followColor(*hint, theme, &Tokens::text2);
 
     auto* content = new QWidget;
     auto* layout = new QVBoxLayout(content);
@@ -81,6 +76,10 @@ MaskDialog::MaskDialog(Purpose purpose, const QString& subtitle, const QStringLi
 
 QString MaskDialog::mask() const {
     return field_->text();
+}
+
+void MaskDialog::setMask(const QString& mask) {
+    field_->setText(mask);
 }
 
 void MaskDialog::setMatches(std::int64_t count, const QString& size) {

@@ -23,6 +23,7 @@ public:
                const Theme& theme, Icons& icons, QWidget* parent);
 
     QString mask() const;
+    void setMask(const QString& mask);
     /// Says what the mask matches; `size` is written out, empty where there is none to tell.
     void setMatches(std::int64_t count, const QString& size);
 

@@ -11,7 +11,7 @@ OutcomeLine::OutcomeLine(const Theme& theme, Icons& icons, QWidget* parent)
     setObjectName(QStringLiteral("outcomeLine"));
     label_->setTextFormat(Qt::PlainText);
     label_->setWordWrap(true);
-    label_->setFont(theme.font(FontRole::detail, QFont::Medium));
+    label_->setMinimumHeight(theme.px(16)); // so that nothing moves when there is something to say
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(theme.px(21), 0, 0, 0);
     layout->addWidget(label_);
@@ -29,11 +29,30 @@ QString OutcomeLine::text() const {
     return label_->text();
 }
 
+QString OutcomeLine::icon() const {
+    switch (kind_) {
+    case Kind::ok:
+        return QStringLiteral("circle-check");
+    case Kind::creates:
+        return QStringLiteral("folder-plus");
+    case Kind::renames:
+        return QStringLiteral("text-cursor-input");
+    case Kind::note:
+        return QStringLiteral("info");
+    case Kind::error:
+        break;
+    }
+    return QStringLiteral("circle-alert");
+}
+
 QColor OutcomeLine::color() const {
     const auto& tokens = theme_.tokens();
     switch (kind_) {
     case Kind::ok:
         return tokens.ok;
+    case Kind::creates:
+    case Kind::renames:
+        return tokens.accentText;
     case Kind::note:
         return tokens.text2;
     case Kind::error:
@@ -43,6 +62,8 @@ QColor OutcomeLine::color() const {
 }
 
 void OutcomeLine::takeTheme() {
+    const auto weight = kind_ == Kind::note ? QFont::Normal : QFont::Medium;
+    label_->setFont(theme_.font(FontRole::detail, weight));
     auto colors = label_->palette();
     colors.setColor(QPalette::WindowText, color());
     label_->setPalette(colors);
@@ -52,13 +73,10 @@ void OutcomeLine::takeTheme() {
 void OutcomeLine::paintEvent(QPaintEvent*) {
     if (text().isEmpty())
         return;
-    const auto icon = kind_ == Kind::ok     ? QStringLiteral("circle-check")
-                      : kind_ == Kind::note ? QStringLiteral("info")
-                                            : QStringLiteral("circle-alert");
     const int side = theme_.px(16);
     const int lineHeight = label_->fontMetrics().height();
     QPainter(this).drawPixmap(0, label_->y() + (lineHeight - side) / 2,
-                              icons_.line(icon, side, color(), devicePixelRatioF()));
+                              icons_.line(icon(), side, color(), devicePixelRatioF()));
 }
 
 } // namespace fennik::ui

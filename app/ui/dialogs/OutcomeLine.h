@@ -14,17 +14,25 @@ class OutcomeLine final : public QWidget {
     Q_OBJECT
 
 public:
-    enum class Kind { ok, note, error };
+    enum class Kind {
+        ok,
+        creates, ///< something that is not there yet
+        renames,
+        note,
+        error,
+    };
 
     OutcomeLine(const Theme& theme, Icons& icons, QWidget* parent);
 
     void setOutcome(Kind kind, const QString& text);
+    Kind kind() const { return kind_; }
     QString text() const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QString icon() const;
     QColor color() const;
     void takeTheme();
 

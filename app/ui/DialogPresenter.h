@@ -1,0 +1,42 @@
+#pragma once
+
+#include "app/ui/UiContext.h"
+
+#include <QObject>
+
+class QWidget;
+
+namespace fennik::ui {
+
+class DialogCard;
+class DialogHost;
+
+/// Shows the dialog that the application has, over the content of a window, and passes its answers
+/// on.
+class DialogPresenter final : public QObject {
+    Q_OBJECT
+
+public:
+    DialogPresenter(const UiContext& context, QWidget* window);
+
+signals:
+    /// There is no dialog any more.
+    void closed();
+
+private:
+    void takeApp(app::AppChanges changes);
+    void takeDialog();
+    void takeOutcome();
+    DialogCard* card(const app::TransferDialog& dialog);
+    DialogCard* card(const app::NewFolderDialog& dialog);
+    DialogCard* card(const app::TrashDialog& dialog);
+    DialogCard* card(const app::PasteDialog& dialog);
+    DialogCard* card(const app::ConflictDialog& dialog);
+    DialogCard* card(const app::MaskDialog& dialog);
+
+    UiContext context_;
+    app::AppModel& app_;
+    DialogHost* host_;
+};
+
+} // namespace fennik::ui

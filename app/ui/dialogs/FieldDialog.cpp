@@ -1,0 +1,41 @@
+#include "app/ui/dialogs/FieldDialog.h"
+
+#include "app/ui/FieldState.h"
+
+#include <QLineEdit>
+
+namespace fennik::ui {
+
+FieldDialog::FieldDialog(const Texts& texts, const Theme& theme, Icons& icons, QWidget* parent)
+    : DialogCard(texts, theme, icons, parent) {}
+
+void FieldDialog::watch(QLineEdit* field, OutcomeLine* outcome) {
+    field_ = field;
+    outcome_ = outcome;
+    connect(field_, &QLineEdit::textChanged, this, &FieldDialog::takeText);
+    connect(this, &DialogCard::confirmed, this, [this] { emit textConfirmed(text()); });
+    setOutcome(OutcomeLine::Kind::note, {});
+}
+
+QString FieldDialog::text() const {
+    return field_->text();
+}
+
+void FieldDialog::setOutcome(OutcomeLine::Kind kind, const QString& sentence) {
+    const bool isRefused = kind == OutcomeLine::Kind::error;
+    outcome_->setOutcome(kind, sentence);
+    field_->setAccessibleDescription(sentence);
+    showInvalid(*field_, isRefused);
+    setConfirmable(!isRefused && !text().trimmed().isEmpty());
+}
+
+void FieldDialog::takeText() {
+    // What was wrong with the last text need not be wrong with this one.
+    if (outcome_->kind() == OutcomeLine::Kind::error || text().trimmed().isEmpty())
+        setOutcome(OutcomeLine::Kind::note, {});
+    else
+        setConfirmable(true);
+    emit textChanged(text());
+}
+
+} // namespace fennik::ui
