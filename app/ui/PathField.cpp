@@ -12,7 +12,6 @@
 
 #include <QKeyEvent>
 #include <QPainter>
-#include <QRegularExpression>
 
 #include <utility>
 
@@ -26,12 +25,6 @@ QString fieldText(const std::string& path) {
         return fromUtf8(path);
     const auto bytes = QByteArray::fromStdString(path);
     return QStringLiteral("file://") + QString::fromLatin1(bytes.toPercentEncoding("/"));
-}
-
-/// The first line of a text that may have been pasted.
-QString oneLine(const QString& text) {
-    static const QRegularExpression lineBreak(QStringLiteral("[\\n\\r\\x{85}\\x{2028}\\x{2029}]+"));
-    return text.split(lineBreak, Qt::SkipEmptyParts).value(0);
 }
 
 QString upToLastSeparator(const QString& text) {

@@ -1,6 +1,5 @@
 #include "app/ui/dialogs/ChoiceTile.h"
 
-#include <QKeyEvent>
 #include <QPainter>
 
 #include <utility>
@@ -30,13 +29,6 @@ ChoiceTile::ChoiceTile(Texts texts, const Theme& theme, Icons& icons, QWidget* p
 
 QSize ChoiceTile::sizeHint() const {
     return {theme_.px(200), theme_.px(tileHeight)};
-}
-
-void ChoiceTile::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Space)
-        QAbstractButton::keyPressEvent(event);
-    else
-        event->ignore(); // the toolkit would move the keyboard in its own order
 }
 
 void ChoiceTile::paintEvent(QPaintEvent*) {

@@ -24,8 +24,6 @@ public:
     QSize sizeHint() const override;
 
 protected:
-    /// Arrows are the dialog's.
-    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -239,7 +239,7 @@ void ConflictDialog::keyPressEvent(QKeyEvent* event) {
         answer(std::size_t(choice - choices.begin()));
     else if (modifiers == Qt::NoModifier && key == Qt::Key_V)
         forAll_->toggle();
-    else if (modifiers != Qt::NoModifier || !moveFocus(key))
+    else
         DialogCard::keyPressEvent(event);
 }
 
@@ -249,11 +249,14 @@ bool ConflictDialog::eventFilter(QObject* watched, QEvent* event) {
         event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
     if (!isKey || widget == nullptr || !(widget == this || isAncestorOf(widget)))
         return DialogCard::eventFilter(watched, event);
-    const bool isHeld = static_cast<QKeyEvent*>(event)->isAutoRepeat();
-    if (!deafness_->isActive() && !isHeld)
-        return false;
-    event->accept();
-    return true;
+    const auto& press = *static_cast<QKeyEvent*>(event);
+    if (deafness_->isActive() || press.isAutoRepeat()) {
+        event->accept();
+        return true;
+    }
+    // Before the content takes the arrows for scrolling.
+    const bool isPlain = (press.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    return event->type() == QEvent::KeyPress && isPlain && moveFocus(press.key());
 }
 
 } // namespace fennik::ui

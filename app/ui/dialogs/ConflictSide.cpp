@@ -116,7 +116,7 @@ ConflictSide::ConflictSide(const QString& heading, const Theme& theme, Icons& ic
         details->setRowMinimumHeight(row, theme.px(19));
         details->addWidget(label, row, 0);
         details->addWidget(value, row, 1);
-        details->addWidget(tag, row, 2);
+        details->addWidget(tag, row, 2, Qt::AlignRight | Qt::AlignVCenter);
     };
     addRow(0, QStringLiteral("Velikost"), size_, sizeTag_);
     addRow(1, QStringLiteral("Změněno"), date_, dateTag_);

@@ -30,6 +30,10 @@ void FieldDialog::setOutcome(OutcomeLine::Kind kind, const QString& sentence) {
 }
 
 void FieldDialog::takeText() {
+    if (const auto line = oneLine(text()); line != text()) {
+        field_->setText(line);
+        return;
+    }
     // What was wrong with the last text need not be wrong with this one.
     if (outcome_->kind() == OutcomeLine::Kind::error || text().trimmed().isEmpty())
         setOutcome(OutcomeLine::Kind::note, {});
