@@ -38,7 +38,11 @@ void ErrorStrip::showBelow(const QRect& field, const QString& message) {
     const int width = field.width() - left - theme_.px(padding);
     const int height = text_->heightForWidth(width);
     text_->setGeometry(left, edge, width, height);
-    setGeometry(field.left(), field.bottom() + theme_.px(5), field.width(), height + 2 * edge);
+    const int gap = theme_.px(5);
+    const int whole = height + 2 * edge;
+    const bool hasRoomBelow = field.bottom() + gap + whole <= parentWidget()->height();
+    const int top = hasRoomBelow ? field.bottom() + gap : field.top() - gap - whole;
+    setGeometry(field.left(), top, field.width(), whole);
     show();
     raise();
 }

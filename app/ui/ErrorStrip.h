@@ -16,7 +16,7 @@ class ErrorStrip final : public QWidget {
 public:
     ErrorStrip(const Theme& theme, Icons& icons, QWidget* parent);
 
-    /// `field` is in the parent's coordinates.
+    /// `field` is in the parent's coordinates. The strip goes above it where there is no room.
     void showBelow(const QRect& field, const QString& message);
     QString message() const;
 

@@ -215,7 +215,7 @@ void MainWindow::placeToast() {
 }
 
 void MainWindow::focusPanel() {
-    view(app_.activeSide()).table().setFocus();
+    view(app_.activeSide()).takeFocus();
     showFocus();
 }
 

@@ -123,6 +123,7 @@ void PanelTable::takeItems() {
         shownCursor_ = cursor;
     wantLinkTargets();
     noteView();
+    emit itemsPlaced();
 }
 
 void PanelTable::noteView() {
@@ -168,6 +169,19 @@ QRect PanelTable::rowRect(int row) const {
 QRect PanelTable::cursorRect() const {
     const int row = static_cast<int>(panel_.cursor());
     return row < model()->rowCount() ? rowRect(row) : QRect();
+}
+
+QRect PanelTable::nameRect(std::string_view name) const {
+    const auto row = panel_.items().rowOf(name);
+    if (!row)
+        return {};
+    return rowRect(static_cast<int>(*row))
+        .adjusted(geometry_.nameLeft(), 0, -geometry_.rightMargin(), 0);
+}
+
+std::string PanelTable::baseNameOf(const std::string& name) const {
+    const auto row = panel_.items().rowOf(name);
+    return row ? std::string(panel_.items().view(*row).baseName()) : name;
 }
 
 void PanelTable::updateRow(int row) {

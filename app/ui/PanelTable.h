@@ -8,6 +8,7 @@
 #include <QTableView>
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -41,11 +42,18 @@ public:
     int rowsBottom() const;
     /// Where the cursor is in the viewport; nothing where there is no row.
     QRect cursorRect() const;
+    /// Where the name of an item stands in the viewport, with the columns behind it; nothing where
+    /// it has no row.
+    QRect nameRect(std::string_view name) const;
+    /// The name of an item without its extension; as it stands where it has no row.
+    std::string baseNameOf(const std::string& name) const;
     /// Forgets the letters that were typed to find a name.
     void endSearch();
 
 signals:
     void focused();
+    /// The rows are others, or others are in view.
+    void itemsPlaced();
     /// The row of the cursor is to be opened, by a double click or the keypad.
     void opened();
     /// What was typed has another meaning now: letters to search for, or none any more.

@@ -6,6 +6,7 @@
 #include "app/ui/PanelMessage.h"
 #include "app/ui/PathBar.h"
 #include "app/ui/PlatformWords.h"
+#include "app/ui/RenameField.h"
 #include "app/ui/TabStrip.h"
 #include "app/ui/Text.h"
 
@@ -56,6 +57,7 @@ PanelView::PanelView(const UiContext& context, app::PanelSide side, QWidget* par
       pathBar_(new PathBar(context, panel_, this)),
       table_(new PanelTable(panel_, context.theme, context.icons, this)),
       statusLine_(new StatusLine(panel_, context.theme, context.icons, this)),
+      rename_(new RenameField(*table_, context.theme, context.icons)),
       message_(new PanelMessage(context, panel_, this)),
       stripe_(new LoadingStripe(context.theme, this)),
       skeleton_(new LoadingSkeleton(context.theme, this)),
@@ -96,9 +98,42 @@ PanelView::PanelView(const UiContext& context, app::PanelSide side, QWidget* par
     connect(tabStrip_, &TabStrip::moved, this, [this](int from, int to) {
         panel_.moveTab(static_cast<std::size_t>(from), static_cast<std::size_t>(to));
     });
+    connect(&context_.app, &app::AppModel::changed, this, [this](app::AppChanges changes) {
+        if (changes.testFlag(app::AppChange::request))
+            takeRename();
+    });
+    connect(rename_, &RenameField::committed, &context_.app, &app::AppModel::commitRename);
+    connect(rename_, &RenameField::nextWanted, &context_.app, &app::AppModel::renameNext);
+    connect(rename_, &RenameField::left, this, [this] {
+        if (!context_.app.dialog()) // a dialog gives the keyboard back
+            context_.app.cancelRename();
+    });
     tabStrip_->hide();
     takeTabs();
     nameTable();
+}
+
+void PanelView::takeFocus() {
+    if (rename_->isVisible())
+        rename_->setFocus();
+    else
+        table_->setFocus();
+}
+
+void PanelView::takeRename() {
+    const auto& request = context_.app.renameRequest();
+    if (!request || request->side != panel_.side()) {
+        rename_->close();
+        statusLine_->setHint({});
+        return;
+    }
+    if (std::exchange(seenRename_, request->token) != request->token) {
+        rename_->open(request->name);
+        statusLine_->setHint(
+            context_.keys().sentence("Enter přejmenuje · Esc nechá původní · ⇥ další položka"));
+    }
+    if (!request->failure.empty())
+        rename_->showError(fromUtf8(request->failure));
 }
 
 void PanelView::showMenu(const QPoint& corner) {

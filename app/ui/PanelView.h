@@ -16,6 +16,7 @@ class LoadingSkeleton;
 class LoadingStripe;
 class PanelMessage;
 class PathBar;
+class RenameField;
 class TabStrip;
 
 /// One panel: tabs, path bar, rows, status line, and what stands over the rows while there are
@@ -31,6 +32,8 @@ public:
     PathBar& pathBar() { return *pathBar_; }
     int statusHeight() const { return statusLine_->height(); }
     void setFocusLook(FocusLook look);
+    /// Gives the keyboard to the rows, or to the name that is being edited.
+    void takeFocus();
     /// Whether there is a strip of tabs, even for a single one.
     void setTabsShown(bool areShown);
 
@@ -45,6 +48,7 @@ protected:
 private:
     void takePanel(app::PanelChanges changes);
     void takeTabs();
+    void takeRename();
     void holdPicture();
     void showMenu(const QPoint& corner);
     void setLoadingStage(LoadingStage stage);
@@ -60,6 +64,8 @@ private:
     PathBar* pathBar_;
     PanelTable* table_;
     StatusLine* statusLine_;
+    RenameField* rename_;
+    int seenRename_ = 0; ///< token of the request that `rename_` answers
     PanelMessage* message_;
     LoadingStripe* stripe_;
     LoadingSkeleton* skeleton_;

@@ -60,6 +60,11 @@ void StatusLine::setSearch(const QString& text) {
     takePanel();
 }
 
+void StatusLine::setHint(const QString& hint) {
+    hint_ = hint;
+    takePanel();
+}
+
 void StatusLine::takePanel() {
     const auto& tokens = theme_.tokens();
     marks_->show(marksText());
@@ -74,6 +79,8 @@ void StatusLine::takePanel() {
 
 QString StatusLine::summary() const {
     using Case = FolderOpener::Failure::Case;
+    if (!hint_.isEmpty())
+        return hint_;
     if (stage_ == LoadingStage::noAnswer)
         return QStringLiteral("Složka neodpovídá – Esc ji opustí");
     if (stage_ != LoadingStage::none)
@@ -90,7 +97,8 @@ QString StatusLine::summary() const {
 
 QString StatusLine::marksText() const {
     const auto& totals = panel_.markTotals();
-    if (totals.count == 0 || panel_.error() || stage_ != LoadingStage::none || !search_.isEmpty())
+    const bool isSaidOtherwise = !search_.isEmpty() || !hint_.isEmpty();
+    if (totals.count == 0 || panel_.error() || stage_ != LoadingStage::none || isSaidOtherwise)
         return {};
     auto text = QStringLiteral("Označeno %1 z %2 · %3")
                     .arg(fromUtf8(Format::grouped(totals.count)),
@@ -102,7 +110,9 @@ QString StatusLine::marksText() const {
 }
 
 QString StatusLine::details() const {
-    if (panel_.error() || stage_ != LoadingStage::none || panel_.cursor() >= panel_.items().size())
+    if (panel_.error() || stage_ != LoadingStage::none || !hint_.isEmpty())
+        return {};
+    if (panel_.cursor() >= panel_.items().size())
         return {};
     const auto item = panel_.items().view(panel_.cursor());
     if (item.isParentLink)

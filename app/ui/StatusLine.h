@@ -25,6 +25,8 @@ public:
     void setLoadingStage(LoadingStage stage);
     /// The letters that are being searched for; empty for none.
     void setSearch(const QString& text);
+    /// What the keys do, in place of everything but the free space; empty for nothing to say.
+    void setHint(const QString& hint);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -40,6 +42,7 @@ private:
     Icons& icons_;
     LoadingStage stage_ = LoadingStage::none;
     QString search_;
+    QString hint_;
     MarksChip* marks_;
     RunLabel* summary_;
     RunLabel* details_;
