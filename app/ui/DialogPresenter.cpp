@@ -110,6 +110,8 @@ void DialogPresenter::takeApp(app::AppChanges changes) {
 }
 
 void DialogPresenter::takeDialog() {
+    if (qobject_cast<TransferDialog*>(host_->card()) != nullptr)
+        app_.pathSuggestions().clear();
     const auto& dialog = app_.dialog();
     if (dialog) {
         auto* shown = std::visit([this](const auto& content) { return card(content); }, *dialog);
@@ -143,7 +145,6 @@ DialogCard* DialogPresenter::card(const app::TransferDialog& dialog) {
     connect(card, &FieldDialog::textConfirmed, &app_,
             [this](const QString& text) { app_.confirmTransfer(text.toStdString()); });
     connect(card, &DialogCard::cancelled, &app_, &app::AppModel::closeDialog);
-    connect(card, &QObject::destroyed, &app_, [this] { app_.pathSuggestions().clear(); });
     return card;
 }
 

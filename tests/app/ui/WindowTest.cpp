@@ -4,6 +4,8 @@
 #include "app/ui/PanelTable.h"
 #include "app/ui/PanelView.h"
 #include "app/ui/RunLabel.h"
+#include "app/ui/dialogs/DialogCard.h"
+#include "app/ui/dialogs/SourceList.h"
 #include "tests/support/AppFixture.h"
 
 #include <QAbstractButton>
@@ -211,6 +213,25 @@ TEST_F(WindowTest, screenReadersHearPanelAndRow) {
     EXPECT_EQ(rows->tableInterface()->cellAt(2, 0)->text(QAccessible::Name),
               "Smlouva.pdf, dokument PDF, 1,12\u00A0MB, změněno 20. 11. 2026 15:26");
     EXPECT_EQ(rows->tableInterface()->cellAt(0, 0)->text(QAccessible::Name), "nadřazená složka");
+}
+
+TEST_F(WindowTest, aDialogNamesWhatThePanelsKnowAndGivesTheKeyboardBack) {
+    start();
+    std::vector<FileUrl> dropped{FileUrl(temp.path("left/Smlouva.pdf")), FileUrl("/srv/x/Data/")};
+    for (int i = 0; i < 12; ++i)
+        dropped.push_back(FileUrl("/srv/x/" + std::to_string(i)));
+    press(Qt::Key_Tab);
+    app.receiveDrop(TransferKind::copy, dropped, FileUrl(temp.path("right/")));
+    auto* card = window.findChild<ui::DialogCard*>("dialogCard");
+    ASSERT_NE(card, nullptr);
+    EXPECT_EQ(card->accessibleName(), "Vložit 14 položek ze schránky?");
+    EXPECT_EQ(card->findChild<ui::SourceList*>()->accessibleName(),
+              "Smlouva.pdf, 1,12\u00A0MB; Data; 0; 1; a další 10");
+    EXPECT_TRUE(card->isAncestorOf(QApplication::focusWidget()));
+    EXPECT_EQ(pixel(PanelSide::right, 0, 300), theme.tokens().accentSoft);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(app.dialog());
+    EXPECT_EQ(QApplication::focusWidget(), &table(PanelSide::right));
 }
 
 TEST_F(WindowTest, anErrorStandsInPlaceOfTheRowsAndKeysStillWork) {
