@@ -15,6 +15,7 @@ struct Tokens {
     QColor window, chrome, panel, panelInactive, field, raised, hover, pressed, line, control;
     QColor text, text2, text3;
     QColor accent, onAccent, onAccent2, accentText, accentSoft;
+    QColor progress; ///< what is done of something that runs
     QColor mark, markSoft, markOnAccent, markSolid;
     QColor ok, okSoft, warn, warnSoft, err, errSoft;
     QColor scrim, shadow; ///< half transparent, over whatever lies below
