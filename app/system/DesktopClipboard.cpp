@@ -1,14 +1,23 @@
 #include "app/system/DesktopClipboard.h"
 
-#include "core/base/PathText.h"
+#include "core/base/FileLists.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
 
 #include <memory>
+#include <utility>
 
 namespace fennik::system {
+
+namespace {
+
+QString nameOf(std::string_view type) {
+    return QString::fromLatin1(type.data(), qsizetype(type.size()));
+}
+
+} // namespace
 
 std::string DesktopClipboard::text() const {
     return QGuiApplication::clipboard()->text().toStdString();
@@ -19,28 +28,23 @@ void DesktopClipboard::setText(const std::string& text) {
 }
 
 app::Clipboard::Files DesktopClipboard::files() const {
-    Files files;
     const auto* data = QGuiApplication::clipboard()->mimeData();
     if (data == nullptr)
-        return files;
-    for (const auto& line : data->data(QStringLiteral("text/uri-list")).split('\n')) {
-        if (auto path = pathOfFileUrl(line.trimmed().toStdString()))
-            files.paths.push_back(std::move(*path));
-    }
-    return files;
+        return {};
+    auto files = FileLists::read([data](std::string_view type) {
+        const auto name = nameOf(type);
+        return data->hasFormat(name) ? data->data(name).toStdString() : std::string();
+    });
+    return {std::move(files.paths), files.intent == FileLists::Intent::move};
 }
 
 void DesktopClipboard::setFiles(const std::vector<FileUrl>& files) {
-    QByteArray list;
-    QByteArray plain;
-    for (const auto& file : files) {
-        const auto path = QByteArray::fromStdString(file.path());
-        list += "file://" + path.toPercentEncoding("/") + "\r\n";
-        plain += (plain.isEmpty() ? "" : "\n") + path;
-    }
+    FileLists::Files list;
+    for (const auto& file : files)
+        list.paths.push_back(file.path());
     auto data = std::make_unique<QMimeData>();
-    data->setData(QStringLiteral("text/uri-list"), list);
-    data->setText(QString::fromUtf8(plain));
+    for (const auto& [type, content] : FileLists::write(list))
+        data->setData(nameOf(type), QByteArray::fromStdString(content));
     QGuiApplication::clipboard()->setMimeData(data.release());
 }
 
