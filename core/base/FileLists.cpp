@@ -60,7 +60,7 @@ std::vector<Format> write(const Files& files) {
     std::string copied = isMove ? "cut" : "copy";
     std::string plain;
     for (const auto& path : files.paths) {
-        const auto url = fileUrlText(path);
+        const auto url = "file://" + percentEncoded(path);
         urls += url + "\r\n";
         copied += '\n' + url;
         plain += (plain.empty() ? "" : "\n") + path;
