@@ -1,6 +1,8 @@
 #include "app/ui/FunctionKeyBar.h"
 
 #include "app/ui/FunctionKeyCell.h"
+#include "app/ui/QueuePill.h"
+#include "app/ui/Text.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -40,12 +42,17 @@ Qt::KeyboardModifiers modifierOf(int key) {
 } // namespace
 
 FunctionKeyBar::FunctionKeyBar(CellsOf cellsOf, const Theme& theme, Icons& icons, QWidget* parent)
-    : QWidget(parent), cellsOf_(std::move(cellsOf)), theme_(theme), icons_(icons) {
+    : QWidget(parent),
+      cellsOf_(std::move(cellsOf)),
+      theme_(theme),
+      icons_(icons),
+      queue_(new QueuePill(theme, this)) {
     setObjectName(QStringLiteral("functionKeyBar"));
     setFixedHeight(theme.px(34));
     holding_.setSingleShot(true);
     holding_.setInterval(150ms);
     connect(&holding_, &QTimer::timeout, this, &FunctionKeyBar::showLayer);
+    connect(queue_, &QAbstractButton::clicked, this, &FunctionKeyBar::queueClicked);
     connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
     qApp->installEventFilter(this);
     refresh();
@@ -74,12 +81,31 @@ void FunctionKeyBar::refresh() {
     layOut();
 }
 
+void FunctionKeyBar::setQueue(const std::optional<JobTexts::Brief>& brief, const QString& toolTip) {
+    queue_->setVisible(brief.has_value());
+    if (brief) {
+        queue_->setBrief(*brief);
+        queue_->setToolTip(toolTipText(toolTip));
+    }
+    const int room = roomOfQueue();
+    if (std::exchange(queueRoom_, room) != room)
+        layOut();
+}
+
+int FunctionKeyBar::roomOfQueue() const {
+    return queue_->isHidden() ? 0 : queue_->sizeHint().width() + theme_.px(16);
+}
+
 void FunctionKeyBar::layOut() {
-    const bool showsAll = width() >= theme_.px(leastWithAllCells);
-    const auto room = width() >= theme_.px(leastWithIcons) ? FunctionKeyCell::Room::full
-                                                           : FunctionKeyCell::Room::narrow;
+    const int cellsWidth = width() - queueRoom_;
+    const auto pill = queue_->sizeHint();
+    queue_->setGeometry(width() - theme_.px(8) - pill.width(), (height() - pill.height()) / 2,
+                        pill.width(), pill.height());
+    const bool showsAll = cellsWidth >= theme_.px(leastWithAllCells);
+    const auto room = cellsWidth >= theme_.px(leastWithIcons) ? FunctionKeyCell::Room::full
+                                                              : FunctionKeyCell::Room::narrow;
     const auto shown = showsAll ? cells_.size() : std::min(cells_.size(), mainCells);
-    const auto leftOf = [&](std::size_t index) { return width() * int(index) / int(shown); };
+    const auto leftOf = [&](std::size_t index) { return cellsWidth * int(index) / int(shown); };
     for (std::size_t i = 0; i < cells_.size(); ++i) {
         cells_[i]->setRoom(room);
         cells_[i]->setVisible(i < shown);

@@ -1,17 +1,20 @@
 #pragma once
 
 #include "app/ui/Icons.h"
+#include "app/ui/JobTexts.h"
 #include "app/ui/Theme.h"
 
 #include <QTimer>
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace fennik::ui {
 
 class FunctionKeyCell;
+class QueuePill;
 
 /// The bar of function keys at the bottom of the window. It shows what they do together with the
 /// modifiers that are held, and can be clicked. Listens to the keys of the whole application.
@@ -37,11 +40,15 @@ public:
 
     /// Asks for the cells of the layer on show again.
     void refresh();
+    /// What stands at the right end about the queue of jobs; none: nothing. `toolTip` is plain
+    /// text.
+    void setQueue(const std::optional<JobTexts::Brief>& brief, const QString& toolTip);
     Qt::KeyboardModifiers layer() const { return layer_; }
 
 signals:
     /// The cell at `index` of this layer was clicked.
     void activated(int index, Qt::KeyboardModifiers layer);
+    void queueClicked();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -52,11 +59,14 @@ private:
     void hold(Qt::KeyboardModifiers held);
     void showLayer();
     void layOut();
+    int roomOfQueue() const;
 
     CellsOf cellsOf_;
     const Theme& theme_;
     Icons& icons_;
     std::vector<FunctionKeyCell*> cells_;
+    QueuePill* queue_;
+    int queueRoom_ = 0; ///< that it takes from the cells
     Qt::KeyboardModifiers held_;
     Qt::KeyboardModifiers layer_; ///< on show; follows what is held
     QTimer holding_;

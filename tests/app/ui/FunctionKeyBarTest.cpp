@@ -165,4 +165,26 @@ TEST_F(FunctionKeyBarTest, followsTheCommandsThatKeysHaveNow) {
     EXPECT_EQ(shown()[2]->accessibleName(), "Duplikovat");
 }
 
+TEST_F(FunctionKeyBarTest, theQueueTakesRoomAtTheEndOnlyWhileThereIsSomethingToSay) {
+    using Brief = JobTexts::Brief;
+    auto* pill = bar.findChild<QAbstractButton*>("queuePill");
+    EXPECT_FALSE(pill->isVisible());
+    bar.setQueue(Brief{"43 % · 1 z 3", 0.43, Brief::Tone::works}, "Fronta operací (Ctrl+J)");
+    ASSERT_TRUE(pill->isVisible());
+    EXPECT_LT(shown().back()->geometry().right(), pill->x());
+    EXPECT_LT(pill->geometry().right(), bar.width());
+    const auto place = pill->geometry();
+    bar.setQueue(Brief{"9 % · 1 z 3", 0.09, Brief::Tone::works}, {});
+    EXPECT_EQ(pill->geometry(), place); // nothing jumps
+    bar.setQueue(Brief{"Čeká na vaše rozhodnutí", 0.43, Brief::Tone::asks}, {});
+    EXPECT_LT(pill->x(), place.x());
+    EXPECT_EQ(pill->accessibleName(), "Fronta operací, Čeká na vaše rozhodnutí");
+    QSignalSpy clicked(&bar, &FunctionKeyBar::queueClicked);
+    QTest::mouseClick(pill, Qt::LeftButton);
+    EXPECT_EQ(clicked.size(), 1);
+    EXPECT_EQ(QApplication::focusWidget(), &field);
+    bar.setQueue({}, {});
+    EXPECT_EQ(shown().back()->geometry().right(), 1439);
+}
+
 } // namespace fennik::test
