@@ -38,7 +38,7 @@ Done failure(int code) {
 }
 
 bool meansUnknownCall(int code) {
-    return code == EINVAL || code == ENOSYS || code == EOPNOTSUPP || code == ENOTSUP;
+    return code == EINVAL || code == ENOSYS || code == EOPNOTSUPP;
 }
 
 bool meansNoHardLinks(int code) {
@@ -68,8 +68,8 @@ void unlinkAgain(const Move& move, const FileIdentity& item, const FileIdentity&
     if (!atOldName || atOldName->identity() != item)
         return; // the new name may be the only one left
     const auto atNewName = move.to.status(move.newName);
-    if (atNewName && atNewName->identity() == linked)
-        static_cast<void>(move.to.removeFile(move.newName));
+    if (atNewName && atNewName->identity() == linked) [[maybe_unused]]
+        const auto removed = move.to.removeFile(move.newName);
 }
 
 Done moveByLink(const Move& move, const FileIdentity& item) {
@@ -118,7 +118,7 @@ Done moveOverOwnFolder(const Move& move) {
     if (moved)
         return moved;
     // No folder but an empty one goes, neither here nor by the rename.
-    static_cast<void>(move.to.removeFolder(move.newName));
+    [[maybe_unused]] const auto removed = move.to.removeFolder(move.newName);
     const int code = moved.error().code;
     const bool isTaken = code == ENOTEMPTY || code == EEXIST || code == ENOTDIR;
     return isTaken ? failure(EEXIST) : moved;
@@ -160,8 +160,10 @@ Done moveByThirdName(const OpenFolder& folder, const std::string& name,
     if (auto moved = renameExclusively(folder, name, folder, between); !moved)
         return moved;
     auto moved = renameExclusively(folder, between, folder, newName);
-    if (!moved)
-        static_cast<void>(renameExclusively(folder, between, folder, name));
+    if (!moved) {
+        const auto& wayBack = name;
+        [[maybe_unused]] const auto returned = renameExclusively(folder, between, folder, wayBack);
+    }
     return moved;
 }
 

@@ -17,8 +17,8 @@ OpenFolder::Result<bool> isOwn(const OpenFolder& folder, const std::string& name
 }
 
 void removeOwnFile(const OpenFolder& folder, const std::string& name, int descriptor) {
-    if (isOwn(folder, name, descriptor).value_or(false))
-        static_cast<void>(folder.removeFile(name));
+    if (isOwn(folder, name, descriptor).value_or(false)) [[maybe_unused]]
+        const auto removed = folder.removeFile(name);
 }
 
 } // namespace fennik
