@@ -52,8 +52,6 @@ Trashed taken(const TrashItem& item, const FileUrl& top, const Relocate& relocat
 
 std::expected<FileUrl, std::string> trash(const FileUrl& item, const Relocate& relocate) {
     const auto volumes = Volumes::mounted();
-    if (item.isRoot())
-        return std::unexpected(*trashRefusal(item, volumes));
     if (item.lastComponent() == "." || item.lastComponent() == "..")
         return reason(EINVAL);
     std::error_code error;
@@ -61,7 +59,7 @@ std::expected<FileUrl, std::string> trash(const FileUrl& item, const Relocate& r
     if (error)
         return reason(error.value());
     const FileUrl parentUrl(parent.native());
-    const auto url = parentUrl.appending(item.lastComponent());
+    const auto url = item.isRoot() ? item : parentUrl.appending(item.lastComponent());
     if (auto refusal = trashRefusal(url, volumes))
         return std::unexpected(std::move(*refusal));
     const auto folder = OpenFolder::open(parentUrl.path(), FollowLinks::no);

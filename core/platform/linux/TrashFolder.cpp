@@ -167,8 +167,11 @@ std::expected<std::string, TrashFailure> TrashFolder::note(const TrashItem& item
         auto name = names.current();
         auto noted = info_.makeFile(trashRecordName(name), record, privateFileMode);
         // The record has to outlast a loss of power before the item depends on it.
-        if (noted && !(noted = info_.sync()))
-            static_cast<void>(info_.removeFile(trashRecordName(name)));
+        if (noted) {
+            noted = info_.sync();
+            if (!noted)
+                static_cast<void>(info_.removeFile(trashRecordName(name)));
+        }
         if (noted)
             return name;
         const int code = noted.error().code;
