@@ -53,19 +53,19 @@ const Scenario scenarios[] = {
 /// Two folders, maybe on two volumes, and a trash beside the first.
 class World {
 public:
-    World(const Scenario& scenario, const std::string& target)
-        : scenario_(scenario), target_(target), trash(FileUrl(temp.path("trash"))) {
+    World(const Scenario& scenario, const std::string& source, const std::string& target)
+        : trash(FileUrl(source + "/trash")), scenario_(scenario), root_(source), target_(target) {
         reset();
     }
 
     void reset() {
-        for (const auto& folder : {temp.path("from"), temp.path("trash"), target_}) {
+        for (const auto& folder : {path("from"), path("trash"), target_}) {
             fs::create_directories(folder);
             for (const auto& entry : fs::directory_iterator(folder))
                 fs::remove_all(entry);
         }
         for (const auto& name : scenario_.sources)
-            write(temp.path("from/" + name), "source of " + name);
+            write(path("from/" + name), "source of " + name);
         for (const auto& name : scenario_.targets)
             write(target_ + "/" + name, "target of " + name);
         context = std::make_unique<RecordingContext>(scenario_.kind, trash);
@@ -79,32 +79,31 @@ public:
             tops.insert(name.substr(0, name.find('/')));
         std::vector<TransferPair> pairs;
         for (const auto& name : tops)
-            pairs.push_back({FileUrl(temp.path("from/" + name)), FileUrl(target_ + "/" + name)});
+            pairs.push_back({FileUrl(path("from/" + name)), FileUrl(target_ + "/" + name)});
         ItemTransfer transfer(*context);
         const auto totals = transfer.count(pairs);
         context->setTotals(totals.bytes, totals.files);
         outcomes = transfer.run(pairs);
     }
 
-    Tree sources() const { return diskTree(temp.path("from")); }
+    Tree sources() const { return diskTree(path("from")); }
     Tree targets() const { return diskTree(target_); }
-    Tree trashed() const { return diskTree(temp.path("trash")); }
+    Tree trashed() const { return diskTree(path("trash")); }
 
-    TempFolder temp;
+    TestTrash trash;
+    std::unique_ptr<RecordingContext> context;
+    std::vector<PairOutcome> outcomes;
 
 private:
     static void write(const std::string& path, const std::string& content) {
         fs::create_directories(fs::path(path).parent_path());
         std::ofstream(path, std::ios::binary) << content;
     }
+    std::string path(const std::string& name) const { return root_ + "/" + name; }
 
     const Scenario& scenario_;
+    const std::string root_;
     const std::string target_;
-
-public:
-    TestTrash trash;
-    std::unique_ptr<RecordingContext> context;
-    std::vector<PairOutcome> outcomes;
 };
 
 } // namespace
@@ -112,15 +111,16 @@ public:
 class ItemTransferFaultTest : public testing::TestWithParam<Scenario> {
 protected:
     void SetUp() override {
-        std::string target = other.path("to");
-        if (GetParam().crossesVolumes) {
-            auto made = TestVolume::memory("8m");
-            if (!made)
-                GTEST_SKIP() << made.error();
-            volume.emplace(std::move(*made));
-            target = volume->path("to");
-        }
-        world = std::make_unique<World>(GetParam(), target);
+        // In memory nothing waits for a disk.
+        auto first = TestVolume::memory("8m");
+        auto second = TestVolume::memory("8m");
+        if (GetParam().crossesVolumes && !second)
+            GTEST_SKIP() << second.error();
+        const auto source = first ? first->path() : temp.url().path();
+        const auto target = GetParam().crossesVolumes ? second->path() : source;
+        volumes.push_back(std::move(first));
+        volumes.push_back(std::move(second));
+        world = std::make_unique<World>(GetParam(), source, target + "/to");
         before = {world->sources(), world->targets()};
         world->transfer();
         EXPECT_THAT(world->context->errors, testing::IsEmpty());
@@ -166,8 +166,8 @@ protected:
         EXPECT_EQ(world->targets(), before.second);
     }
 
-    TempFolder other;
-    std::optional<TestVolume> volume;
+    TempFolder temp;
+    std::vector<TestVolume::Made> volumes;
     std::unique_ptr<World> world;
     std::pair<Tree, Tree> before; ///< sources and targets
     std::pair<Tree, Tree> after;
