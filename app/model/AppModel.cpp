@@ -61,9 +61,7 @@ AppModel::AppModel(AppServices services, FileUrl home)
                                      const TransferRequest& request) { takeEnd(job, request); },
                .clashed =
                    [this](std::shared_ptr<PendingConflict> pending) {
-                       nextClash_.cancel();
-                       stage_.openConflict(std::move(pending));
-                       dialogShown();
+                       takeClash(std::move(pending));
                    }}) {
     if (const auto megabytes = settings_.get(SettingKeys::throttleMBps); megabytes > 0)
         engine_.setThrottle(std::int64_t(megabytes * bytesOfMegabyte));

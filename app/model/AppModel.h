@@ -201,7 +201,8 @@ private:
 
     void setDialog(Dialog dialog);
     void close(DialogStage::Id dialog);
-    void dialogShown();
+    void takeClash(std::shared_ptr<PendingConflict> pending);
+    void takeStage(DialogStage::Id shownBefore);
     void previewOutcome(OutcomePreview::When when);
 
     std::vector<FileUrl> sources();
@@ -220,7 +221,8 @@ private:
     void trash();
     void moveToTrash(std::vector<FileUrl> items);
     void undo();
-    void takeUndoTitle();
+    AppChanges takeUndoTitle();
+    void tellUndoTitle();
     void takeChanges();
     void showItem(PanelSide side, const FileUrl& folder, const std::string& name);
 

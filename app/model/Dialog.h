@@ -18,7 +18,7 @@ namespace fennik::app {
 struct TransferDialog {
     TransferKind kind = TransferKind::copy;
     std::vector<FileUrl> sources = {};
-    std::string target = {}; ///< as typed so far: bytes of a path, maybe a relative one
+    std::string target = {}; ///< as typed so far: a path, maybe a relative one, or a URL
     FileUrl from = {};       ///< the folder of the sources, from where relative paths begin
     std::int64_t knownBytes = 0;
     bool hasUnsizedFolders = false; ///< `knownBytes` is only a part of the whole

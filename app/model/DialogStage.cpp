@@ -6,8 +6,7 @@
 namespace fennik::app {
 
 bool DialogStage::isOpen(Id id) const {
-    return (shown_ && shownId_ == id) ||
-           std::ranges::find(waiting_, id, &Waiting::id) != waiting_.end();
+    return shownId() == id || std::ranges::find(waiting_, id, &Waiting::id) != waiting_.end();
 }
 
 void DialogStage::show(Dialog dialog) {
@@ -36,7 +35,7 @@ void DialogStage::openConflict(std::shared_ptr<PendingConflict> pending) {
 
 void DialogStage::close(Id id) {
     std::erase_if(waiting_, [id](const Waiting& waiting) { return waiting.id == id; });
-    if (!shown_ || shownId_ != id)
+    if (shownId() != id)
         return;
     shown_.reset();
     if (waiting_.empty())

@@ -17,8 +17,8 @@ public:
     using Id = int;
 
     const std::optional<Dialog>& shown() const { return shown_; }
-    /// Of the dialog on show.
-    Id shownId() const { return shownId_; }
+    /// Of the dialog on show; 0 for none.
+    Id shownId() const { return shown_ ? shownId_ : 0; }
     /// The dialog on show, if it is of that type.
     template <class T>
     T* shownAs() {

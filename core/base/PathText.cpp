@@ -1,9 +1,11 @@
 #include "core/base/PathText.h"
 
 #include "core/base/AsciiText.h"
+#include "core/base/DisplayText.h"
 #include "core/base/FileUrl.h"
 #include "core/base/HexDigits.h"
 #include "core/base/Utf8.h"
+#include "core/base/WhiteSpace.h"
 
 #include <cstdint>
 
@@ -72,6 +74,11 @@ std::string percentEncoded(std::string_view path) {
 
 std::string storedPath(std::string_view path) {
     return Utf8::isValid(path) ? std::string(path) : "file://" + percentEncoded(path);
+}
+
+std::string typeablePath(std::string_view path) {
+    const bool isAsShown = displayText(path) == path && trimmed(path) == path;
+    return isAsShown ? std::string(path) : "file://" + percentEncoded(path);
 }
 
 std::optional<std::string> pathFromStored(std::string_view text) {

@@ -22,6 +22,11 @@ std::string percentEncoded(std::string_view path);
 /// that the two forms cannot be taken for each other.
 std::string storedPath(std::string_view path);
 
+/// The text that can stand in a field for a path, and means it when it is read back: the path, or
+/// its "file://" URL where white space at an end, control characters or bytes that are not UTF-8
+/// would be lost. `path` is absolute bytes.
+std::string typeablePath(std::string_view path);
+
 /// The absolute path that `storedPath` made `text` of, without a trailing separator. None for
 /// anything that is no absolute path: empty, relative, with a NUL, a URL that does not parse.
 std::optional<std::string> pathFromStored(std::string_view text);

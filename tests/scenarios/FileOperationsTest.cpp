@@ -156,6 +156,16 @@ TEST_F(FileOperationsScenario, aRefusedTargetKeepsTheDialogAndChangesNothing) {
     EXPECT_TRUE(exists("right/x/inner/deep.txt"));
 }
 
+TEST_F(FileOperationsScenario, aFolderWhoseNameNoFieldCanHoldIsReachedAllTheSame) {
+    for (const std::string name : {"right ", "ri\nght", "right\xFF"}) {
+        temp.folder(name);
+        startAt("left", name);
+        moveTo("a.txt");
+        transfer("f5");
+        EXPECT_EQ(content(name + "/a.txt"), "aaaa");
+    }
+}
+
 TEST_F(FileOperationsScenario, aTransferThatIsGivenUpWhileItsTargetIsExaminedDoesNotHappen) {
     moveTo("a.txt");
     press("f5");

@@ -51,16 +51,27 @@ Outcome outcomeOf(const FileSystem& files, const NewFolderDialog& dialog) {
 } // namespace
 
 void AppModel::setDialog(Dialog dialog) {
+    const auto before = stage_.shownId();
     stage_.open(std::move(dialog));
-    dialogShown();
+    takeStage(before);
+}
+
+void AppModel::takeClash(std::shared_ptr<PendingConflict> pending) {
+    const auto before = stage_.shownId();
+    nextClash_.cancel();
+    stage_.openConflict(std::move(pending));
+    takeStage(before);
 }
 
 void AppModel::close(DialogStage::Id dialog) {
+    const auto before = stage_.shownId();
     stage_.close(dialog);
-    dialogShown();
+    takeStage(before);
 }
 
-void AppModel::dialogShown() {
+void AppModel::takeStage(DialogStage::Id shownBefore) {
+    if (stage_.shownId() == shownBefore)
+        return;
     preview_.set({});
     previewOutcome(OutcomePreview::When::now);
     emit changed(AppChange::dialog);
@@ -144,11 +155,11 @@ void AppModel::confirmNewFolder(const std::string& name) {
             close(id);
             const auto below = made->path().substr(folder.isRoot() ? 1 : folder.path().size() + 1);
             showItem(side, folder, below.substr(0, below.find('/')));
-            takeUndoTitle();
+            tellUndoTitle();
             showToast({.text = "Vytvořena složka " + quoted(below),
                        .kind = Toast::Kind::ok,
                        .undoable = true});
-        } else if (stage_.shown() && stage_.shownId() == id) {
+        } else if (stage_.shownId() == id) {
             preview_.set({Outcome::Kind::refused, made.error().message(), {}});
         } else {
             showToast(made.error().message(), Toast::Kind::error);

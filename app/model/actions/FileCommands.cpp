@@ -33,7 +33,7 @@ void AppModel::openTransfer(TransferKind kind) {
     const auto totals = sourceTotals();
     setDialog(TransferDialog{.kind = kind,
                              .sources = std::move(items),
-                             .target = otherPanel().tab().path,
+                             .target = typeablePath(otherPanel().tab().path),
                              .from = activePanel().folder(),
                              .knownBytes = totals.bytes,
                              .hasUnsizedFolders = totals.hasUnsizedFolders()});

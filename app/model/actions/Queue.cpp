@@ -53,8 +53,7 @@ void AppModel::stopJobs() {
 
 void AppModel::takeJobs(std::vector<JobSnapshot> jobs) {
     jobs_ = std::move(jobs);
-    emit changed(AppChange::jobs);
-    takeUndoTitle();
+    emit changed(AppChange::jobs | takeUndoTitle());
     hideQueueLater();
 }
 

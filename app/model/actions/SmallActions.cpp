@@ -68,7 +68,7 @@ void AppModel::rename(const std::string& newName, std::optional<std::string> nex
             renameRequest_.reset();
         const bool goesOn = isOpen && nextName && panel(request.side).folder() == folder;
         showItem(request.side, folder, goesOn ? *nextName : name);
-        takeUndoTitle();
+        tellUndoTitle();
         if (goesOn)
             requestRename(request.side, *nextName);
         else
@@ -113,7 +113,7 @@ void AppModel::moveToTrash(std::vector<FileUrl> items) {
         },
         [this](const FileActions::Trashing& result) {
             takeChanges();
-            takeUndoTitle();
+            tellUndoTitle();
             const bool hasFailed = !result.failures.empty();
             std::string text;
             for (const auto& failure : result.failures)
@@ -133,7 +133,7 @@ void AppModel::undo() {
         title, [&trash = services_.trash, &journal = journal_] { return journal.undoLast(trash); },
         [this](const Undone& undone) {
             takeChanges();
-            takeUndoTitle();
+            tellUndoTitle();
             if (!undone)
                 showToast("Vráceno jen částečně:\n" + undone.error().message(), Toast::Kind::error);
             else if (!*undone)
@@ -143,12 +143,17 @@ void AppModel::undo() {
         });
 }
 
-void AppModel::takeUndoTitle() {
+AppChanges AppModel::takeUndoTitle() {
     auto title = journal_.lastTitle();
     if (title == undoTitle_)
-        return;
+        return {};
     undoTitle_ = std::move(title);
-    emit changed(AppChange::undo);
+    return AppChange::undo;
+}
+
+void AppModel::tellUndoTitle() {
+    if (const auto changes = takeUndoTitle())
+        emit changed(changes);
 }
 
 void AppModel::takeChanges() {
