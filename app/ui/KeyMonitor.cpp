@@ -3,11 +3,23 @@
 #include "app/commands/FennikCommands.h"
 #include "app/ui/KeyPress.h"
 #include "app/ui/PanelTable.h"
+#include "app/ui/dialogs/DialogCard.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 
 namespace fennik::ui {
+
+namespace {
+
+/// Whether the widget belongs to a dialog, of the application or of the window alone.
+bool isInDialog(const QWidget* widget) {
+    while (widget != nullptr && qobject_cast<const DialogCard*>(widget) == nullptr)
+        widget = widget->parentWidget();
+    return widget != nullptr;
+}
+
+} // namespace
 
 KeyMonitor::KeyMonitor(const UiContext& context, app::KeyboardLayout& layout, QWidget& window)
     : QObject(&window),
@@ -34,16 +46,17 @@ bool KeyMonitor::pressed(QWidget& focus, const QKeyEvent& event) {
     const auto combo = KeyPress::combo(event, layout_, isOwned);
     if (!combo)
         return false;
+    const bool isBlocked = context_.app.dialog() || isInDialog(&focus);
     if (auto* table = qobject_cast<PanelTable*>(&focus)) {
         if (dispatcher_.handle(*combo, table->side())) {
             emit handled(table);
             return true;
         }
-    } else if (!context_.app.dialog() && isKeyOfMenu(*combo)) {
+    } else if (!isBlocked && isKeyOfMenu(*combo)) {
         context_.app.perform(*context_.shortcuts.actionFor(*combo));
         return true;
     }
-    if (*combo != KeyCombo::parse("f10") || context_.app.dialog())
+    if (*combo != KeyCombo::parse("f10") || isBlocked)
         return false;
     emit menuBarWanted();
     return true;

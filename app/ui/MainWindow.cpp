@@ -3,16 +3,24 @@
 #include "app/ui/DialogPresenter.h"
 #include "app/ui/FunctionKeyBar.h"
 #include "app/ui/FunctionKeys.h"
+#include "app/ui/JobTexts.h"
 #include "app/ui/KeyMonitor.h"
 #include "app/ui/MenuBar.h"
+#include "app/ui/OperationsCard.h"
 #include "app/ui/PanelView.h"
 #include "app/ui/PathBar.h"
 #include "app/ui/PlacesMenu.h"
+#include "app/ui/PlatformWords.h"
+#include "app/ui/QueuePresenter.h"
 #include "app/ui/Text.h"
 #include "app/ui/ToastBar.h"
+#include "app/ui/dialogs/DialogHost.h"
+#include "app/ui/dialogs/LinesDialog.h"
+#include "app/ui/dialogs/QuitDialog.h"
 
 #include <QAccessibleWidget>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QEvent>
 #include <QPainter>
 #include <QSplitter>
@@ -20,6 +28,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace fennik::ui {
@@ -34,6 +43,8 @@ QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
     return window == nullptr ? nullptr : new QAccessibleWidget(window, QAccessible::Window);
 }
 
+constexpr auto sessionPatience = std::chrono::seconds(60);
+
 ToastBar::Kind kindOf(app::Toast::Kind kind) {
     switch (kind) {
     case app::Toast::Kind::ok:
@@ -44,6 +55,16 @@ ToastBar::Kind kindOf(app::Toast::Kind kind) {
         break;
     }
     return ToastBar::Kind::info;
+}
+
+/// What the button of a toast offers; without a title where it has none.
+ToastBar::Button buttonOf(const app::Toast& toast, const KeyCaps& keys) {
+    if (toast.undoable)
+        return {QStringLiteral("Vrátit"), keys.of(app::KAction::undo), QStringLiteral("undo-2")};
+    if (toast.action == app::Toast::Action::operations)
+        return {
+            PlatformWords::title(app::KAction::operations), keys.of(app::KAction::operations), {}};
+    return {};
 }
 
 } // namespace
@@ -57,7 +78,9 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
           [context](Qt::KeyboardModifiers held) { return FunctionKeys::cells(context, held); },
           context.theme, context.icons, this)),
       toast_(new ToastBar(context.theme, context.icons, this)),
-      places_(new PlacesMenu(context.theme, context.icons, this)) {
+      places_(new PlacesMenu(context.theme, context.icons, this)),
+      operations_(new OperationsCard(context.app.home(), context.theme, context.icons, this)),
+      cards_(new DialogHost(context.theme, this)) {
     QAccessible::installFactory(accessibleWindow);
     const auto& theme = context.theme;
     setObjectName(QStringLiteral("mainWindow"));
@@ -65,6 +88,7 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
     resize(1440, 900);
     splitter_->setChildrenCollapsible(false);
     splitter_->setHandleWidth(theme.px(8));
+    splitter_->installEventFilter(this);
     auto* rows = new QVBoxLayout(this);
     const int margin = theme.px(8);
     rows->setContentsMargins(0, 0, 0, 0);
@@ -72,7 +96,8 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
     rows->setMenuBar(menuBar_);
     auto* panels = new QVBoxLayout;
     panels->setContentsMargins(margin, 0, margin, 0);
-    panels->addWidget(splitter_);
+    panels->addWidget(splitter_, 1);
+    panels->addWidget(operations_);
     rows->addLayout(panels, 1);
     rows->addWidget(functionKeys_);
 
@@ -109,6 +134,18 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
             [this](const std::string& path) { app_.removeFavorite(path); });
     connect(places_, &PlacesMenu::addRequested, this, [this] { app_.addFavorite(); });
     connect(places_, &PlacesMenu::closed, this, &MainWindow::focusPanel);
+
+    new QueuePresenter(context, *operations_, *functionKeys_, this);
+    connect(operations_, &OperationsCard::left, this, &MainWindow::focusPanel);
+    connect(toast_, &ToastBar::buttonClicked, this, &MainWindow::pressToast);
+    connect(toast_, &ToastBar::allLinesRequested, this, [this](const QString& text) {
+        openCard(new LinesDialog(text, context_.theme, context_.icons, cards_));
+    });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] {
+        closesAnyway_ = true;
+        // The user may stop the end of the session.
+        QTimer::singleShot(sessionPatience, this, [this] { closesAnyway_ = false; });
+    });
 
     auto* dialogs = new DialogPresenter(context, this);
     connect(dialogs, &DialogPresenter::closed, this, &MainWindow::focusPanel);
@@ -191,8 +228,55 @@ void MainWindow::takeToast() {
         toast_->dismiss();
         return;
     }
-    toast_->showToast({.kind = kindOf(toast->kind), .text = fromUtf8(toast->text)});
+    toast_->showToast({.kind = kindOf(toast->kind),
+                       .text = fromUtf8(toast->text),
+                       .button = buttonOf(*toast, context_.keys())});
     placeToast();
+}
+
+void MainWindow::pressToast() {
+    const auto& toast = app_.toast();
+    if (!toast)
+        return;
+    if (toast->undoable)
+        app_.perform(app::KAction::undo);
+    else if (toast->action == app::Toast::Action::operations)
+        app_.setShowsOperations(true);
+}
+
+void MainWindow::openCard(DialogCard* card) {
+    connect(card, &DialogCard::cancelled, this, &MainWindow::closeCard);
+    cards_->open(card);
+}
+
+void MainWindow::closeCard() {
+    cards_->close();
+    if (!app_.dialog())
+        focusPanel();
+}
+
+void MainWindow::askToQuit() {
+    auto* card =
+        new QuitDialog(JobTexts::summary(app_.jobs()), context_.theme, context_.icons, cards_);
+    connect(card, &DialogCard::confirmed, this, &MainWindow::closeAnyway);
+    connect(&app_, &app::AppModel::changed, card, [this, card](app::AppChanges changes) {
+        if (changes.testFlag(app::AppChange::jobs))
+            card->setSubtitle(JobTexts::summary(app_.jobs()));
+    });
+    openCard(card);
+}
+
+void MainWindow::closeAnyway() {
+    closesAnyway_ = true;
+    close();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (closesAnyway_ || !app_.hasUnfinishedJobs())
+        return;
+    event->ignore();
+    if (cards_->card() == nullptr || qobject_cast<QuitDialog*>(cards_->card()) == nullptr)
+        askToQuit();
 }
 
 void MainWindow::placeToast() {
@@ -215,6 +299,10 @@ void MainWindow::placeToast() {
 }
 
 void MainWindow::focusPanel() {
+    if (auto* card = cards_->card()) {
+        card->takeFocus();
+        return;
+    }
     view(app_.activeSide()).takeFocus();
     showFocus();
 }
@@ -245,6 +333,8 @@ void MainWindow::paintEvent(QPaintEvent*) {
 }
 
 void MainWindow::resizeEvent(QResizeEvent*) {
+    constexpr double mostShare = 0.4;
+    operations_->setHeightLimit(int(height() * mostShare));
     placeToast();
 }
 
@@ -253,6 +343,11 @@ void MainWindow::showEvent(QShowEvent*) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == splitter_) {
+        if (event->type() == QEvent::Resize)
+            placeToast(); // the card of operations comes and goes below
+        return false;
+    }
     switch (event->type()) {
     case QEvent::MouseButtonDblClick:
         splitter_->setSizes({1, 1});

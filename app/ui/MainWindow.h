@@ -14,8 +14,11 @@ class KeyboardLayout;
 
 namespace fennik::ui {
 
+class DialogCard;
+class DialogHost;
 class FunctionKeyBar;
 class MenuBar;
+class OperationsCard;
 class PanelView;
 class PlacesMenu;
 class ToastBar;
@@ -28,6 +31,9 @@ public:
     MainWindow(const UiContext& context, app::KeyboardLayout& layout);
     ~MainWindow() override;
 
+    /// Closes the window without a question, because the system ends the program.
+    void closeAnyway();
+
     PanelView& view(app::PanelSide side) { return *views_[static_cast<std::size_t>(side)]; }
 
 signals:
@@ -35,6 +41,7 @@ signals:
     void firstPainted();
 
 protected:
+    void closeEvent(QCloseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -46,6 +53,10 @@ private:
     void takeTabs();
     void takeRequests();
     void takeToast();
+    void pressToast();
+    void openCard(DialogCard* card);
+    void closeCard();
+    void askToQuit();
     void focusPanel();
     void showFocus();
     void setTitle();
@@ -59,6 +70,9 @@ private:
     FunctionKeyBar* functionKeys_;
     ToastBar* toast_;
     PlacesMenu* places_;
+    OperationsCard* operations_;
+    DialogHost* cards_; ///< the window's own questions and messages, over the dialogs
+    bool closesAnyway_ = false;
     bool menuIsOpen_ = false;
     bool wasPainted_ = false;
     int seenPathRequest_ = 0;

@@ -37,12 +37,24 @@ MenuBar::MenuBar(const UiContext& context, QWidget* parent) : QMenuBar(parent), 
     takeTheme();
     connect(&context_.shortcuts, &app::ShortcutStore::changed, this, &MenuBar::build);
     connect(&context_.theme, &Theme::changed, this, &MenuBar::takeTheme);
-    connect(&context_.app, &app::AppModel::changed, this,
-            [this] { setEnabled(!context_.app.dialog()); });
+    connect(&context_.app, &app::AppModel::changed, this, [this](app::AppChanges changes) {
+        setEnabled(!context_.app.dialog());
+        if (changes.testFlag(app::AppChange::undo))
+            nameUndo();
+    });
 }
 
 void MenuBar::takeTheme() {
     setStyleSheet(context_.theme.styleSheet());
+}
+
+void MenuBar::nameUndo() {
+    for (auto* menu : findChildren<QMenu*>()) {
+        for (auto* item : menu->actions()) {
+            if (!item->isSeparator() && actionOf(*item) == app::KAction::undo)
+                item->setText(itemText(context_, app::KAction::undo));
+        }
+    }
 }
 
 void MenuBar::open() {

@@ -22,6 +22,7 @@ signals:
 private:
     void build();
     void takeTheme();
+    void nameUndo();
 
     UiContext context_;
 };

@@ -46,8 +46,10 @@ int runWindow(const Options& options) {
         code = app::takeScreenshot(session, options.screenshotFile);
     } else {
         const system::TerminationSignals termination;
-        QObject::connect(&termination, &system::TerminationSignals::received, qApp,
-                         &QApplication::quit);
+        QObject::connect(&termination, &system::TerminationSignals::received, qApp, [&session] {
+            session.window().closeAnyway();
+            QApplication::quit(); // the window may not have been shown yet
+        });
         session.start();
         code = QApplication::exec();
     }

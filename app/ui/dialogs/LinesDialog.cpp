@@ -1,0 +1,56 @@
+#include "app/ui/dialogs/LinesDialog.h"
+
+#include "app/ui/Text.h"
+#include "core/base/CzechText.h"
+
+#include <QPlainTextEdit>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace fennik::ui {
+
+namespace {
+
+constexpr int leastLines = 4;
+constexpr int mostLines = 14;
+
+QString lineCount(qsizetype count) {
+    const auto noun = pluralForm(count, {"zpráva", "zprávy", "zpráv"});
+    return QStringLiteral("%1 %2").arg(count).arg(fromUtf8(noun));
+}
+
+} // namespace
+
+LinesDialog::LinesDialog(const QString& text, const Theme& theme, Icons& icons, QWidget* parent)
+    : DialogCard({.icon = QStringLiteral("info"),
+                  .title = QStringLiteral("Podrobnosti"),
+                  .subtitle = lineCount(text.count(QLatin1Char('\n')) + 1),
+                  .cancel = QStringLiteral("Zavřít")},
+                 theme, icons, parent) {
+    auto* lines = new QPlainTextEdit(text);
+    lines->setObjectName(QStringLiteral("dialogLines"));
+    lines->setAccessibleName(QStringLiteral("Podrobnosti"));
+    lines->setReadOnly(true);
+    lines->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    lines->setTabChangesFocus(true);
+    lines->setFrameShape(QFrame::NoFrame);
+    lines->setFont(theme.font(FontRole::body));
+    lines->viewport()->setAutoFillBackground(false);
+    lines->document()->setDocumentMargin(0);
+    // A line may break, so there is room for more of them.
+    const int count = std::clamp(2 * lines->blockCount(), leastLines, mostLines);
+    lines->setFixedHeight(count * lines->fontMetrics().lineSpacing());
+    const auto takeTheme = [lines, &theme] {
+        auto colors = lines->palette();
+        colors.setColor(QPalette::Text, theme.tokens().text);
+        lines->setPalette(colors);
+        lines->verticalScrollBar()->setStyleSheet(theme.styleSheet());
+    };
+    connect(&theme, &Theme::changed, lines, takeTheme);
+    takeTheme();
+    setContent(lines);
+    setPreferredWidth(mostWidth);
+}
+
+} // namespace fennik::ui

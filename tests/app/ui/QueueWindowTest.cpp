@@ -1,0 +1,188 @@
+#include "app/model/ports/KeyboardLayout.h"
+#include "app/ui/KeyButton.h"
+#include "app/ui/MainWindow.h"
+#include "app/ui/OperationsCard.h"
+#include "app/ui/PanelTable.h"
+#include "app/ui/PanelView.h"
+#include "app/ui/dialogs/LinesDialog.h"
+#include "app/ui/dialogs/QuitDialog.h"
+#include "tests/support/AppFixture.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QTest>
+
+#include <chrono>
+#include <filesystem>
+#include <thread>
+
+namespace fennik::test {
+
+namespace {
+
+using namespace ui;
+
+class UnknownLayout final : public app::KeyboardLayout {
+public:
+    std::optional<std::string> character(const app::PressedKey&) override { return std::nullopt; }
+};
+
+/// A window over an application whose jobs go on until they are cancelled.
+class QueueWindowTest : public AppFixture {
+protected:
+    QueueWindowTest() {
+        temp.folder("left");
+        window.show();
+        app.start(temp.path("left"), temp.path("left"));
+        settle();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+    ~QueueWindowTest() override {
+        app.stopJobs();
+        transfers.shutDown(std::chrono::seconds(5));
+    }
+
+    Uuid addJob() {
+        const auto id = app.engine().enqueue(
+            {.title = "Kopírování 2 položek"}, {}, [](OperationContext& context) {
+                while (context.checkpoint() == Checkpoint::goOn)
+                    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            });
+        settle();
+        return id;
+    }
+    bool waitForJobs() {
+        return QTest::qWaitFor([this] {
+            settle();
+            return !app.hasUnfinishedJobs();
+        });
+    }
+    template <class Widget>
+    Widget* shown(const char* name = nullptr) {
+        for (auto* widget : window.findChildren<Widget*>(QString::fromLatin1(name))) {
+            if (widget->isVisible())
+                return widget;
+        }
+        return nullptr;
+    }
+    void click(const char* name) {
+        auto* button = shown<QAbstractButton>(name);
+        ASSERT_NE(button, nullptr) << name;
+        QTest::mouseClick(button, Qt::LeftButton);
+        settle();
+    }
+    QString undoItem() {
+        for (auto* menu : window.findChildren<QMenu*>()) {
+            for (const auto* item : menu->actions()) {
+                if (item->text().startsWith("Vrátit poslední operaci"))
+                    return item->text();
+            }
+        }
+        return {};
+    }
+    const PanelTable* panel() { return &window.view(app::PanelSide::left).table(); }
+
+    Theme theme{Appearance::light};
+    Icons icons{theme};
+    app::AppModel app{appServices(), home()};
+    app::ShortcutStore shortcuts{app::KActions::defaultMapOffTheMac(), [] { return std::nullopt; },
+                                 [](const std::string&) {}};
+    UnknownLayout layout;
+    MainWindow window{{app, shortcuts, theme, icons}, layout};
+};
+
+} // namespace
+
+TEST_F(QueueWindowTest, closingAsksWhileJobsRun) {
+    const auto id = addJob();
+    EXPECT_FALSE(window.close());
+    ASSERT_NE(shown<QuitDialog>(), nullptr);
+    EXPECT_FALSE(window.close()); // asks once
+    EXPECT_EQ(window.findChildren<QuitDialog*>().size(), 1);
+    click("dialogCancel");
+    EXPECT_EQ(shown<QuitDialog>(), nullptr);
+    EXPECT_EQ(QApplication::focusWidget(), panel());
+    EXPECT_TRUE(app.hasUnfinishedJobs());
+
+    window.close();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F7); // is no key of the question
+    EXPECT_FALSE(app.dialog());
+    click("dialogConfirm");
+    EXPECT_FALSE(window.isVisible());
+    window.show();
+    app.cancelJob(id);
+    ASSERT_TRUE(waitForJobs());
+}
+
+TEST_F(QueueWindowTest, nothingIsAskedWithoutJobsOrWhenTheSystemEndsIt) {
+    const auto id = addJob();
+    app.cancelJob(id);
+    ASSERT_TRUE(waitForJobs());
+    EXPECT_TRUE(window.close());
+    window.show();
+    addJob();
+    window.closeAnyway();
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(QueueWindowTest, theQueueIsACardOrAPill) {
+    EXPECT_EQ(shown<QAbstractButton>("queuePill"), nullptr);
+    const auto id = addJob();
+    app.setShowsOperations(false);
+    click("queuePill");
+    EXPECT_TRUE(app.showsOperations());
+    ASSERT_NE(shown<OperationsCard>(), nullptr);
+    EXPECT_EQ(shown<QAbstractButton>("queuePill"), nullptr);
+    EXPECT_EQ(QApplication::focusWidget(), panel());
+
+    auto* row = shown<OperationsCard>()->rows().front();
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        settle();
+        return row->job().state == JobSnapshot::State::running;
+    }));
+    click("jobPause");
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        settle();
+        return row->job().state == JobSnapshot::State::paused;
+    }));
+    click("jobResume");
+    click("jobCancel");
+    ASSERT_TRUE(waitForJobs());
+    EXPECT_EQ(row->job().state, JobSnapshot::State::cancelled);
+    click("tidyOperations");
+    EXPECT_TRUE(app.jobs().empty());
+    click("hideOperations");
+    EXPECT_FALSE(app.showsOperations());
+    EXPECT_EQ(app.engine().snapshots().size(), 0U) << id.text();
+}
+
+TEST_F(QueueWindowTest, theButtonOfAToastDoesWhatItSays) {
+    app.showToast(app::Toast{.text = "Hotovo, 3 chyb",
+                             .kind = app::Toast::Kind::error,
+                             .action = app::Toast::Action::operations});
+    click("toastButton");
+    EXPECT_TRUE(app.showsOperations());
+    app.showToast(app::Toast{.text = "první\ndruhá\ntřetí", .undoable = true});
+    EXPECT_EQ(shown<KeyButton>("toastButton")->text(), "Vrátit");
+    click("toastAllLines");
+    ASSERT_NE(shown<LinesDialog>(), nullptr);
+    EXPECT_EQ(shown<QPlainTextEdit>("dialogLines")->toPlainText(), "první\ndruhá\ntřetí");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    EXPECT_EQ(shown<LinesDialog>(), nullptr);
+    EXPECT_EQ(QApplication::focusWidget(), panel());
+}
+
+TEST_F(QueueWindowTest, theMenuNamesWhatUndoTakesBack) {
+    EXPECT_EQ(undoItem(), "Vrátit poslední operaci");
+    app.perform(app::KAction::newFolder);
+    app.confirmNewFolder("R&D");
+    settle();
+    EXPECT_EQ(undoItem(), "Vrátit poslední operaci: Nová složka „R&&D“");
+    app.showToast(app::Toast{.text = "Složka je hotová", .undoable = true});
+    click("toastButton");
+    EXPECT_EQ(undoItem(), "Vrátit poslední operaci");
+    EXPECT_FALSE(std::filesystem::exists(temp.path("left/R&D")));
+}
+
+} // namespace fennik::test
