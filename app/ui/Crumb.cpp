@@ -20,6 +20,11 @@ Crumb::Crumb(const QString& title, const Theme& theme, QWidget* parent)
     setAttribute(Qt::WA_Hover);
 }
 
+void Crumb::setDropTarget(bool isTarget) {
+    isDropTarget_ = isTarget;
+    update();
+}
+
 void Crumb::setEmphasis(QFont::Weight weight) {
     weight_ = weight;
     updateGeometry();
@@ -35,8 +40,12 @@ QSize Crumb::sizeHint() const {
 void Crumb::paintEvent(QPaintEvent*) {
     const auto& tokens = theme_.tokens();
     QPainter painter(this);
-    if (underMouse()) {
-        painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (isDropTarget_) {
+        painter.setPen(QPen(tokens.accent, 1, Qt::DashLine));
+        painter.setBrush(tokens.accentSoft);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 2.5, -0.5, -2.5), 5, 5);
+    } else if (underMouse()) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(isDown() ? tokens.pressed : tokens.hover);
         painter.drawRoundedRect(QRectF(rect()).adjusted(0, 2, 0, -2), 5, 5);

@@ -14,6 +14,8 @@ public:
     Crumb(const QString& title, const Theme& theme, QWidget* parent);
 
     const QString& title() const { return title_; }
+    /// Whether something would be dropped into its folder.
+    void setDropTarget(bool isTarget);
     void setEmphasis(QFont::Weight weight);
 
     QSize sizeHint() const override;
@@ -25,6 +27,7 @@ private:
     QString title_;
     const Theme& theme_;
     QFont::Weight weight_ = QFont::Normal;
+    bool isDropTarget_ = false;
 };
 
 } // namespace fennik::ui

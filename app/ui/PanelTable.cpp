@@ -3,6 +3,7 @@
 #include "app/ui/PanelHeader.h"
 #include "app/ui/RowDelegate.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -205,6 +206,7 @@ void PanelTable::paintEvent(QPaintEvent* event) {
         QPainter painter(viewport());
         paintMarks(painter);
         paintCursor(painter);
+        paintDropRow(painter);
     }
     QTableView::paintEvent(event);
 }
@@ -239,6 +241,26 @@ void PanelTable::paintCursor(QPainter& painter) const {
     painter.setBrush(isNear ? QBrush(tokens.accentSoft) : QBrush(Qt::NoBrush));
     constexpr double half = outline / 2;
     painter.drawRoundedRect(rect.adjusted(half, half, -half, -half), radius, radius);
+}
+
+void PanelTable::setDropRow(int row) {
+    updateRow(dropRow_);
+    dropRow_ = row;
+    updateRow(dropRow_);
+}
+
+void PanelTable::paintDropRow(QPainter& painter) const {
+    if (dropRow_ < 0)
+        return;
+    const auto& tokens = theme_.tokens();
+    const bool isOnAccent =
+        dropRow_ == static_cast<int>(panel_.cursor()) && look_ == FocusLook::keyboard;
+    const double inset = theme_.px(4);
+    const auto rect = QRectF(rowRect(dropRow_)).adjusted(inset + 0.5, 0.5, -inset - 0.5, -0.5);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(isOnAccent ? tokens.onAccent : tokens.accent, 1, Qt::DashLine));
+    painter.setBrush(isOnAccent ? QBrush(Qt::NoBrush) : QBrush(tokens.accentSoft));
+    painter.drawRoundedRect(rect, 5, 5);
 }
 
 void PanelTable::resizeEvent(QResizeEvent* event) {
@@ -308,6 +330,7 @@ void PanelTable::focusInEvent(QFocusEvent* event) {
 
 void PanelTable::mousePressEvent(QMouseEvent* event) {
     const int row = rowAt(event->pos().y());
+    pressedAt_.reset();
     if (event->button() != Qt::LeftButton || row < 0)
         return;
     if (event->modifiers().testFlag(Qt::ShiftModifier)) {
@@ -318,6 +341,7 @@ void PanelTable::mousePressEvent(QMouseEvent* event) {
     if (event->modifiers().testFlag(Qt::ControlModifier))
         panel_.toggleMark(static_cast<std::size_t>(row));
     panel_.setCursor(row);
+    pressedAt_ = event->pos();
 }
 
 void PanelTable::contextMenuEvent(QContextMenuEvent* event) {
@@ -333,9 +357,32 @@ void PanelTable::contextMenuEvent(QContextMenuEvent* event) {
 
 void PanelTable::mouseMoveEvent(QMouseEvent* event) {
     event->accept();
+    if (!pressedAt_ || !event->buttons().testFlag(Qt::LeftButton))
+        return;
+    if ((event->pos() - *pressedAt_).manhattanLength() < QApplication::startDragDistance())
+        return;
+    pressedAt_.reset();
+    dragItems();
+}
+
+void PanelTable::dragItems() {
+    // The cursor went to the row that was pressed, and stays with its item.
+    const auto item = panel_.cursorItem();
+    if (!item || item->isParentLink)
+        return;
+    const bool isMarked = panel_.marks().isMarked(item->name);
+    const auto rows = isMarked ? panel_.targets() : std::vector{panel_.cursor()};
+    std::vector<FileUrl> items;
+    for (const auto row : rows) {
+        const auto view = panel_.items().view(row);
+        const auto form = view.isFolderLike() ? FileUrl::Form::directory : FileUrl::Form::file;
+        items.push_back(panel_.folder().appending(view.name, form));
+    }
+    emit dragStarted(items, lookOf(*item));
 }
 
 void PanelTable::mouseReleaseEvent(QMouseEvent* event) {
+    pressedAt_.reset();
     event->accept();
 }
 

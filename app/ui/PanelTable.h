@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/ui/FileLook.h"
 #include "app/ui/Icons.h"
 #include "app/ui/PanelGeometry.h"
 #include "app/ui/PanelTableModel.h"
@@ -7,6 +8,7 @@
 
 #include <QTableView>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -49,6 +51,8 @@ public:
     std::string baseNameOf(const std::string& name) const;
     /// Forgets the letters that were typed to find a name.
     void endSearch();
+    /// The row into which something would be dropped; none with -1.
+    void setDropRow(int row);
 
 signals:
     void focused();
@@ -61,6 +65,8 @@ signals:
     void menuOpened(bool isOpen);
     /// The menu of the item under the cursor is asked for, at this point of the screen.
     void menuRequested(const QPoint& corner);
+    /// Items are being dragged away; `look` is of the one under the mouse.
+    void dragStarted(const std::vector<fennik::FileUrl>& items, fennik::ui::FileLook look);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -91,6 +97,8 @@ private:
     void wantLinkTargets();
     void paintMarks(QPainter& painter) const;
     void paintCursor(QPainter& painter) const;
+    void paintDropRow(QPainter& painter) const;
+    void dragItems();
     void search(const QString& typed);
 
     app::PanelModel& panel_;
@@ -99,7 +107,9 @@ private:
     PanelHeader* header_;
     FocusLook look_ = FocusLook::idle;
     int shownCursor_ = -1;
-    QString searched_; ///< typed so far
+    int dropRow_ = -1;
+    std::optional<QPoint> pressedAt_; ///< on a row, from where it may be dragged
+    QString searched_;                ///< typed so far
     QTimer* searchTimer_;
     /// What was in view last, to be found again when the rows have changed.
     std::string shownFolder_;

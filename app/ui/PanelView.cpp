@@ -1,7 +1,9 @@
 #include "app/ui/PanelView.h"
 
 #include "app/ui/ActionMenu.h"
+#include "app/ui/FileDrag.h"
 #include "app/ui/LoadingView.h"
+#include "app/ui/PanelDrops.h"
 #include "app/ui/PanelHeader.h"
 #include "app/ui/PanelMessage.h"
 #include "app/ui/PathBar.h"
@@ -10,7 +12,9 @@
 #include "app/ui/TabStrip.h"
 #include "app/ui/Text.h"
 
+#include <QDrag>
 #include <QMenu>
+#include <QMimeData>
 #include <QPainter>
 #include <QPainterPath>
 #include <QTimer>
@@ -58,6 +62,7 @@ PanelView::PanelView(const UiContext& context, app::PanelSide side, QWidget* par
       table_(new PanelTable(panel_, context.theme, context.icons, this)),
       statusLine_(new StatusLine(panel_, context.theme, context.icons, this)),
       rename_(new RenameField(*table_, context.theme, context.icons)),
+      drops_(new PanelDrops(context, panel_, *table_, *pathBar_, *tabStrip_)),
       message_(new PanelMessage(context, panel_, this)),
       stripe_(new LoadingStripe(context.theme, this)),
       skeleton_(new LoadingSkeleton(context.theme, this)),
@@ -84,6 +89,15 @@ PanelView::PanelView(const UiContext& context, app::PanelSide side, QWidget* par
     connect(table_, &PanelTable::menuOpened, this, &PanelView::menuOpened);
     connect(table_, &PanelTable::menuRequested, this, &PanelView::showMenu);
     connect(table_, &PanelTable::searchChanged, statusLine_, &StatusLine::setSearch);
+    connect(table_, &PanelTable::dragStarted, this, &PanelView::drag);
+    connect(drops_, &PanelDrops::changed, this, [this](const QString& text) {
+        statusLine_->setHint(text);
+        update();
+    });
+    connect(drops_, &PanelDrops::dropped, this,
+            [this](TransferKind kind, const std::vector<FileUrl>& files, const FileUrl& folder) {
+                context_.app.receiveDrop(kind, files, folder);
+            });
     connect(pathBar_, &PathBar::menuOpened, this, &PanelView::menuOpened);
     connect(tabStrip_, &TabStrip::selected, this, [this](int index) {
         context_.app.activate(panel_.side());
@@ -143,6 +157,14 @@ void PanelView::showMenu(const QPoint& corner) {
     emit menuOpened(true);
     menu.exec(corner);
     emit menuOpened(false);
+}
+
+void PanelView::drag(const std::vector<FileUrl>& items, FileLook look) {
+    auto* drag = new QDrag(table_);
+    drag->setMimeData(FileDrag::data(items).release());
+    drag->setPixmap(FileDrag::picture(items, look, theme_, context_.icons, devicePixelRatioF()));
+    drag->setHotSpot(QPoint(-theme_.px(14), -theme_.px(18)));
+    drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
 }
 
 void PanelView::setTabsShown(bool areShown) {
@@ -252,8 +274,12 @@ void PanelView::paintEvent(QPaintEvent*) {
     painter.fillRect(QRectF(0, statusLine_->y() - 1, width(), 1), tokens.line);
     painter.setClipping(false);
 
-    const double width = look_ == FocusLook::keyboard ? frameWidth : 1;
-    painter.setPen(QPen(look_ == FocusLook::idle ? tokens.line : tokens.accent, width));
+    constexpr double dropWidth = 1.5;
+    const bool isTarget = drops_->isTarget();
+    const double width = isTarget ? dropWidth : look_ == FocusLook::keyboard ? frameWidth : 1;
+    const bool isPlain = look_ == FocusLook::idle && !isTarget;
+    painter.setPen(QPen(isPlain ? tokens.line : tokens.accent, width,
+                        isTarget ? Qt::DashLine : Qt::SolidLine));
     painter.setBrush(Qt::NoBrush);
     const double half = width / 2;
     painter.drawRoundedRect(all.adjusted(half, half, -half, -half), radius - half, radius - half);

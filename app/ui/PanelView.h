@@ -15,6 +15,7 @@ namespace fennik::ui {
 class LoadingSkeleton;
 class LoadingStripe;
 class PanelMessage;
+class PanelDrops;
 class PathBar;
 class RenameField;
 class TabStrip;
@@ -54,6 +55,7 @@ private:
     void setLoadingStage(LoadingStage stage);
     void placeOverlays();
     void nameTable();
+    void drag(const std::vector<FileUrl>& items, FileLook look);
     QColor rowGround() const;
 
     UiContext context_;
@@ -66,6 +68,7 @@ private:
     StatusLine* statusLine_;
     RenameField* rename_;
     int seenRename_ = 0; ///< token of the request that `rename_` answers
+    PanelDrops* drops_;
     PanelMessage* message_;
     LoadingStripe* stripe_;
     LoadingSkeleton* skeleton_;

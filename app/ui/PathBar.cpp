@@ -104,6 +104,7 @@ void PathBar::takePanel() {
     for (auto* crumb : crumbs_)
         crumb->deleteLater();
     crumbs_.clear();
+    folders_.clear();
     const auto way = app::PathCrumbs::of(folder, app_.home(), shownVolume_);
     startsAtHome_ = way.start == app::PathCrumbs::Start::home;
     for (const auto& [title, url] : way.crumbs) {
@@ -116,6 +117,7 @@ void PathBar::takePanel() {
         });
         crumb->show();
         crumbs_.push_back(crumb);
+        folders_.push_back(url);
     }
     setActive(isActive_);
 }
@@ -137,6 +139,19 @@ void PathBar::takePlaces() {
                                   : context_.keys().titleAndKey(app::KAction::addFavorite);
     star_->setToolTip(title);
     star_->setAccessibleName(isFavorite ? title : PlatformWords::title(app::KAction::addFavorite));
+}
+
+std::optional<std::pair<int, FileUrl>> PathBar::crumbAt(const QPoint& point) const {
+    for (std::size_t i = 0; i < crumbs_.size() && !pathField_->isVisible(); ++i) {
+        if (!crumbs_[i]->isHidden() && crumbs_[i]->geometry().contains(point))
+            return std::pair(int(i), folders_[i]);
+    }
+    return std::nullopt;
+}
+
+void PathBar::setDropCrumb(int crumb) {
+    for (std::size_t i = 0; i < crumbs_.size(); ++i)
+        crumbs_[i]->setDropTarget(int(i) == crumb);
 }
 
 void PathBar::openField() {

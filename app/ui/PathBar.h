@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <optional>
+#include <utility>
 #include <vector>
 
 class QAbstractButton;
@@ -25,6 +27,10 @@ public:
     void setActive(bool isActive);
     /// Lets the user type a path.
     void openField();
+    /// The crumb at a point, counted from the start, and its folder.
+    std::optional<std::pair<int, FileUrl>> crumbAt(const QPoint& point) const;
+    /// The crumb into whose folder something would be dropped; none with -1.
+    void setDropCrumb(int crumb);
 
 signals:
     void menuOpened(bool isOpen);
@@ -62,6 +68,7 @@ private:
     int typedLoad_ = -1; ///< the load of the path that was typed
     Crumb* more_;        ///< stands for the crumbs that have no room
     std::vector<Crumb*> crumbs_;
+    std::vector<FileUrl> folders_; ///< of the crumbs
     std::vector<QPoint> separators_;
     std::string shownPath_;
     FileUrl shownVolume_;

@@ -25,7 +25,7 @@ public:
     void setLoadingStage(LoadingStage stage);
     /// The letters that are being searched for; empty for none.
     void setSearch(const QString& text);
-    /// What the keys do, in place of everything but the free space; empty for nothing to say.
+    /// What the keys or a drag would do, in place of everything but the free space; empty for none.
     void setHint(const QString& hint);
 
 protected:

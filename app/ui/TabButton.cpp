@@ -124,6 +124,12 @@ void TabButton::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     paintGround(painter);
 
+    if (look_.isDropTarget) {
+        painter.setPen(QPen(theme_.tokens().accent, 1, Qt::DashLine));
+        painter.setBrush(theme_.tokens().accentSoft);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 3.5, -2.5, -3.5), 5, 5);
+    }
+
     const auto close = closeArea();
     const auto font = theme_.font(FontRole::body, look_.isActive ? QFont::Medium : QFont::Normal);
     auto text = QRectF(rect()).adjusted(theme_.px(padding), 1, -theme_.px(padding) + 1, 0);

@@ -20,6 +20,7 @@ public:
         bool isActive = false;      ///< the tab that its panel shows
         bool isActivePanel = false; ///< the keyboard is in that panel
         bool isClosable = false;
+        bool isDropTarget = false; ///< something would be dropped into its folder
 
         friend bool operator==(const Look&, const Look&) = default;
     };

@@ -75,7 +75,22 @@ void TabStrip::showLooks() {
     for (std::size_t i = 0; i < buttons_.size(); ++i)
         buttons_[i]->setLook({.isActive = int(i) == active_,
                               .isActivePanel = isActivePanel_,
-                              .isClosable = buttons_.size() > 1});
+                              .isClosable = buttons_.size() > 1,
+                              .isDropTarget = int(i) == dropTab_});
+}
+
+int TabStrip::tabAt(const QPoint& point) const {
+    const auto inList = list_->mapFrom(this, point);
+    if (!list_->rect().contains(inList))
+        return -1;
+    const auto found = std::ranges::find_if(
+        buttons_, [&](const TabButton* button) { return button->geometry().contains(inList); });
+    return found == buttons_.end() ? -1 : int(found - buttons_.begin());
+}
+
+void TabStrip::setDropTab(int index) {
+    if (std::exchange(dropTab_, index) != index)
+        showLooks();
 }
 
 TabButton* TabStrip::addButton() {

@@ -32,6 +32,10 @@ public:
     void setTabs(const std::vector<Tab>& tabs, int active);
     /// The active panel's strip marks its active tab.
     void setActivePanel(bool isActivePanel);
+    /// -1 where there is none.
+    int tabAt(const QPoint& point) const;
+    /// The tab into whose folder something would be dropped; none with -1.
+    void setDropTab(int index);
 
 signals:
     void selected(int index);
@@ -61,6 +65,7 @@ private:
     std::vector<TabButton*> buttons_; ///< by index; each takes the title of whatever tab is there
     int active_ = -1;
     bool isActivePanel_ = false;
+    int dropTab_ = -1;
     int dragged_ = -1; ///< where the tab is that was pressed last
     int scrolled_ = 0;
     int turned_ = 0; ///< of the wheel, not yet worth a tab
