@@ -1,0 +1,72 @@
+"""Copies slowly in a real window, and ends the program while it does."""
+import signal
+
+from support import LEFT, PATIENCE, WindowTest, main, set_up_desktop, wait_until
+
+setUpModule = set_up_desktop
+
+QUESTION = "Zrušit operace a skončit?"
+MEGABYTE = 1000 * 1000
+
+
+class Queue(WindowTest):
+    def setUp(self):
+        self.home = self.new_home()
+        self.write_settings(self.home, throttleMBps=1)
+        self.left = self.new_folder()
+        self.right = self.new_folder()
+        (self.left / "velký").write_bytes(b"x" * 60 * MEGABYTE)
+        (self.left / "malý").write_bytes(b"y" * 1000)
+        self.fennik = self.start(self.left, self.right, home=self.home)
+        self.fennik.expect_table(LEFT, f"{self.left.name}, 2 položky")
+
+    def start_copying(self):
+        self.fennik.press("Ctrl+A", "F5")
+        self.fennik.wait(self.fennik.dialog, "the question where to copy")
+        self.fennik.press("Enter")
+        self.fennik.wait(lambda: any(self.right.iterdir()), "something is being copied")
+
+    def expect_end(self):
+        self.assertEqual(self.fennik.process.wait(PATIENCE), 0, self.fennik.errors())
+        self.assertFalse((self.right / "velký").exists())
+        self.assertEqual({file.name for file in self.right.iterdir()} - {"malý"}, set())
+        self.assertEqual((self.left / "velký").stat().st_size, 60 * MEGABYTE)
+
+    def test_asks_before_it_cancels(self):
+        self.start_copying()
+        self.desktop.close_active_window()
+        self.fennik.expect("the question", self.dialog_name, QUESTION)
+        self.fennik.press("Esc")
+        self.fennik.expect("the question", self.dialog_name, None)
+        self.desktop.close_active_window()
+        self.fennik.expect("the question", self.dialog_name, QUESTION)
+        self.fennik.press("Enter")
+        self.expect_end()
+
+    def dialog_name(self):
+        dialog = self.fennik.dialog()
+        return dialog and dialog.get_name()
+
+    def test_a_signal_ends_it_without_a_question(self):
+        self.start_copying()
+        self.fennik.process.send_signal(signal.SIGTERM)
+        self.expect_end()
+
+    def button(self, beginning):
+        return next((button for button in self.fennik.shown("push button")
+                     if button.get_name().startswith(beginning)), None)
+
+    def test_a_job_is_read_as_a_progress_bar_and_can_be_cancelled(self):
+        self.start_copying()
+        self.fennik.wait(lambda: self.button("Fronta operací, "), "the queue in a few words")
+        self.fennik.press("Ctrl+Alt+P")
+        bar = self.fennik.wait(lambda: next(iter(self.fennik.shown("progress bar")), None),
+                               "the row of the job")
+        self.assertRegex(bar.get_name(), r"^Kopírování 2 položek")
+        self.button("Zrušit (rozpracovaný").get_action_iface().do_action(0)
+        wait_until(lambda: not (self.right / "velký").exists(), "the half of a file is gone")
+        self.fennik.wait(lambda: "Zrušeno" in bar.get_name(), "the job is cancelled")
+
+
+if __name__ == "__main__":
+    main()
