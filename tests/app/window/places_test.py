@@ -158,9 +158,9 @@ class PathField(PlacesTest):
         self.fennik.press("Ctrl+T")
         self.fennik.expect("the tabs", lambda: self.fennik.tabs(LEFT),
                            [self.left.name, f"[{self.left.name}]"])
-        self.fennik.press("F5")
+        self.fennik.press("F3")
         self.fennik.expect("the toast", self.fennik.toast,
-                           "„Kopírovat“: to tato verze Fennika ještě neumí.")
+                           "„Náhled“: to tato verze Fennika ještě neumí.")
 
 
 class Favourites(PlacesTest):
