@@ -93,7 +93,8 @@ void AppModel::takeMarksOf(const JobSnapshot& job, const TransferRequest& reques
 
 void AppModel::tellEnd(const JobSnapshot& job, const TransferRequest& request) {
     batchErrors_ += job.errors->size();
-    if (haveEnded(jobs_)) {
+    // The list of jobs may come later than the end of the last one.
+    if (!hasUnfinishedJobs()) {
         if (const auto errors = std::exchange(batchErrors_, 0); errors > 0)
             return showToast({.text = "Hotovo, " + std::to_string(errors) + " chyb",
                               .kind = Toast::Kind::error,
