@@ -16,11 +16,9 @@ namespace fennik::test {
 class ManualExecutor final : public Executor, public DiskExecutor {
 public:
     void execute(Task task) override {
-        {
-            const std::lock_guard guard(lock_);
-            tasks_.push_back(std::move(task));
-        }
-        come_.notify_all();
+        const std::lock_guard guard(lock_);
+        tasks_.push_back(std::move(task));
+        come_.notify_all(); // with the lock held: whoever finds the task may end this object
     }
     void execute(std::string path, Task task) override {
         if (path == stuck_)
