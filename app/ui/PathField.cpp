@@ -5,7 +5,6 @@
 #include "app/ui/KeyCaps.h"
 #include "app/ui/SuggestionList.h"
 #include "app/ui/Text.h"
-#include "core/base/DisplayText.h"
 #include "core/base/FoldedText.h"
 #include "core/base/PathText.h"
 #include "core/base/WhiteSpace.h"
@@ -20,11 +19,8 @@ namespace fennik::ui {
 namespace {
 
 /// What stands in the field for `path`, and can be read back to the very same bytes.
-QString fieldText(const std::string& path) {
-    if (displayText(path) == path && trimmed(path).size() == path.size())
-        return fromUtf8(path);
-    const auto bytes = QByteArray::fromStdString(path);
-    return QStringLiteral("file://") + QString::fromLatin1(bytes.toPercentEncoding("/"));
+QString fieldText(std::string_view path) {
+    return fromUtf8(typeablePath(path));
 }
 
 QString upToLastSeparator(const QString& text) {
@@ -112,7 +108,7 @@ void PathField::open(std::string_view folder) {
 void PathField::setPath(std::string_view path) {
     clearError();
     closeList();
-    setText(path.starts_with('/') ? fieldText(std::string(path)) : fromUtf8(path));
+    setText(path.starts_with('/') ? fieldText(path) : fromUtf8(path));
 }
 
 void PathField::closeList() {
