@@ -41,25 +41,6 @@ OpenFolder::Result<void> renamed(const FileUrl& item, const std::string& name) {
     return done;
 }
 
-/// The folder that `name`, of one or several levels, means in `directory`.
-std::expected<FileUrl, Failure> target(const FileUrl& directory, std::string_view name) {
-    auto url = directory;
-    while (!name.empty()) {
-        const auto slash = name.find('/');
-        const auto level = name.substr(0, slash);
-        name = slash == std::string_view::npos ? std::string_view() : name.substr(slash + 1);
-        if (level.empty())
-            continue;
-        const auto levelName = validateName(level);
-        if (!levelName)
-            return std::unexpected(levelName.error());
-        url = url.appending(*levelName, FileUrl::Form::directory);
-    }
-    if (url.path() == directory.path())
-        return std::unexpected(validateName({}).error());
-    return url;
-}
-
 } // namespace
 
 std::expected<std::string, Failure> validateName(std::string_view text) {
@@ -95,12 +76,30 @@ std::expected<FileUrl, Failure> rename(const FileUrl& item, std::string_view nam
     return target;
 }
 
+std::expected<FileUrl, Failure> folderNamed(const FileUrl& directory, std::string_view name) {
+    auto url = directory;
+    while (!name.empty()) {
+        const auto slash = name.find('/');
+        const auto level = name.substr(0, slash);
+        name = slash == std::string_view::npos ? std::string_view() : name.substr(slash + 1);
+        if (level.empty())
+            continue;
+        const auto levelName = validateName(level);
+        if (!levelName)
+            return std::unexpected(levelName.error());
+        url = url.appending(*levelName, FileUrl::Form::directory);
+    }
+    if (url.path() == directory.path())
+        return std::unexpected(validateName({}).error());
+    return url;
+}
+
 std::expected<FileUrl, Failure> newFolder(const FileUrl& directory, std::string_view name,
                                           UndoJournal& journal) {
     const auto text = validateName(name);
     if (!text)
         return std::unexpected(text.error());
-    const auto url = target(directory, *text);
+    const auto url = folderNamed(directory, *text);
     if (!url)
         return url;
     const auto exists = [&] { return failure("Složka " + quoted(*text) + " už existuje."); };

@@ -25,7 +25,10 @@ std::expected<std::string, Failure> validateName(std::string_view text);
 std::expected<FileUrl, Failure> rename(const FileUrl& item, std::string_view name,
                                        UndoJournal& journal);
 
-/// Makes a folder in `directory`; "/" in `name` separates levels. Returns the innermost one.
+/// The folder that `name` means in `directory`; "/" separates levels. Asks no disk.
+std::expected<FileUrl, Failure> folderNamed(const FileUrl& directory, std::string_view name);
+
+/// Makes the folder that `name` means in `directory`. Returns the innermost one.
 std::expected<FileUrl, Failure> newFolder(const FileUrl& directory, std::string_view name,
                                           UndoJournal& journal);
 

@@ -5,7 +5,6 @@
 #include "core/listing/PathCompleter.h"
 #include "core/operations/FileActions.h"
 
-#include <ranges>
 #include <utility>
 
 namespace fennik::app {
@@ -32,18 +31,10 @@ Outcome outcomeOf(const FileSystem& files, const NewFolderDialog& dialog) {
     const auto name = FileActions::validateName(dialog.name);
     if (!name)
         return refused(name.error().message());
-    auto folder = dialog.folder;
-    for (const auto level : std::views::split(*name, '/')) {
-        if (level.empty())
-            continue;
-        const auto valid = FileActions::validateName(std::string_view(level));
-        if (!valid)
-            return refused(valid.error().message());
-        folder = folder.appending(*valid);
-    }
-    if (folder == dialog.folder)
-        return refused(FileActions::validateName({}).error().message());
-    if (!files.status(folder.path(), FollowLinks::no))
+    const auto folder = FileActions::folderNamed(dialog.folder, *name);
+    if (!folder)
+        return refused(folder.error().message());
+    if (!files.status(folder->path(), FollowLinks::no))
         return {};
     return refused("Složka " + quoted(*name) + " už existuje.");
 }
