@@ -15,8 +15,8 @@ public:
     static constexpr std::chrono::milliseconds longestWait{500};
 
     /// `limit` in bytes a second, none: as fast as it goes. `elapsed` is the time at work, `moved`
-    /// the bytes moved in it. Zero: go on. A limit
-    /// counts from the last call without it, or from the beginning.
+    /// the bytes moved in it. Zero: go on. A limit counts from the last call without it, or from
+    /// the beginning.
     Duration wait(std::optional<std::int64_t> limit, Duration elapsed, std::int64_t moved);
 
 private:
