@@ -1,15 +1,13 @@
-#include "app/model/ports/KeyboardLayout.h"
 #include "app/ui/Crumb.h"
 #include "app/ui/DropHint.h"
 #include "app/ui/FileDrag.h"
-#include "app/ui/MainWindow.h"
 #include "app/ui/PanelDrops.h"
 #include "app/ui/PanelTable.h"
 #include "app/ui/PanelView.h"
 #include "app/ui/PathBar.h"
 #include "app/ui/StatusLine.h"
 #include "app/ui/TabButton.h"
-#include "tests/support/AppFixture.h"
+#include "tests/support/WindowFixture.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>
@@ -18,8 +16,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <chrono>
-
 namespace fennik::test {
 
 namespace {
@@ -27,14 +23,9 @@ namespace {
 using namespace ui;
 using app::PanelSide;
 
-class UnknownLayout final : public app::KeyboardLayout {
-public:
-    std::optional<std::string> character(const app::PressedKey&) override { return std::nullopt; }
-};
-
 /// The left panel shows "left" with two folders and two files, the right one "right" with a folder.
 /// Drags come over the right one as the desktop would report them.
-class DragTest : public AppFixture {
+class DragTest : public WindowFixture {
 protected:
     DragTest() {
         temp.folder("left/Faktury");
@@ -53,10 +44,6 @@ protected:
             [this](TransferKind kind, const std::vector<FileUrl>& urls, const FileUrl& folder) {
                 dropped = Dropped{kind, urls, folder.path()};
             });
-    }
-    ~DragTest() override {
-        app.stopJobs();
-        transfers.shutDown(std::chrono::seconds(5));
     }
 
     PanelView& view(PanelSide side) { return window.view(side); }
@@ -108,13 +95,6 @@ protected:
     std::optional<Dropped> dropped;
     Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
     std::unique_ptr<QMimeData> carried;
-    Theme theme{Appearance::light};
-    Icons icons{theme};
-    app::AppModel app{appServices(), home()};
-    app::ShortcutStore shortcuts{app::KActions::defaultMapOffTheMac(), [] { return std::nullopt; },
-                                 [](const std::string&) {}};
-    UnknownLayout layout;
-    MainWindow window{{app, shortcuts, theme, icons}, layout};
 };
 
 } // namespace

@@ -1,12 +1,10 @@
-#include "app/model/ports/KeyboardLayout.h"
 #include "app/ui/KeyButton.h"
-#include "app/ui/MainWindow.h"
 #include "app/ui/OperationsCard.h"
 #include "app/ui/PanelTable.h"
 #include "app/ui/PanelView.h"
 #include "app/ui/dialogs/LinesDialog.h"
 #include "app/ui/dialogs/QuitDialog.h"
-#include "tests/support/AppFixture.h"
+#include "tests/support/WindowFixture.h"
 
 #include <QApplication>
 #include <QMenu>
@@ -23,13 +21,8 @@ namespace {
 
 using namespace ui;
 
-class UnknownLayout final : public app::KeyboardLayout {
-public:
-    std::optional<std::string> character(const app::PressedKey&) override { return std::nullopt; }
-};
-
 /// A window over an application whose jobs go on until they are cancelled.
-class QueueWindowTest : public AppFixture {
+class QueueWindowTest : public WindowFixture {
 protected:
     QueueWindowTest() {
         temp.folder("left");
@@ -37,10 +30,6 @@ protected:
         app.start(temp.path("left"), temp.path("left"));
         settle();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-    }
-    ~QueueWindowTest() override {
-        app.stopJobs();
-        transfers.shutDown(std::chrono::seconds(5));
     }
 
     Uuid addJob() {
@@ -82,14 +71,6 @@ protected:
         return {};
     }
     const PanelTable* panel() { return &window.view(app::PanelSide::left).table(); }
-
-    Theme theme{Appearance::light};
-    Icons icons{theme};
-    app::AppModel app{appServices(), home()};
-    app::ShortcutStore shortcuts{app::KActions::defaultMapOffTheMac(), [] { return std::nullopt; },
-                                 [](const std::string&) {}};
-    UnknownLayout layout;
-    MainWindow window{{app, shortcuts, theme, icons}, layout};
 };
 
 } // namespace

@@ -1,12 +1,10 @@
-#include "app/model/ports/KeyboardLayout.h"
-#include "app/ui/MainWindow.h"
 #include "app/ui/PanelMessage.h"
 #include "app/ui/PanelTable.h"
 #include "app/ui/PanelView.h"
 #include "app/ui/RunLabel.h"
 #include "app/ui/dialogs/DialogCard.h"
 #include "app/ui/dialogs/SourceList.h"
-#include "tests/support/AppFixture.h"
+#include "tests/support/WindowFixture.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -23,12 +21,6 @@ namespace fennik::test {
 namespace {
 
 using app::PanelSide;
-
-/// No keyboard is known here, so that a key types what the toolkit says.
-class UnknownLayout final : public app::KeyboardLayout {
-public:
-    std::optional<std::string> character(const app::PressedKey&) override { return std::nullopt; }
-};
 
 /// What of a widget was painted.
 class PaintWatch final : public QObject {
@@ -57,7 +49,7 @@ private:
     QRegion region_;
 };
 
-class WindowTest : public AppFixture {
+class WindowTest : public WindowFixture {
 protected:
     WindowTest() {
         temp.folder("left/Faktury");
@@ -89,14 +81,6 @@ protected:
         const auto image = shown.viewport()->grab().toImage();
         return image.pixelColor(x, shown.rowViewportPosition(row) + 12);
     }
-
-    ui::Theme theme{ui::Appearance::light};
-    ui::Icons icons{theme};
-    app::AppModel app{appServices(), FileUrl("/home/jana")};
-    app::ShortcutStore shortcuts{app::KActions::defaultMapOffTheMac(), [] { return std::nullopt; },
-                                 [](const std::string&) {}};
-    UnknownLayout layout;
-    ui::MainWindow window{{app, shortcuts, theme, icons}, layout};
 };
 
 } // namespace
