@@ -131,7 +131,7 @@ public:
     /// Does what the action stands for.
     void perform(KAction action);
     /// Why the action cannot do anything now, as a sentence; none where it can.
-    std::optional<std::string> obstacle(KAction action);
+    static std::optional<std::string> obstacle(KAction action);
 
     void activate(PanelSide side);
     void addFavorite();

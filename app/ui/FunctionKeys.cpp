@@ -27,6 +27,7 @@ std::vector<KeyCombo> combos(Qt::KeyboardModifiers held) {
     if (held.testFlag(Qt::MetaModifier))
         modifiers.insert(Modifier::control);
     std::vector<KeyCombo> result;
+    result.reserve(keys.size() + combosBehind.size());
     for (const auto* key : keys)
         result.push_back({key, modifiers});
     if (held == Qt::NoModifier) {
@@ -56,7 +57,7 @@ FunctionKeyBar::Cell cell(const UiContext& context, const KeyCombo& combo) {
                     ? QStringLiteral("eye")
                     : ActionIcons::iconOf(app::KActions::symbolName(*action));
     cell.toolTip = PlatformWords::title(*action);
-    if (const auto reason = context.app.obstacle(*action)) {
+    if (const auto reason = app::AppModel::obstacle(*action)) {
         cell.availability = FunctionKeyBar::Availability::unavailable;
         cell.toolTip = fromUtf8(*reason);
     }

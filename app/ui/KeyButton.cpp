@@ -126,7 +126,8 @@ void KeyButton::paintEvent(QPaintEvent*) {
     const auto inner = QRectF(rect()).adjusted(padding(), 0, -padding(), 0);
     if (!icon_.isEmpty()) {
         const int side = theme_.px(16);
-        painter.drawPixmap(QPointF(inner.left(), (height() - side) / 2),
+        const int top = (height() - side) / 2;
+        painter.drawPixmap(QPointF(inner.left(), top),
                            icons_->line(icon_, side, tokens.ok, devicePixelRatioF()));
     }
     painter.setFont(theme_.font(FontRole::body, QFont::Medium));

@@ -52,8 +52,8 @@ bool KeyMonitor::pressed(QWidget& focus, const QKeyEvent& event) {
             emit handled(table);
             return true;
         }
-    } else if (!isBlocked && isKeyOfMenu(*combo)) {
-        context_.app.perform(*context_.shortcuts.actionFor(*combo));
+    } else if (const auto action = isBlocked ? std::nullopt : actionOfMenu(*combo)) {
+        context_.app.perform(*action);
         return true;
     }
     if (*combo != KeyCombo::parse("f10") || isBlocked)
@@ -62,10 +62,11 @@ bool KeyMonitor::pressed(QWidget& focus, const QKeyEvent& event) {
     return true;
 }
 
-bool KeyMonitor::isKeyOfMenu(const KeyCombo& combo) const {
-    const auto action = context_.shortcuts.actionFor(combo);
-    return action &&
-           app::FennikCommands::menuEquivalent(*action, context_.shortcuts.map()) == combo;
+std::optional<app::KAction> KeyMonitor::actionOfMenu(const KeyCombo& combo) const {
+    auto action = context_.shortcuts.actionFor(combo);
+    if (action && app::FennikCommands::menuEquivalent(*action, context_.shortcuts.map()) != combo)
+        action.reset();
+    return action;
 }
 
 } // namespace fennik::ui

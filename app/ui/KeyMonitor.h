@@ -34,7 +34,8 @@ protected:
 
 private:
     bool pressed(QWidget& focus, const QKeyEvent& event);
-    bool isKeyOfMenu(const KeyCombo& combo) const;
+    /// What the key does that the menus show.
+    std::optional<app::KAction> actionOfMenu(const KeyCombo& combo) const;
 
     UiContext context_;
     app::KeyboardLayout& layout_;

@@ -130,6 +130,8 @@ void AppModel::open() {
     if (active.openItem())
         return;
     const auto item = active.cursorItem();
+    if (!item)
+        return;
     const auto* link = active.linkTarget(std::string(item->name));
     if (link != nullptr && link->isBroken)
         showToast(quoted(item->name) + " nejde otevřít: cíl odkazu neexistuje.",
