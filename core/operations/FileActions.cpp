@@ -28,16 +28,16 @@ void record(UndoJournal& journal, std::string title, std::vector<UndoStep> steps
     journal.record({.title = std::move(title), .steps = std::move(steps), .date = now()});
 }
 
-OpenFolder::Result<void> renamed(const FileUrl& item, const std::string& name) {
+OpenFolder::Result<void> renamed(const FileUrl& item, const std::string& newName) {
     const auto folder = OpenFolder::open(item.parent().path(), FollowLinks::yes);
     if (!folder)
         return std::unexpected(folder.error());
-    const std::string oldName(item.lastComponent());
-    auto done = renameExclusively(*folder, oldName, *folder, name);
+    const std::string name(item.lastComponent());
+    auto done = renameExclusively(*folder, name, *folder, newName);
     const bool isTaken = !done && done.error().code == EEXIST;
     // Where case does not count, the name may be taken by the very item.
-    if (isTaken && foldedText(oldName) == foldedText(name))
-        return renameWithinCase(*folder, oldName, name);
+    if (isTaken && foldedText(name) == foldedText(newName))
+        return renameWithinCase(*folder, name, newName);
     return done;
 }
 
@@ -71,7 +71,7 @@ std::expected<FileUrl, Failure> rename(const FileUrl& item, std::string_view nam
                        " nejde přejmenovat: " + done.error().reason());
     }
     const auto form = item.hasDirectoryForm() ? FileUrl::Form::directory : FileUrl::Form::file;
-    const auto target = item.parent().appending(*newName, form);
+    auto target = item.parent().appending(*newName, form);
     record(journal, "Přejmenování na " + quoted(*newName), {UndoSteps::Moved{item, target}});
     return target;
 }
