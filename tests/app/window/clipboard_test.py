@@ -48,7 +48,8 @@ class Clipboard(unittest.TestCase):
         self.assertEqual(self.content(CUT), b"0")
         self.assertEqual(self.content("text/plain"), b"\n".join(paths))
         # Another run of the program is another program too.
-        self.assertEqual(self.ask(self.program, "files"), b"copy\n" + b"".join(p + b"\n" for p in paths))
+        self.assertEqual(self.ask(self.program, "files"),
+                         b"copy\n" + b"".join(p + b"\n" for p in paths))
 
     def test_reads_the_files_of_other_programs(self):
         for target, content, found in (

@@ -24,10 +24,11 @@ def mount(folder):
     options = f"fd={connection},rootmode=40000,user_id=0,group_id=0,allow_other"
     if libc.mount(b"fennik", folder.encode(), b"fuse.fennik", 0, options.encode()) != 0:
         raise OSError(ctypes.get_errno(), os.strerror(ctypes.get_errno()))
-    # What comes after this is not even read, so that whoever waits for an answer can still be killed.
+    # What comes after this is not even read, so that whoever waits for an answer can be killed.
     _, operation, number, *_ = IN_HEADER.unpack_from(os.read(connection, 1 << 17))
     assert operation == INIT
-    os.write(connection, OUT_HEADER.pack(OUT_HEADER.size + len(INIT_ANSWER), 0, number) + INIT_ANSWER)
+    os.write(connection,
+             OUT_HEADER.pack(OUT_HEADER.size + len(INIT_ANSWER), 0, number) + INIT_ANSWER)
     return connection
 
 

@@ -1,4 +1,4 @@
-"""A network disk whose server is gone must hold up nothing: neither the start nor typing nor leaving it."""
+"""A network disk whose server is gone must hold up nothing: not the start, typing or leaving it."""
 import json
 import os
 import pathlib
@@ -7,7 +7,8 @@ import sys
 import time
 import unittest
 
-from support import LEFT, RIGHT, UP, WindowTest, has_ended, main, set_up_desktop, stays_so, wait_until
+from support import (LEFT, RIGHT, UP, WindowTest, has_ended, main, set_up_desktop, stays_so,
+                     wait_until)
 
 NO_ANSWER = "Složka neodpovídá – Esc ji opustí"
 
@@ -62,9 +63,11 @@ class DeadMount(WindowTest):
                     (label.get_name() for label in fennik.shown("label")),
                     "the dialog counts matches", timeout=1)
         fennik.press("Enter")
-        fennik.wait(lambda: fennik.status(RIGHT).startswith("Označeno 1 z 2"), "the mask marks", timeout=1)
+        fennik.wait(lambda: fennik.status(RIGHT).startswith("Označeno 1 z 2"), "the mask marks",
+                    timeout=1)
         self.type_path(fennik, f"{self.left}/Al")
-        fennik.expect("the suggestions", lambda: fennik.list_items("Návrhy složek"), [f"{self.left}/Alfa"])
+        fennik.expect("the suggestions", lambda: fennik.list_items("Návrhy složek"),
+                      [f"{self.left}/Alfa"])
         fennik.press("Esc")
         self.assertLess(time.monotonic() - started, 5)
         fennik.expect("the status line", lambda: fennik.status(LEFT), NO_ANSWER, timeout=6)
@@ -84,18 +87,21 @@ class DeadMount(WindowTest):
         fennik.press("Enter")
         fennik.expect("the status line", lambda: fennik.status(LEFT), "Načítám…", timeout=2)
         self.desktop.type("d")
-        fennik.expect("the path", lambda: fennik.text("Cesta ke složce"), f"{self.dead}/abcd", timeout=1)
+        fennik.expect("the path", lambda: fennik.text("Cesta ke složce"), f"{self.dead}/abcd",
+                      timeout=1)
         fennik.press("Esc")
         fennik.expect("the panel with the keyboard", fennik.keyboard_side, LEFT, timeout=1)
         fennik.expect("the status line", lambda: fennik.status(LEFT), "3 položky", timeout=1)
         # Paths elsewhere are suggested all the same.
         self.type_path(fennik, f"{self.left}/Al")
-        fennik.expect("the suggestions", lambda: fennik.list_items("Návrhy složek"), [f"{self.left}/Alfa"])
+        fennik.expect("the suggestions", lambda: fennik.list_items("Návrhy složek"),
+                      [f"{self.left}/Alfa"])
         fennik.press("Down", "Enter")
         fennik.expect_table(LEFT, "Alfa, 0 položek")
 
     def test_in_a_saved_tab_does_not_hold_up_the_start(self):
-        panels = {"left": {"tabs": [{"path": str(self.left)}, {"path": str(self.dead)}], "active": 1},
+        panels = {"left": {"tabs": [{"path": str(self.left)}, {"path": str(self.dead)}],
+                           "active": 1},
                   "right": {"tabs": [{"path": f"{self.dead}/uvnitř"}, {"path": str(self.right)},
                                      {"path": f"{self.right}/není"}], "active": 1}}
         text = json.dumps(panels).replace("\\", "\\\\").replace('"', '\\"')
@@ -109,13 +115,15 @@ class DeadMount(WindowTest):
         self.expect_alive(fennik)
         # What does not answer may be there; what is known to be gone is dropped.
         fennik.expect("the tabs", lambda: fennik.tabs(RIGHT), ["uvnitř", f"[{self.right.name}]"])
-        fennik.expect("the tabs", lambda: fennik.tabs(LEFT), [self.left.name, f"[{self.dead.name}]"])
+        fennik.expect("the tabs", lambda: fennik.tabs(LEFT),
+                      [self.left.name, f"[{self.dead.name}]"])
         fennik.press("Ctrl+D")
         fennik.wait(lambda: len(fennik.list_items("Oblíbené a nedávné složky")) > 2,
                     "the menu is shown", timeout=1)
         fennik.press("Esc", "Tab", "Ctrl+Tab")
         fennik.expect_table(LEFT, f"{self.left.name}, 3 položky")
-        stays_so(lambda: fennik.tabs(LEFT) == [f"[{self.left.name}]", self.dead.name], "the tab stays")
+        stays_so(lambda: fennik.tabs(LEFT) == [f"[{self.left.name}]", self.dead.name],
+                 "the tab stays")
 
 
 if __name__ == "__main__":

@@ -62,11 +62,13 @@ class Keys:
         self.keyboard.press(*combinations, "F1")
         wait_until(lambda: self.lines()[before:][-1:] == ["F1"],
                    lambda: f"F1 is printed after {self.lines()[before:]}")
-        self.assertEqual(self.lines()[before:-1], [combo for combo in combinations.values() if combo])
+        self.assertEqual(self.lines()[before:-1],
+                         [combo for combo in combinations.values() if combo])
 
     # What the layout has no say in.
     EVERYWHERE = {
-        "Shift+F6": "⇧F6", "Ctrl+Shift+Tab": "⇧⌘⇥", "Shift+Tab": "⇧⇥", "Enter": "↩", "Backspace": "⌫",
+        "Shift+F6": "⇧F6", "Ctrl+Shift+Tab": "⇧⌘⇥", "Shift+Tab": "⇧⇥", "Enter": "↩",
+        "Backspace": "⌫",
         "Insert": "Insert", "Delete": "⌦", "Ctrl+Shift+Space": "⇧⌘Mezerník", "Alt+Home": "⌥↖",
         "NumPlus": "Num+", "Ctrl+NumMinus": "⌘Num−", "NumMultiply": "Num*", "NumEnter": "⌅",
         "Alt+1": "⌥1", "Ctrl+Alt+2": "⌥⌘2", "Shift+3": "⇧3", "Ctrl+0": "⌘0",

@@ -1,5 +1,6 @@
 """Drives marks, tabs, sizes, the search by letters, menus and the function keys with real keys."""
-from support import LEFT, RIGHT, UP, WindowTest, main, row_name, set_up_desktop, stays_so, wait_until
+from support import (LEFT, RIGHT, UP, WindowTest, main, row_name, set_up_desktop, stays_so,
+                     wait_until)
 
 setUpModule = set_up_desktop
 
@@ -48,7 +49,8 @@ class Marks(WindowTest):
         self.expect_marked(chip="5 položek")
 
     def test_stay_with_their_files_and_with_their_panel(self):
-        self.fennik.press("End", "Insert", "Ctrl+Alt+3", "Ctrl+Shift+Period", "Ctrl+R", "Tab", "Ctrl+A", "Tab")
+        self.fennik.press("End", "Insert", "Ctrl+Alt+3", "Ctrl+Shift+Period", "Ctrl+R", "Tab",
+                          "Ctrl+A", "Tab")
         self.expect_marked("čaj.txt")
         (self.left / "čaj.txt").unlink()
         self.expect_marked(chip="4 položky")
@@ -65,7 +67,8 @@ class Marks(WindowTest):
         self.fennik.expect("the mask", lambda: self.fennik.text("Maska"), "*.PDF")
         self.fennik.expect("the number of matches", self.matches, "Odpovídá 1 položka, 1,0\u00a0kB")
         self.desktop.type(";?.txt;*/")
-        self.fennik.expect("the number of matches", self.matches, "Odpovídají 4 položky, 7,0\u00a0kB")
+        self.fennik.expect("the number of matches", self.matches,
+                           "Odpovídají 4 položky, 7,0\u00a0kB")
         self.fennik.press("Enter")
         self.expect_marked("Složka", "a.pdf", "b.txt", "c.TXT", chip="Označeno 4 z 5 · 7,0\u00a0kB")
         self.assertIsNone(self.fennik.dialog())
@@ -179,7 +182,8 @@ class Tabs(WindowTest):
         fennik.expect("the panel with the keyboard", fennik.keyboard_side, LEFT)
         fennik.expect_title(f"{self.right.name} – Fennik")
         fennik.press("Tab", "Ctrl+PageUp")
-        fennik.wait(lambda: fennik.status(RIGHT).startswith("Označeno 1 z 3"), "the mark came along")
+        fennik.wait(lambda: fennik.status(RIGHT).startswith("Označeno 1 z 3"),
+                    "the mark came along")
 
 
 class Ways(WindowTest):

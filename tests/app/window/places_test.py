@@ -70,8 +70,10 @@ class PathField(PlacesTest):
                            [f"{self.left}/Alfa", f"{self.left}/alfabeta"])
         self.fennik.press("Down", "Down", "Enter")
         self.expect_panel(self.left / "alfabeta")
-        for typed, folder in (("..", self.left), ("Beta", self.left / "Beta"), ("../Alfa/", self.left / "Alfa"),
-                              ("~", self.home["HOME"]), (f"file://{self.left}/Beta", self.left / "Beta"),
+        for typed, folder in (("..", self.left), ("Beta", self.left / "Beta"),
+                              ("../Alfa/", self.left / "Alfa"),
+                              ("~", self.home["HOME"]),
+                              (f"file://{self.left}/Beta", self.left / "Beta"),
                               (f"  {self.left}  ", self.left)):
             with self.subTest(typed=typed):
                 self.fennik.press("Ctrl+Shift+G")
@@ -103,14 +105,15 @@ class PathField(PlacesTest):
         self.fennik.press("Enter")
         sentence = ("Složka „nic“ teď není dostupná – neexistuje, nebo je na odpojeném disku či "
                     "síti.")
-        self.fennik.wait(lambda: sentence in (label.get_name() for label in self.fennik.shown("label")),
+        labels = lambda: [label.get_name() for label in self.fennik.shown("label")]
+        self.fennik.wait(lambda: sentence in labels(),
                          "the sentence stands below the field")
         self.assertEqual(next(field.get_description() for field in self.fennik.shown("text")
                               if field.get_name() == FIELD), sentence)
         self.expect_text(f"{self.left}/nic")
         self.assertEqual(self.fennik.names(LEFT), [UP, "Alfa", "alfabeta", "Beta", "a.txt"])
         self.fennik.press("Backspace")
-        self.fennik.wait(lambda: sentence not in (label.get_name() for label in self.fennik.shown("label")),
+        self.fennik.wait(lambda: sentence not in labels(),
                          "the sentence is gone once something is typed")
         self.fennik.press("Esc")
         self.expect_panel(self.left)
@@ -138,8 +141,9 @@ class PathField(PlacesTest):
         self.assertIsNone(self.fennik.dialog())
         self.assertEqual(self.fennik.toast(), "")
         self.fennik.press("Ctrl+A", "Ctrl+C", "End", "Ctrl+V")
-        self.fennik.wait(lambda: len(self.fennik.text(FIELD)) == 2 * len(set(self.fennik.text(FIELD))),
-                         lambda: f"the text stands there twice: {self.fennik.text(FIELD)!r}")
+        text = lambda: self.fennik.text(FIELD)
+        self.fennik.wait(lambda: len(text()) == 2 * len(set(text())),
+                         lambda: f"the text stands there twice: {text()!r}")
         self.fennik.press("Ctrl+Z")
         self.fennik.wait(lambda: len(self.fennik.text(FIELD)) == len(set(self.fennik.text(FIELD))),
                          lambda: f"the pasting is undone: {self.fennik.text(FIELD)!r}")
@@ -210,7 +214,8 @@ class Favourites(PlacesTest):
                                                 "Přidat složku do oblíbených, Ctrl+Shift+D"])
         fennik.press("Backspace", "Backspace", "Backspace")
         self.desktop.type("bet")
-        fennik.wait(lambda: [place.split(", ")[0] for place in self.places()][:2] == ["Oblíbené", "Beta"],
+        names = lambda: [place.split(", ")[0] for place in self.places()]
+        fennik.wait(lambda: names()[:2] == ["Oblíbené", "Beta"],
                     lambda: f"Beta alone fits: {self.places()}")
         fennik.press("Ctrl+Enter")
         fennik.expect("the tabs", lambda: fennik.tabs(LEFT), ["Alfa", "[Beta]"])
@@ -231,7 +236,8 @@ class Favourites(PlacesTest):
             items = self.places()
             begin = items.index("Nedávné") + 1 if "Nedávné" in items else len(items)
             return [item.split(", ")[0] for item in items[begin:-1]]
-        self.fennik.wait(lambda: recents()[:3] == ["Beta", "alfabeta", "Alfa"], lambda: f"{recents()}")
+        self.fennik.wait(lambda: recents()[:3] == ["Beta", "alfabeta", "Alfa"],
+                         lambda: f"{recents()}")
         self.assertEqual(len(recents()), len(set(recents())))
         self.fennik.press("Down", "Enter")
         self.expect_panel(self.left / "alfabeta")

@@ -1,4 +1,4 @@
-"""Holds what the program finds again at its next start, whatever became of it and of its settings."""
+"""Holds what the program finds again at its next start, whatever became of it or its settings."""
 import json
 import random
 import re
@@ -189,7 +189,8 @@ class BadSettings(RestartTest):
                 ("a file cut off", whole.encode()[:-30], whole.encode()[:-30]),
                 ("nothing", b"", b""),
                 ("broken values", b"[General]\npanels.v1=\"@ByteArray({\\\"left\\\":\"\n"
-                                  b"shortcuts.v1=@ByteArray([[[)\nfavorites=@Invalid()\n", b"left\\\":")):
+                                  b"shortcuts.v1=@ByteArray([[[)\nfavorites=@Invalid()\n",
+                                  b"left\\\":")):
             with self.subTest(what=what):
                 file = self.settings_file(self.home)
                 shutil.rmtree(file.parent, ignore_errors=True)
@@ -202,7 +203,8 @@ class BadSettings(RestartTest):
     def test_of_wrong_types_lose_no_more_than_what_is_wrong(self):
         good = {"path": str(self.right), "sort": {"key": "size", "ascending": False}}
         panels = {"left": {"tabs": [{"path": "relativní"}, {"path": ""}, 5, None,
-                                    {"path": str(self.left / "Beta"), "sort": 7, "cursorName": "b"}],
+                                    {"path": str(self.left / "Beta"), "sort": 7,
+                                     "cursorName": "b"}],
                            "active": 4},
                   "right": {"tabs": [good, {"id": 1, "path": str(self.left)}], "active": "nic"},
                   "activeSide": "right", "future": {"x": 1}}
@@ -213,13 +215,16 @@ class BadSettings(RestartTest):
         fennik = self.start_again()
         fennik.expect("the folder", lambda: fennik.shown_path(LEFT), str(self.left / "Beta"))
         fennik.expect("the panel with the keyboard", fennik.keyboard_side, RIGHT)
-        fennik.expect("the tabs", lambda: fennik.tabs(RIGHT), [f"[{self.right.name}]", self.left.name])
+        fennik.expect("the tabs", lambda: fennik.tabs(RIGHT),
+                      [f"[{self.right.name}]", self.left.name])
         fennik.expect("the tabs", lambda: fennik.tabs(LEFT), ["[Beta]"])
         fennik.expect_cursor("b", LEFT)
         fennik.press("Ctrl+D", "1")
         fennik.expect("the folder", lambda: fennik.shown_path(RIGHT), str(self.left))
-        wait_until(lambda: self.saved_paths("left") == [str(self.left / "Beta")], "the tabs are saved")
-        self.assertRegex(self.settings_file(self.home).read_text(encoding="utf-8"), "(?m)^z.*=hodnota$")
+        wait_until(lambda: self.saved_paths("left") == [str(self.left / "Beta")],
+                   "the tabs are saved")
+        self.assertRegex(self.settings_file(self.home).read_text(encoding="utf-8"),
+                         "(?m)^z.*=hodnota$")
 
     def test_of_shortcuts_hold_and_keep_what_another_version_has_bound(self):
         def combo(key):

@@ -50,10 +50,12 @@ class SlowFolder(WindowTest):
         fennik.press("NumPlus")
         self.desktop.type("[12]*")
         fennik.press("Enter")
-        fennik.wait(lambda: fennik.status(RIGHT).startswith("Označeno 2 z 9"), "the mask marks", timeout=1)
+        fennik.wait(lambda: fennik.status(RIGHT).startswith("Označeno 2 z 9"), "the mask marks",
+                    timeout=1)
         fennik.press("Ctrl+L", "End")
         self.desktop.type("/../")
-        fennik.wait(lambda: any(item.endswith(self.left.name) for item in fennik.list_items("Návrhy složek")),
+        fennik.wait(lambda: any(item.endswith(self.left.name)
+                                for item in fennik.list_items("Návrhy složek")),
                     "folders are suggested", timeout=1)
         fennik.press("Esc", "Ctrl+R")
         fennik.expect("the table", lambda: fennik.table(RIGHT).get_name(),

@@ -36,12 +36,14 @@ libc = ctypes.CDLL(None, use_errno=True)
 # what they type. Esc has its name, because xdotool takes a single digit for a character.
 KEYS = {
     "Esc": "Escape", **{key: 10 + place for place, key in enumerate("1234567890")}, "Minus": 20,
-    "Equal": 21, "Backspace": 22, "Tab": 23, **{key: 24 + place for place, key in enumerate("QWERTYUIOP")},
+    "Equal": 21, "Backspace": 22, "Tab": 23,
+    **{key: 24 + place for place, key in enumerate("QWERTYUIOP")},
     "Bracket": 34, "BracketRight": 35, "Enter": 36, "Ctrl": 37,
     **{key: 38 + place for place, key in enumerate("ASDFGHJKL")}, "Semicolon": 47, "Shift": 50,
-    **{key: 52 + place for place, key in enumerate("ZXCVBNM")}, "Period": 60, "NumMultiply": 63, "Alt": 64,
-    "Space": 65, "CapsLock": 66, **{f"F{number}": 66 + number for number in range(1, 11)}, "NumLock": 77,
-    "ScrollLock": 78, "NumMinus": 82, "NumPlus": 86, "Num1": 87, "NumEnter": 104, "AltGr": 108,
+    **{key: 52 + place for place, key in enumerate("ZXCVBNM")}, "Period": 60, "NumMultiply": 63,
+    "Alt": 64, "Space": 65, "CapsLock": 66,
+    **{f"F{number}": 66 + number for number in range(1, 11)}, "NumLock": 77, "ScrollLock": 78,
+    "NumMinus": 82, "NumPlus": 86, "Num1": 87, "NumEnter": 104, "AltGr": 108,
     "Home": 110, "Up": 111, "PageUp": 112, "Left": 113, "Right": 114, "End": 115, "Down": 116,
     "PageDown": 117, "Insert": 118, "Delete": 119, "Super": 133,
 }
@@ -64,7 +66,8 @@ def wait_until(condition, what, timeout=PATIENCE):
         if said:
             return said
         if time.monotonic() > deadline:
-            raise TooLate(f"Not within {timeout} s: {what() if callable(what) else what}") from failure
+            reason = what() if callable(what) else what
+            raise TooLate(f"Not within {timeout} s: {reason}") from failure
         time.sleep(0.02)
 
 
@@ -184,7 +187,8 @@ class Desktop:
              f"--address=unix:path={self.folder}/runtime/session"])
         keys = self.folder / "window-manager.xml"
         keys.write_text(WINDOW_MANAGER_KEYS, encoding="utf-8")
-        self.spawn(["openbox", "--sm-disable", "--config-file", keys], stdout=self.log, stderr=self.log)
+        self.spawn(["openbox", "--sm-disable", "--config-file", keys], stdout=self.log,
+                   stderr=self.log)
         wait_until(lambda: b"window id" in self._ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
                    "the window manager has started")
         self.accessibility = self._accessibility()
@@ -230,7 +234,8 @@ class Desktop:
 
     def use_layout(self, layout, *options):
         """Turns the keyboard to a layout, as the desktop's settings do."""
-        subprocess.run(["setxkbmap", layout, *options], env=self.environment, check=True, timeout=PATIENCE)
+        subprocess.run(["setxkbmap", layout, *options], env=self.environment, check=True,
+                       timeout=PATIENCE)
 
     def press(self, *combinations):
         """Presses combinations such as "Ctrl+Alt+1", one after the other."""
@@ -324,10 +329,11 @@ class Fennik:
         self.desktop.press(*combinations)
 
     def open_tab(self, side=LEFT):
-        """Opens a tab and waits for its rows, before which there is nothing to move the cursor over."""
+        """Opens a tab and waits for its rows; the cursor can move over nothing before."""
         wanted = max(1, len(self.tabs(side))) + 1
         self.press("Ctrl+T")
-        self.wait(lambda: len(self.tabs(side)) == wanted and self.cursor(side), "the new tab shows rows")
+        self.wait(lambda: len(self.tabs(side)) == wanted and self.cursor(side),
+                  "the new tab shows rows")
 
     def all(self, start=None):
         """Everything on the accessibility tree, in the order in which it is read."""
@@ -400,7 +406,7 @@ class Fennik:
         return self.desktop.accessibility.Text.get_text(field, 0, -1)
 
     def tabs(self, side):
-        """The titles of a panel's tabs, the active one in brackets; none where no strip is shown."""
+        """The titles of a panel's tabs, the active one in brackets; none without a strip."""
         return [f"[{tab.get_name()}]" if self.has_state(tab, "SELECTED") else tab.get_name()
                 for tab in self.shown("page tab", self.part(side, TAB_STRIP))]
 

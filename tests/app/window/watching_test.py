@@ -1,4 +1,4 @@
-"""Holds that what happens to a shown folder outside appears by itself, and moves nothing it need not."""
+"""Holds that what happens to a shown folder appears by itself and moves no more than it must."""
 import os
 import shutil
 import time
@@ -38,15 +38,18 @@ class Watching(WindowTest):
         (self.left / "001.txt").unlink()
         self.expect_count(200)
         (self.left / "002.txt").rename(self.left / "!první.txt")
-        self.fennik.wait(lambda: self.fennik.names(LEFT)[1] == "!první.txt", "the new name is shown", AT_ONCE)
+        self.fennik.wait(lambda: self.fennik.names(LEFT)[1] == "!první.txt",
+                         "the new name is shown", AT_ONCE)
         self.assertNotIn("002.txt", self.fennik.names(LEFT))
         (self.left / "003.txt").write_bytes(b"x" * 5000)
         self.fennik.wait(lambda: any(row.startswith("003.txt, textový dokument, 5,0\u00a0kB")
-                                     for row in self.fennik.rows(LEFT)), "the new size is shown", AT_ONCE)
+                                     for row in self.fennik.rows(LEFT)), "the new size is shown",
+                         AT_ONCE)
 
     def test_leaves_cursor_marks_and_scroll_position_as_they_are(self):
         self.fennik.press("End", *["PageUp"] * 2, "Insert", "Up")
-        self.fennik.wait(lambda: self.fennik.status(LEFT).startswith("Označeno 1 z 200"), "the mark is set")
+        self.fennik.wait(lambda: self.fennik.status(LEFT).startswith("Označeno 1 z 200"),
+                         "the mark is set")
         cursor, top = self.fennik.cursor(), self.top_row()
         for number in range(10):
             (self.left / f"!{number}.txt").touch()
@@ -79,8 +82,8 @@ class Watching(WindowTest):
 
     def test_says_so_when_the_folder_is_deleted_or_moved_away(self):
         shutil.rmtree(self.left)
-        sentence = (f"Složka „{self.left.name}“ teď není dostupná – neexistuje, nebo je na odpojeném disku "
-                    "či síti.")
+        sentence = (f"Složka „{self.left.name}“ teď není dostupná – neexistuje, nebo je na "
+                    "odpojeném disku či síti.")
         self.fennik.expect("the message", lambda: self.fennik.message(LEFT), sentence, AT_ONCE)
         self.fennik.expect("the status line", lambda: self.fennik.status(LEFT), "Nedostupná")
         self.left.mkdir()
@@ -98,7 +101,8 @@ class Watching(WindowTest):
     def test_says_so_when_a_file_takes_the_place_of_the_folder(self):
         shutil.rmtree(self.left)
         self.left.write_text("soubor", encoding="utf-8")
-        self.fennik.wait(lambda: f"„{self.left.name}“" in self.fennik.message(LEFT), "the panel says so")
+        self.fennik.wait(lambda: f"„{self.left.name}“" in self.fennik.message(LEFT),
+                         "the panel says so")
         self.fennik.press("Backspace")
         self.fennik.wait(lambda: self.fennik.cursor(), "the panel is usable")
         self.assertEqual(self.left.read_text(encoding="utf-8"), "soubor")
@@ -112,11 +116,13 @@ class Watching(WindowTest):
 
     def test_does_not_show_the_folder_again_that_was_left(self):
         self.fennik.press("Backspace")
-        self.fennik.wait(lambda: self.left.name in self.fennik.names(LEFT), "the folder above is shown")
+        self.fennik.wait(lambda: self.left.name in self.fennik.names(LEFT),
+                         "the folder above is shown")
         cursor = self.fennik.cursor()
         (self.left / "nový").touch()
         stays_so(lambda: self.left.name in self.fennik.names(LEFT)
-                 and self.fennik.cursor().split(", ")[0] == cursor.split(", ")[0], "the folder above is shown")
+                 and self.fennik.cursor().split(", ")[0] == cursor.split(", ")[0],
+                 "the folder above is shown")
 
 
 if __name__ == "__main__":
