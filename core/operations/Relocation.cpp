@@ -107,7 +107,7 @@ void removeCopy(const MovedCopy& copy, const FolderNode::Pointer& targetFolder) 
     };
     // A folder made here may have got a mode that forbids it.
     if (!remove() && copy.to != targetFolder && fchmod((*held)->descriptor(), S_IRWXU) == 0)
-        remove();
+        static_cast<void>(remove());
 }
 
 } // namespace
@@ -147,7 +147,7 @@ std::expected<void, std::string> move(const FileUrl& from, const FileUrl& to) {
     for (const auto& folder : transfer.madeFolders() | std::views::reverse) {
         const auto above = folder->parent()->open();
         if (above)
-            (*above)->removeFolder(std::string(folder->url().lastComponent()));
+            static_cast<void>((*above)->removeFolder(std::string(folder->url().lastComponent())));
     }
     return std::unexpected(sentence);
 }

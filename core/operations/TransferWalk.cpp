@@ -347,7 +347,7 @@ TransferWalk::Placing TransferWalk::enterNewFolder(const Attempt& attempt) {
     const auto target = FolderNode::below(item.to, attempt.name);
     if (!target) {
         // It is empty, and so is whatever else it may be that is removed.
-        (*to)->removeFolder(attempt.name);
+        static_cast<void>((*to)->removeFolder(attempt.name));
         return fail(target.error());
     }
     context_.addStep(UndoSteps::Created{(*target)->url()});
@@ -397,7 +397,7 @@ void TransferWalk::leave(Visit visit) {
         const auto target = level.target->open();
         // A folder without these is complete all the same.
         if (source && target)
-            copyFolderMetadata(**source, **target);
+            static_cast<void>(copyFolderMetadata(**source, **target));
     }
     if (!isMove())
         return;
