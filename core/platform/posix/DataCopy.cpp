@@ -90,8 +90,11 @@ std::expected<std::int64_t, CopyFailure> RangeCopy::copyChunk(std::int64_t offse
             return lastCopyFailure();
         if (moved == 0)
             return 0;
+        const auto step = progress_(moved);
+        // With the time for which the progress holds the copy back: the slower it is meant to be,
+        // the smaller the steps that are seen.
         chunk_.took(moved, Clock::now() - begin);
-        if (progress_(moved) == CopyStep::stop)
+        if (step == CopyStep::stop)
             return stopped();
         return moved;
     }

@@ -8,8 +8,10 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -19,6 +21,7 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <sys/xattr.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -125,6 +128,21 @@ void expectTimes(const std::string& path) {
 }
 
 } // namespace
+
+TEST_F(ItemCopyTest, whatHoldsItBackMakesTheStepsSmaller) {
+    folder.file("s", std::string(3 << 20, 'x'));
+    std::vector<std::int64_t> steps;
+    const auto copied =
+        copyItem(opened(folder.url().path()), "s", opened(folder.url().path()), "d",
+                 Cloning::forbidden, [&](std::int64_t bytes) {
+                     // Ten megabytes in a second.
+                     std::this_thread::sleep_for(std::chrono::nanoseconds(100) * bytes);
+                     steps.push_back(bytes);
+                     return CopyStep::goOn;
+                 });
+    ASSERT_TRUE(copied);
+    EXPECT_LE(std::ranges::max(steps), 1 << 20) << "or who looks on would see it stand";
+}
 
 TEST_F(ItemCopyTest, keepsContentTimesModeAndAttributes) {
     folder.file("s", "obsah");
