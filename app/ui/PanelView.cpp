@@ -115,6 +115,8 @@ PanelView::PanelView(const UiContext& context, app::PanelSide side, QWidget* par
     connect(&context_.app, &app::AppModel::changed, this, [this](app::AppChanges changes) {
         if (changes.testFlag(app::AppChange::request))
             takeRename();
+        if (changes & (app::AppChange::busy | app::AppChange::activeSide))
+            takeBusy();
     });
     connect(rename_, &RenameField::committed, &context_.app, &app::AppModel::commitRename);
     connect(rename_, &RenameField::nextWanted, &context_.app, &app::AppModel::renameNext);
@@ -148,6 +150,11 @@ void PanelView::takeRename() {
     }
     if (!request->failure.empty())
         rename_->showError(fromUtf8(request->failure));
+}
+
+void PanelView::takeBusy() {
+    const bool isActive = context_.app.activeSide() == panel_.side();
+    statusLine_->setBusy(isActive ? fromUtf8(context_.app.busyText()) : QString());
 }
 
 void PanelView::showMenu(const QPoint& corner) {

@@ -50,6 +50,7 @@ private:
     void takePanel(app::PanelChanges changes);
     void takeTabs();
     void takeRename();
+    void takeBusy();
     void holdPicture();
     void showMenu(const QPoint& corner);
     void setLoadingStage(LoadingStage stage);

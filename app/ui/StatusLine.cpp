@@ -8,6 +8,8 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
+#include <utility>
+
 namespace fennik::ui {
 
 namespace {
@@ -48,11 +50,26 @@ StatusLine::StatusLine(app::PanelModel& panel, const Theme& theme, Icons& icons,
 
 void StatusLine::setLoadingStage(LoadingStage stage) {
     stage_ = stage;
-    // The icon of a load stands before the words.
-    auto margins = layout()->contentsMargins();
-    margins.setLeft(theme_.px(stage == LoadingStage::none ? sideMargin : sideMargin + iconRoom));
-    layout()->setContentsMargins(margins);
+    makeRoomForIcon();
     takePanel();
+}
+
+void StatusLine::setBusy(const QString& text) {
+    if (std::exchange(busy_, text) == text)
+        return;
+    makeRoomForIcon();
+    takePanel();
+}
+
+bool StatusLine::isAtWork() const {
+    return stage_ != LoadingStage::none || !busy_.isEmpty();
+}
+
+void StatusLine::makeRoomForIcon() {
+    // It stands before the words.
+    auto margins = layout()->contentsMargins();
+    margins.setLeft(theme_.px(isAtWork() ? sideMargin + iconRoom : sideMargin));
+    layout()->setContentsMargins(margins);
 }
 
 void StatusLine::setSearch(const QString& text) {
@@ -79,6 +96,8 @@ void StatusLine::takePanel() {
 
 QString StatusLine::summary() const {
     using Case = FolderOpener::Failure::Case;
+    if (!busy_.isEmpty())
+        return busy_;
     if (!hint_.isEmpty())
         return hint_;
     if (stage_ == LoadingStage::noAnswer)
@@ -98,7 +117,7 @@ QString StatusLine::summary() const {
 QString StatusLine::marksText() const {
     const auto& totals = panel_.markTotals();
     const bool isSaidOtherwise = !search_.isEmpty() || !hint_.isEmpty();
-    if (totals.count == 0 || panel_.error() || stage_ != LoadingStage::none || isSaidOtherwise)
+    if (totals.count == 0 || panel_.error() || isAtWork() || isSaidOtherwise)
         return {};
     auto text = QStringLiteral("Označeno %1 z %2 · %3")
                     .arg(fromUtf8(Format::grouped(totals.count)),
@@ -110,7 +129,7 @@ QString StatusLine::marksText() const {
 }
 
 QString StatusLine::details() const {
-    if (panel_.error() || stage_ != LoadingStage::none || !hint_.isEmpty())
+    if (panel_.error() || isAtWork() || !hint_.isEmpty())
         return {};
     if (panel_.cursor() >= panel_.items().size())
         return {};
@@ -132,7 +151,7 @@ QString StatusLine::details() const {
 
 void StatusLine::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (stage_ != LoadingStage::none) {
+    if (isAtWork()) {
         const int side = theme_.px(14);
         painter.drawPixmap(theme_.px(sideMargin), (height() - side) / 2,
                            icons_.line(QStringLiteral("loader-circle"), side, theme_.tokens().text2,

@@ -27,12 +27,16 @@ public:
     void setSearch(const QString& text);
     /// What the keys or a drag would do, in place of everything but the free space; empty for none.
     void setHint(const QString& hint);
+    /// What takes its time, in place even of a hint; empty for nothing.
+    void setBusy(const QString& text);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     void takePanel();
+    void makeRoomForIcon();
+    bool isAtWork() const;
     QString summary() const;
     QString marksText() const;
     QString details() const;
@@ -43,6 +47,7 @@ private:
     LoadingStage stage_ = LoadingStage::none;
     QString search_;
     QString hint_;
+    QString busy_;
     MarksChip* marks_;
     RunLabel* summary_;
     RunLabel* details_;

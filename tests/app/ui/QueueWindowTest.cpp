@@ -2,11 +2,13 @@
 #include "app/ui/OperationsCard.h"
 #include "app/ui/PanelTable.h"
 #include "app/ui/PanelView.h"
+#include "app/ui/StatusLine.h"
 #include "app/ui/dialogs/LinesDialog.h"
 #include "app/ui/dialogs/QuitDialog.h"
 #include "tests/support/WindowFixture.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QTest>
@@ -152,6 +154,26 @@ TEST_F(QueueWindowTest, theButtonOfAToastDoesWhatItSays) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
     EXPECT_EQ(shown<LinesDialog>(), nullptr);
     EXPECT_EQ(QApplication::focusWidget(), panel());
+}
+
+TEST_F(QueueWindowTest, theActivePanelSaysWhatTakesItsTime) {
+    const auto said = [&](app::PanelSide side) {
+        QString text;
+        for (const auto* label :
+             window.view(side).findChild<StatusLine*>()->findChildren<QLabel*>())
+            text += label->text();
+        return text.contains("Vytvářím složku „x“…");
+    };
+    app.perform(app::KAction::newFolder);
+    app.confirmNewFolder("x");
+    EXPECT_FALSE(said(app::PanelSide::left)); // it may be done in a moment
+    timers.pass(std::chrono::milliseconds(150));
+    EXPECT_TRUE(said(app::PanelSide::left));
+    EXPECT_FALSE(said(app::PanelSide::right));
+    app.perform(app::KAction::switchPanel);
+    EXPECT_TRUE(said(app::PanelSide::right));
+    settle();
+    EXPECT_FALSE(said(app::PanelSide::right));
 }
 
 TEST_F(QueueWindowTest, theMenuNamesWhatUndoTakesBack) {
