@@ -205,7 +205,7 @@ JobRow::JobRow(const JobSnapshot& job, const Words& words, const Theme& theme, I
     connect(resume_, &QAbstractButton::clicked, this, &JobRow::resumeRequested);
     connect(cancel_, &QAbstractButton::clicked, this, &JobRow::cancelRequested);
     connect(remove_, &QAbstractButton::clicked, this, &JobRow::removeRequested);
-    connect(unfold_, &QAbstractButton::clicked, this, &JobRow::setShowErrors);
+    connect(unfold_, &QAbstractButton::toggled, this, &JobRow::setShowErrors);
     connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
     takeJob();
 }
@@ -292,7 +292,9 @@ void JobRow::showProgress() {
 }
 
 void JobRow::setShowErrors(bool shows) {
-    showErrors_ = shows && !job_.errors->empty();
+    const bool willShow = shows && !job_.errors->empty();
+    if (std::exchange(showErrors_, willShow) == willShow)
+        return;
     unfold_->setChecked(showErrors_);
     unfold_->setCount(job_.errors->size());
     if (!showErrors_ && errors_ != nullptr) {

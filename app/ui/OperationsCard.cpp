@@ -27,6 +27,29 @@ constexpr double gapAbove = 8;
 constexpr double radius = 9;
 constexpr double header = 32;
 
+/// The bottom of the card's frame, over the rows, whose grounds have no round corners.
+class CardBottom final : public QWidget {
+public:
+    CardBottom(const Theme& theme, QWidget* parent) : QWidget(parent), theme_(theme) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainterPath card;
+        card.addRoundedRect(QRectF(rect()).adjusted(0.5, -2 * radius, -0.5, -0.5), radius, radius);
+        QPainterPath around;
+        around.addRect(rect());
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillPath(around - card, theme_.tokens().window);
+        painter.strokePath(card, theme_.tokens().line);
+    }
+
+private:
+    const Theme& theme_;
+};
+
 } // namespace
 
 OperationsCard::OperationsCard(FileUrl home, const Theme& theme, Icons& icons, QWidget* parent)
@@ -40,6 +63,7 @@ OperationsCard::OperationsCard(FileUrl home, const Theme& theme, Icons& icons, Q
                            {}, theme, icons, this)),
       area_(new QScrollArea(this)),
       list_(new QWidget),
+      bottom_(new CardBottom(theme, this)),
       motion_(120ms, 0, this) {
     setObjectName(QStringLiteral("operationsCard"));
     setAccessibleRole(*this, QAccessible::Grouping);
@@ -231,6 +255,7 @@ void OperationsCard::resizeEvent(QResizeEvent*) {
     // The rows stay where they are while the card comes and goes.
     const int rowsTop = top() + 1 + headerHeight();
     area_->setGeometry(1, rowsTop, width() - 2, std::max(0, wholeHeight() - rowsTop - 1));
+    bottom_->setGeometry(0, height() - int(radius), width(), int(radius));
 }
 
 void OperationsCard::paintEvent(QPaintEvent*) {

@@ -78,6 +78,7 @@ private:
     IconButton* hide_;
     QScrollArea* area_;
     QWidget* list_;
+    QWidget* bottom_;
     int heightLimit_ = QWIDGETSIZE_MAX;
     Motion motion_; ///< of the share of the height
 };

@@ -214,6 +214,21 @@ TEST_F(OperationsCardTest, errorsUnfoldAndCanBeCopied) {
     EXPECT_EQ(card.height(), folded);
 }
 
+TEST_F(OperationsCardTest, errorsUnfoldAtTheBottomOfTheCardToo) {
+    auto failed = job(State::failed);
+    addErrors(failed, 3);
+    show({failed});
+    button(0, "jobUnfold").toggle(); // as a screen reader does
+    EXPECT_TRUE(row(0).showErrors());
+    QApplication::processEvents();
+    const auto picture = card.grab().toImage();
+    const auto low = picture.height() - 1;
+    EXPECT_EQ(picture.pixelColor(0, low), theme.tokens().window); // round corners
+    EXPECT_EQ(picture.pixelColor(picture.width() / 2, low - 3), theme.tokens().errSoft);
+    button(0, "jobUnfold").toggle();
+    EXPECT_FALSE(row(0).showErrors());
+}
+
 TEST_F(OperationsCardTest, veryManyErrorsAreCountedAndDoNotHoldUp) {
     auto running = job(State::running);
     addErrors(running, JobErrors::mostShown);
