@@ -8,6 +8,7 @@
 #include "app/ui/Text.h"
 
 #include <QDropEvent>
+#include <QScrollBar>
 #include <QWidget>
 
 #include <chrono>
@@ -18,6 +19,8 @@ namespace fennik::ui {
 namespace {
 
 constexpr auto dwellTime = std::chrono::milliseconds(800);
+constexpr double scrollEdge = 20;
+constexpr auto scrollTime = std::chrono::milliseconds(80);
 
 } // namespace
 
@@ -32,6 +35,8 @@ PanelDrops::PanelDrops(const UiContext& context, app::PanelModel& panel, PanelTa
     dwelling_.setSingleShot(true);
     dwelling_.setInterval(dwellTime);
     connect(&dwelling_, &QTimer::timeout, this, &PanelDrops::openPlace);
+    scrolling_.setInterval(scrollTime);
+    connect(&scrolling_, &QTimer::timeout, this, &PanelDrops::scroll);
 }
 
 bool PanelDrops::eventFilter(QObject* watched, QEvent* event) {
@@ -91,21 +96,51 @@ std::optional<PanelDrops::Place> PanelDrops::placeAt(const QWidget* widget,
 
 void PanelDrops::drag(QWidget* widget, QDropEvent& event) {
     const auto point = event.position().toPoint();
-    const auto place = placeAt(widget, point);
-    const auto obstacle = place ? context_.app.dropObstacle(files_, place->folder) : std::nullopt;
     const auto kind = FileDrag::kind(event);
-    if (!place || obstacle) {
-        show(std::nullopt, obstacle ? fromUtf8(*obstacle) : QString());
+    lastPoint_ = point;
+    lastKind_ = kind;
+    if (widget != table_.viewport() || scrollAt(point) == 0)
+        scrolling_.stop();
+    else if (!scrolling_.isActive())
+        scrolling_.start();
+    if (!showAt(widget, point, kind)) {
         event.ignore();
         return;
+    }
+    event.setDropAction(kind == TransferKind::move ? Qt::MoveAction : Qt::CopyAction);
+    event.accept();
+}
+
+bool PanelDrops::showAt(QWidget* widget, const QPoint& point, TransferKind kind) {
+    const auto place = placeAt(widget, point);
+    const auto obstacle = place ? context_.app.dropObstacle(files_, place->folder) : std::nullopt;
+    if (!place || obstacle) {
+        show(std::nullopt, obstacle ? fromUtf8(*obstacle) : QString());
+        return false;
     }
     show(place, QStringLiteral("Ctrl kopíruje · Shift přesouvá · Esc zruší"));
     if (hint_ == nullptr)
         hint_ = new DropHint(context_.theme, context_.icons, table_.window());
     hint_->showAt(widget->mapTo(widget->window(), point), kind,
                   shownName(place->folder.lastComponent()));
-    event.setDropAction(kind == TransferKind::move ? Qt::MoveAction : Qt::CopyAction);
-    event.accept();
+    return true;
+}
+
+int PanelDrops::scrollAt(const QPoint& point) const {
+    const int edge = context_.theme.px(scrollEdge);
+    if (point.y() < edge)
+        return -1;
+    return point.y() >= table_.viewport()->height() - edge ? 1 : 0;
+}
+
+void PanelDrops::scroll() {
+    auto& bar = *table_.verticalScrollBar();
+    const int before = bar.value();
+    bar.setValue(before + scrollAt(lastPoint_));
+    if (bar.value() == before)
+        scrolling_.stop();
+    else
+        showAt(table_.viewport(), lastPoint_, lastKind_);
 }
 
 void PanelDrops::drop(QWidget* widget, QDropEvent& event) {
@@ -148,6 +183,7 @@ void PanelDrops::show(const std::optional<Place>& place, const QString& text) {
 
 void PanelDrops::end() {
     dwelling_.stop();
+    scrolling_.stop();
     show(std::nullopt, {});
 }
 

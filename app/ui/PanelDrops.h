@@ -20,7 +20,8 @@ class PathBar;
 class TabStrip;
 
 /// Files that are dragged over a panel and dropped there: into its folder, or into that of a row,
-/// a crumb or a tab. Who stays over one of these opens it.
+/// a crumb or a tab. Who stays over one of these opens it; who stays at the edge of the rows
+/// scrolls them.
 class PanelDrops final : public QObject {
     Q_OBJECT
 
@@ -53,10 +54,15 @@ private:
     std::optional<Place> placeAt(const QWidget* widget, const QPoint& point) const;
     Place rowAt(const QPoint& point) const;
     void drag(QWidget* widget, QDropEvent& event);
+    /// Shows what a drop would do there. False where it is not possible.
+    bool showAt(QWidget* widget, const QPoint& point, TransferKind kind);
     void drop(QWidget* widget, QDropEvent& event);
     void show(const std::optional<Place>& place, const QString& text);
     void end();
     void openPlace();
+    /// By how many rows to scroll while the mouse stays there.
+    int scrollAt(const QPoint& point) const;
+    void scroll();
 
     UiContext context_;
     app::PanelModel& panel_;
@@ -68,6 +74,9 @@ private:
     std::optional<Place> place_;
     QString text_;
     QTimer dwelling_;
+    QTimer scrolling_;
+    QPoint lastPoint_; ///< over the rows, while they scroll
+    TransferKind lastKind_ = TransferKind::copy;
 };
 
 } // namespace fennik::ui

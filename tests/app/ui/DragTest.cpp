@@ -13,6 +13,7 @@
 #include <QDragEnterEvent>
 #include <QLabel>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -198,6 +199,29 @@ TEST_F(DragTest, whatCannotBeSaysWhy) {
     carried = std::make_unique<QMimeData>();
     carried->setText("jen text");
     EXPECT_FALSE(enter(rows()));
+}
+
+TEST_F(DragTest, whoStaysAtTheEdgeScrollsTheRows) {
+    for (int i = 0; i < 99; ++i)
+        temp.folder("right/Cíl/" + std::to_string(i));
+    app.panel(PanelSide::right).navigate(FileUrl(temp.path("right/Cíl")));
+    settle();
+    auto& bar = *table(PanelSide::right).verticalScrollBar();
+    carry({"left/a.txt"});
+    enter(rows());
+    const QPoint low(120, rows().height() - 2);
+    over(rows(), low);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return bar.value() == 3; }));
+    over(rows(), {120, rows().height() / 2});
+    const int stands = bar.value();
+    QTest::qWait(200);
+    EXPECT_EQ(bar.value(), stands);
+    over(rows(), {120, 2});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return bar.value() == 0; }));
+    const auto parent = temp.path("right"); // has come below the mouse, which has not moved
+    EXPECT_EQ(window.findChild<DropHint*>()->text(), "Kopírovat do složky „right“");
+    letGo(rows(), {120, 2});
+    EXPECT_EQ(dropped->folder, parent);
 }
 
 TEST_F(DragTest, whoStaysOverAFolderOpensIt) {
