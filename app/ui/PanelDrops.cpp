@@ -25,10 +25,16 @@ constexpr auto scrollTime = std::chrono::milliseconds(80);
 } // namespace
 
 PanelDrops::PanelDrops(const UiContext& context, app::PanelModel& panel, PanelTable& table,
-                       PathBar& path, TabStrip& tabs)
-    : QObject(&table), context_(context), panel_(panel), table_(table), path_(path), tabs_(tabs) {
-    for (QWidget* widget :
-         {table_.viewport(), static_cast<QWidget*>(&path_), static_cast<QWidget*>(&tabs_)}) {
+                       QWidget& message, PathBar& path, TabStrip& tabs)
+    : QObject(&table),
+      context_(context),
+      panel_(panel),
+      table_(table),
+      message_(message),
+      path_(path),
+      tabs_(tabs) {
+    for (QWidget* widget : {table_.viewport(), &message_, static_cast<QWidget*>(&path_),
+                            static_cast<QWidget*>(&tabs_)}) {
         widget->setAcceptDrops(true);
         widget->installEventFilter(this);
     }
@@ -91,7 +97,9 @@ std::optional<PanelDrops::Place> PanelDrops::placeAt(const QWidget* widget,
         return Place{Kind::tab, tab, FileUrl(path, FileUrl::Form::directory)};
     }
     // While an error is shown there is no folder to drop into.
-    return panel_.error() ? std::nullopt : std::optional(rowAt(point));
+    if (panel_.error())
+        return std::nullopt;
+    return widget == &message_ ? Place{Kind::panel, -1, panel_.folder()} : rowAt(point);
 }
 
 void PanelDrops::drag(QWidget* widget, QDropEvent& event) {

@@ -27,8 +27,8 @@ class PanelDrops final : public QObject {
 
 public:
     /// All of them outlive it.
-    PanelDrops(const UiContext& context, app::PanelModel& panel, PanelTable& table, PathBar& path,
-               TabStrip& tabs);
+    PanelDrops(const UiContext& context, app::PanelModel& panel, PanelTable& table,
+               QWidget& message, PathBar& path, TabStrip& tabs);
 
     /// A drop would go into this panel.
     bool isTarget() const { return place_.has_value(); }
@@ -67,6 +67,7 @@ private:
     UiContext context_;
     app::PanelModel& panel_;
     PanelTable& table_;
+    QWidget& message_; ///< lies over rows that are missing
     PathBar& path_;
     TabStrip& tabs_;
     DropHint* hint_ = nullptr; ///< once there was a drag

@@ -62,8 +62,8 @@ PanelView::PanelView(const UiContext& context, app::PanelSide side, QWidget* par
       table_(new PanelTable(panel_, context.theme, context.icons, this)),
       statusLine_(new StatusLine(panel_, context.theme, context.icons, this)),
       rename_(new RenameField(*table_, context.theme, context.icons)),
-      drops_(new PanelDrops(context, panel_, *table_, *pathBar_, *tabStrip_)),
       message_(new PanelMessage(context, panel_, this)),
+      drops_(new PanelDrops(context, panel_, *table_, *message_, *pathBar_, *tabStrip_)),
       stripe_(new LoadingStripe(context.theme, this)),
       skeleton_(new LoadingSkeleton(context.theme, this)),
       stageTimer_(new QTimer(this)) {

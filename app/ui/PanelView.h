@@ -69,8 +69,8 @@ private:
     StatusLine* statusLine_;
     RenameField* rename_;
     int seenRename_ = 0; ///< token of the request that `rename_` answers
-    PanelDrops* drops_;
     PanelMessage* message_;
+    PanelDrops* drops_;
     LoadingStripe* stripe_;
     LoadingSkeleton* skeleton_;
     QTimer* stageTimer_;

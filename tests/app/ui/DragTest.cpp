@@ -2,6 +2,7 @@
 #include "app/ui/DropHint.h"
 #include "app/ui/FileDrag.h"
 #include "app/ui/PanelDrops.h"
+#include "app/ui/PanelMessage.h"
 #include "app/ui/PanelTable.h"
 #include "app/ui/PanelView.h"
 #include "app/ui/PathBar.h"
@@ -199,6 +200,19 @@ TEST_F(DragTest, whatCannotBeSaysWhy) {
     carried = std::make_unique<QMimeData>();
     carried->setText("jen text");
     EXPECT_FALSE(enter(rows()));
+}
+
+TEST_F(DragTest, anEmptyFolderTakesThemToo) {
+    app.panel(PanelSide::right).navigate(FileUrl(temp.path("right/Cíl")));
+    settle();
+    carry({"left/a.txt"});
+    auto* message = view(PanelSide::right).findChild<PanelMessage*>();
+    ASSERT_TRUE(message->isVisible()); // over where the rows would be
+    ASSERT_TRUE(enter(*message));
+    EXPECT_EQ(over(*message, {100, 40}), Qt::CopyAction);
+    letGo(*message, {100, 40});
+    ASSERT_TRUE(dropped);
+    EXPECT_EQ(dropped->folder, temp.path("right/Cíl"));
 }
 
 TEST_F(DragTest, whoStaysAtTheEdgeScrollsTheRows) {
