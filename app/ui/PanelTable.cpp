@@ -264,8 +264,13 @@ void PanelTable::paintDropRow(QPainter& painter) const {
 }
 
 void PanelTable::resizeEvent(QResizeEvent* event) {
+    const auto cursor = cursorRect();
+    const bool cursorWasInView =
+        cursor.isValid() && cursor.bottom() >= 0 && cursor.top() < event->oldSize().height();
     geometry_.layOut(*header_, viewport()->width());
     QTableView::resizeEvent(event);
+    if (cursorWasInView) // what comes up below must not take it away
+        scrollTo(currentIndex(), QAbstractItemView::EnsureVisible);
     wantLinkTargets();
     noteView();
 }

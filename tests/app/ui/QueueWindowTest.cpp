@@ -140,6 +140,22 @@ TEST_F(QueueWindowTest, theQueueIsACardOrAPill) {
     EXPECT_EQ(app.engine().snapshots().size(), 0U) << id.text();
 }
 
+TEST_F(QueueWindowTest, theCardLeavesTheCursorInView) {
+    for (int i = 0; i < 99; ++i)
+        temp.file("left/" + std::to_string(i));
+    app.perform(app::KAction::refresh);
+    settle();
+    app.activePanel().setCursor(panel()->rowsPerPage() - 1);
+    const auto isInView = [this] {
+        return panel()->viewport()->rect().contains(panel()->cursorRect().adjusted(0, 0, -1, 0));
+    };
+    ASSERT_TRUE(isInView());
+    const int before = panel()->viewport()->height();
+    app.setShowsOperations(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return panel()->viewport()->height() < before - 30; }));
+    EXPECT_TRUE(isInView());
+}
+
 TEST_F(QueueWindowTest, theButtonOfAToastDoesWhatItSays) {
     app.showToast(app::Toast{.text = "Hotovo, 3 chyb",
                              .kind = app::Toast::Kind::error,
