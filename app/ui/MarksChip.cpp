@@ -21,6 +21,7 @@ constexpr double tickSide = 12;
 MarksChip::MarksChip(const Theme& theme, QWidget* parent) : QLabel(parent), theme_(theme) {
     setObjectName(QStringLiteral("marksChip"));
     setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
     hide();
 }
 
