@@ -52,6 +52,61 @@ class Queue(WindowTest):
         self.fennik.process.send_signal(signal.SIGTERM)
         self.expect_end()
 
+    def start_clash(self):
+        (self.right / "velký").write_bytes(b"stays")
+        self.fennik.press("Ctrl+A", "F5")
+        self.fennik.wait(self.fennik.dialog, "the question where to copy")
+        self.fennik.press("Enter")
+        self.fennik.expect("the question", self.dialog_name, "„velký“ už v cíli je")
+
+    def expect_clash_ended(self):
+        self.assertEqual(self.fennik.process.wait(PATIENCE), 0, self.fennik.errors())
+        self.assertEqual((self.right / "velký").read_bytes(), b"stays")
+
+    def dialog_names(self):
+        return [dialog.get_name() for dialog in self.fennik.shown("dialog")]
+
+    def test_ends_while_it_asks_about_a_name(self):
+        self.start_clash()
+        self.desktop.close_active_window()
+        self.fennik.expect("the questions", self.dialog_names, ["„velký“ už v cíli je", QUESTION])
+        self.fennik.press("Esc")
+        self.fennik.expect("the questions", self.dialog_names, ["„velký“ už v cíli je"])
+        self.desktop.close_active_window()
+        self.fennik.expect("the questions", self.dialog_names, ["„velký“ už v cíli je", QUESTION])
+        self.fennik.press("Enter")
+        self.expect_clash_ended()
+
+    def test_a_signal_ends_it_while_it_asks_about_a_name(self):
+        self.start_clash()
+        self.fennik.process.send_signal(signal.SIGTERM)
+        self.expect_clash_ended()
+
+    def test_starts_again_after_it_was_killed(self):
+        self.start_copying()
+        self.fennik.wait(lambda: (self.right / "velký").exists(), "the large file is being copied")
+        self.fennik.close()  # kills it
+        self.assertEqual((self.left / "velký").read_bytes(), b"x" * 60 * MEGABYTE)
+        self.assertEqual((self.left / "malý").read_bytes(), b"y" * 1000)
+        self.fennik = self.start(self.left, self.right, home=self.home)
+        self.fennik.expect_table(LEFT, f"{self.left.name}, 2 položky")
+
+    def test_errors_are_told_and_unfold(self):
+        (self.left / "malý").chmod(0)
+        (self.left / "velký").write_bytes(b"x")
+        self.fennik.press("Ctrl+A", "F5")
+        self.fennik.wait(self.fennik.dialog, "the question where to copy")
+        self.fennik.press("Enter")
+        self.fennik.expect("the toast", self.fennik.toast, "Hotovo, 1 chyb")
+        self.button("Fronta operací").get_action_iface().do_action(0)
+        count = self.fennik.wait(lambda: next((box for box in self.fennik.shown("check box")), None),
+                                 "the number of errors")
+        self.assertEqual(count.get_name(), "Chyby: 1")
+        count.get_action_iface().do_action(0)
+        self.fennik.wait(lambda: self.fennik.text("Chyby").startswith("„malý“"), "the errors")
+        # What has failed stays marked, so that it can be tried again.
+        self.fennik.expect("the marks", lambda: self.fennik.status(LEFT), "Označeno 1 z 2 · 1,0\u00a0kB")
+
     def button(self, beginning):
         return next((button for button in self.fennik.shown("push button")
                      if button.get_name().startswith(beginning)), None)
