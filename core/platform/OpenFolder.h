@@ -23,7 +23,8 @@ public:
         FileType type = FileType::other;
     };
 
-    /// `follow` is about the last component of `path`; links in the ones before it are followed.
+    /// `follow` is about the last component of `path`; links in the ones before it are followed. A
+    /// folder that one may not list is opened all the same: entries can be reached by their names.
     static Result<OpenFolder> open(const std::string& path, FollowLinks follow);
     /// ENOTDIR or ELOOP for a link.
     Result<OpenFolder> openChild(const std::string& name) const;
@@ -56,7 +57,8 @@ public:
     /// Waits until the data of a regular file is on the disk; nothing to do for other types.
     Result<void> syncFile(const std::string& name) const;
     /// Waits until everything written to the volume of this folder is on the disk. What failed to
-    /// be written since this folder was opened is a failure.
+    /// be written since this folder was opened is a failure. ENOTSUP where waiting does not tell
+    /// that: behind a process or a server, or without the right to list this folder.
     Result<void> syncVolume() const;
 
     /// The number of the open file, for the other calls of the platform.

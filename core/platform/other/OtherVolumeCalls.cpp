@@ -13,4 +13,17 @@ OpenFolder::Result<void> syncVolumeOf(int) {
     return std::unexpected(PosixError{ENOTSUP});
 }
 
+bool reachesDiskBySync(int) {
+    return false;
+}
+
+int openWithoutListing(int, const std::string&, int) {
+    errno = EACCES;
+    return -1;
+}
+
+OpenFolder::Result<void> syncNamesWithoutListing(int) {
+    return std::unexpected(PosixError{ENOTSUP});
+}
+
 } // namespace fennik

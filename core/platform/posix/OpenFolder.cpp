@@ -42,16 +42,20 @@ OpenFolder::Result<void> syncedFile(int descriptor) {
 
 OpenFolder::Result<OpenFolder> OpenFolder::open(const std::string& path, FollowLinks follow) {
     const int linkFlag = follow == FollowLinks::yes ? 0 : O_NOFOLLOW;
-    const int descriptor =
+    int descriptor =
         retried([&path, linkFlag] { return ::open(path.c_str(), folderFlags | linkFlag); });
+    if (descriptor < 0 && errno == EACCES)
+        descriptor = openWithoutListing(AT_FDCWD, path, linkFlag);
     if (descriptor < 0)
         return lastError();
     return OpenFolder(descriptor);
 }
 
 OpenFolder::Result<OpenFolder> OpenFolder::openChild(const std::string& name) const {
-    const int descriptor = retried(
+    int descriptor = retried(
         [this, &name] { return openat(descriptor_, name.c_str(), folderFlags | O_NOFOLLOW); });
+    if (descriptor < 0 && errno == EACCES)
+        descriptor = openWithoutListing(descriptor_, name, O_NOFOLLOW);
     if (descriptor < 0)
         return lastError();
     return OpenFolder(descriptor);
@@ -136,10 +140,12 @@ OpenFolder::Result<void> OpenFolder::removeFolder(const std::string& name) const
 
 OpenFolder::Result<void> OpenFolder::sync() const {
     auto synced = syncedFile(descriptor_);
+    if (synced)
+        return synced;
+    if (synced.error().code == EBADF)
+        return syncNamesWithoutListing(descriptor_);
     // Some file systems know no such call for folders.
-    if (!synced && synced.error().code == EINVAL)
-        return syncVolume();
-    return synced;
+    return synced.error().code == EINVAL ? syncVolumeOf(descriptor_) : synced;
 }
 
 OpenFolder::Result<void> OpenFolder::syncFile(const std::string& name) const {
@@ -161,7 +167,12 @@ OpenFolder::Result<void> OpenFolder::syncFile(const std::string& name) const {
 }
 
 OpenFolder::Result<void> OpenFolder::syncVolume() const {
-    return syncVolumeOf(descriptor_);
+    if (!reachesDiskBySync(descriptor_))
+        return std::unexpected(PosixError{ENOTSUP});
+    auto synced = syncVolumeOf(descriptor_);
+    if (!synced && synced.error().code == EBADF) // opened without the right to list
+        return std::unexpected(PosixError{ENOTSUP});
+    return synced;
 }
 
 } // namespace fennik

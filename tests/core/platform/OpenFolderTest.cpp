@@ -132,6 +132,40 @@ TEST_F(OpenFolderTest, takesTheWholeVolumeWhereOneItemCannotBeSynced) {
     EXPECT_FALSE(folder.sync());
 }
 
+TEST_F(OpenFolderTest, aVolumeBehindAProcessIsNotSyncedAsAWhole) {
+    const auto served = TestVolume::withoutExclusiveRename();
+    if (!served)
+        GTEST_SKIP() << served.error();
+    const auto folder = opened(served->path());
+    EXPECT_EQ(folder.syncVolume().error().code, ENOTSUP);
+    ASSERT_TRUE(folder.makeFile("file", "content", 0600));
+    EXPECT_TRUE(folder.syncFile("file"));
+    EXPECT_TRUE(folder.sync());
+    EXPECT_TRUE(opened(temp.url().path()).syncVolume());
+}
+
+TEST_F(OpenFolderTest, whoMayNotListAFolderReachesItsEntriesByTheirNames) {
+    temp.folder("folder/inner");
+    temp.file("folder/old", "content");
+    temp.file("outside");
+    temp.link("link", temp.path("folder"));
+    for (const auto* hidden : {"folder", "folder/inner"})
+        chmod(temp.path(hidden).c_str(), 0333);
+    chmod(temp.url().path().c_str(), 0777);
+    EXPECT_TRUE(asOrdinaryUser([this] {
+        const auto folder = OpenFolder::open(temp.path("folder"), FollowLinks::no);
+        const auto inner = folder ? folder->openChild("inner") : OpenFolder::open("/", {});
+        return inner && folder->entries().error().code == EACCES && folder->status("old") &&
+               folder->makeFile("file", "content", 0600) && folder->makeFolder("new", 0700) &&
+               renameExclusively(*folder, "file", *inner, "renamed") &&
+               folder->removeFolder("new") && inner->removeFile("renamed") && folder->sync() &&
+               inner->sync() && folder->syncFile("old") && !folder->openChild("old") &&
+               folder->syncVolume().error().code == ENOTSUP &&
+               !OpenFolder::open(temp.path("link"), FollowLinks::no);
+    }));
+    EXPECT_EQ(diskTree(temp.url().path()).size(), 5U);
+}
+
 TEST_F(OpenFolderTest, aNewFileIsCompleteOrNotThereWhateverFails) {
     const std::string content(1000, 'x');
     std::expected<void, PosixError> made;
