@@ -15,10 +15,6 @@ namespace {
 
 constexpr std::int64_t bufferLimit = 256LL * 1024;
 
-/// Some files of the system have data only now and then.
-constexpr auto wait = std::chrono::milliseconds(50);
-constexpr int mostWaits = 20;
-
 /// Whether a call says that it does not serve these two files. Everything else, EIO above all, is
 /// what became of data.
 bool isUnserved(int errorCode) {
@@ -79,9 +75,10 @@ std::expected<std::int64_t, CopyFailure> RangeCopy::copyChunk(std::int64_t offse
             methods_ = methods_.subspan(1);
             continue;
         }
+        // Some files of the system have data only now and then.
         if (moved < 0 && errno == EAGAIN && waits < mostWaits) {
             ++waits;
-            std::this_thread::sleep_for(wait);
+            std::this_thread::sleep_for(waitForOthers);
             if (progress_(0) == CopyStep::stop)
                 return stopped();
             continue;

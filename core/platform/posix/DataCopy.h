@@ -3,6 +3,7 @@
 #include "core/platform/ItemCopy.h"
 #include "core/platform/posix/ChunkSize.h"
 
+#include <chrono>
 #include <cstdint>
 #include <expected>
 #include <memory>
@@ -10,6 +11,10 @@
 #include <sys/stat.h>
 
 namespace fennik {
+
+/// How long somebody is waited for who is going to be ready soon: between two tries, and how often.
+constexpr auto waitForOthers = std::chrono::milliseconds(50);
+constexpr int mostWaits = 20;
 
 /// Copies ranges of data between two open files in chunks.
 class RangeCopy {

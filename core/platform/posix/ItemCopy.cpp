@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace fennik {
@@ -69,12 +70,28 @@ void removeEntry(const OpenFolder& folder, const std::string& name, const FileSt
         static_cast<void>(folder.removeFile(name));
 }
 
+/// As openat. Whoever holds a lease on the file is asked by the system to give it up; ECANCELED:
+/// the progress has said to stop meanwhile.
+int openSource(const ItemCopy& item, const CopyProgress& progress) {
+    constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    for (int waits = 0;; ++waits) {
+        const int source =
+            retried([&item] { return openat(item.from.descriptor(), item.name.c_str(), flags); });
+        if (source >= 0 || errno != EAGAIN || waits == mostWaits)
+            return source;
+        std::this_thread::sleep_for(waitForOthers);
+        if (progress(0) == CopyStep::stop) {
+            errno = ECANCELED;
+            return -1;
+        }
+    }
+}
+
 Copied copyRegular(const ItemCopy& item, struct stat seen, Cloning cloning,
                    const CopyProgress& progress) {
-    const Descriptor source(retried([&item] {
-        constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-        return openat(item.from.descriptor(), item.name.c_str(), flags);
-    }));
+    const Descriptor source(openSource(item, progress));
+    if (source.number() < 0 && errno == ECANCELED)
+        return stopped();
     if (source.number() < 0) // a link or a socket in its place
         return failure(Kind::failed, errno == ELOOP || errno == ENXIO ? ESTALE : errno);
     if (const auto examined = examineOpened(source.number(), seen); !examined)

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
+#include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -230,6 +232,30 @@ TEST_F(ItemCopyFaultsTest, waitsForDataButNotForEver) {
         copy([&asked](std::int64_t) { return ++asked < 3 ? CopyStep::goOn : CopyStep::stop; });
     EXPECT_EQ(Kind::stopped, stopped.error().kind);
     expectNothing();
+}
+
+TEST_F(ItemCopyFaultsTest, waitsForWhoeverHoldsALease) {
+    folder.file("from/s", "obsah");
+    const int held = open(s.c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_GE(held, 0);
+    if (fcntl(held, F_SETLEASE, F_WRLCK) != 0)
+        GTEST_SKIP() << "no leases here";
+    const auto previous = signal(SIGIO, SIG_IGN); // tells the holder
+    int asked = 0;
+    const auto stopped =
+        copy([&asked](std::int64_t) { return ++asked < 3 ? CopyStep::goOn : CopyStep::stop; });
+    EXPECT_EQ(Kind::stopped, stopped.error().kind);
+    EXPECT_EQ(EAGAIN, copy().error().error.code);
+    expectNothing();
+    asked = 0;
+    EXPECT_TRUE(copy([&asked, held](std::int64_t) {
+        if (++asked == 3)
+            fcntl(held, F_SETLEASE, F_UNLCK);
+        return CopyStep::goOn;
+    }));
+    EXPECT_EQ("obsah", target().at("d"));
+    close(held);
+    signal(SIGIO, previous);
 }
 
 TEST_F(ItemCopyFaultsTest, believesTheAnswerToClosing) {
