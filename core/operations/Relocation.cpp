@@ -10,6 +10,7 @@
 #include <ranges>
 #include <span>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <unordered_set>
@@ -62,10 +63,22 @@ std::size_t removeSources(const Copies& copies) {
     return static_cast<std::size_t>(stays - copies.begin());
 }
 
-/// Copies what was removed already to where it was. True when all of it is there again.
+/// What a sentence on the item says of it.
+std::string reasonIn(const std::string& sentence, const FileUrl& item) {
+    const std::string_view rest(sentence);
+    const auto name = quoted(item.lastComponent());
+    for (const auto& beginning : {name + ": ", name + " "}) {
+        if (rest.starts_with(beginning))
+            return std::string(rest.substr(beginning.size()));
+    }
+    return sentence;
+}
+
+/// Copies what was removed already to where it was. True when all of it is there again, and on the
+/// disk.
 bool putBack(std::span<const MovedCopy> removed) {
     const NoTrash trash;
-    DirectContext context(TransferKind::copy, trash);
+    DirectContext context(TransferKind::move, trash);
     TransferLedger ledger(context, 1, {}, TransferLedger::OnFailure::stop);
     SourceRemoval removal(ledger, SourceRemoval::Pace::never);
     TransferWalk walk(ledger, removal);
@@ -90,7 +103,7 @@ bool putBack(std::span<const MovedCopy> removed) {
                   .clash = TransferWalk::Clash::fail},
                  *status);
     }
-    return context.errors().empty() && !context.isCancelled();
+    return context.errors().empty() && !context.isCancelled() && removal.sync();
 }
 
 /// Removes a copy, if it still is the one that was made here.
@@ -125,20 +138,21 @@ std::expected<void, std::string> move(const FileUrl& from, const FileUrl& to) {
     const auto copies = removal.take();
     if (context.errors().empty() && copies.empty())
         return {}; // a rename was enough
-    auto sentence = context.errors().empty() ? std::string() : context.errors().front();
-    if (sentence.empty()) {
-        const auto name = quoted(from.lastComponent());
+    std::string reason;
+    if (!context.errors().empty()) {
+        reason = reasonIn(context.errors().front(), from);
+    } else {
         if (synced)
             synced = checkRemovable(copies);
         if (!synced) {
-            sentence = name + ": " + synced.error().reason();
+            reason = synced.error().reason();
         } else {
             const auto removed = areIntact(copies) ? removeSources(copies) : 0;
             if (removed == copies.size())
                 return {};
-            sentence = name + " se zkopíroval, ale originál nejde odstranit.";
+            reason = "originál nejde odstranit.";
             if (!putBack(std::span(copies).first(removed)))
-                return std::unexpected(sentence);
+                return std::unexpected(reason);
         }
     }
     const auto targetFolder = transfer.targetFolder();
@@ -149,7 +163,7 @@ std::expected<void, std::string> move(const FileUrl& from, const FileUrl& to) {
         if (above)
             static_cast<void>((*above)->removeFolder(std::string(folder->url().lastComponent())));
     }
-    return std::unexpected(sentence);
+    return std::unexpected(reason);
 }
 
 } // namespace fennik::Relocation

@@ -105,7 +105,11 @@ bool SourceRemoval::isIntact(const MovedCopy& file) {
         return false;
     const auto source = (*from)->status(file.name);
     const auto copy = (*to)->status(file.newName);
-    return source && copy && isUnchanged(file.source, *source) && copy->type == file.copy.type &&
+    // A source that says to be longer than what could be read of it has not been read whole.
+    const bool isWhole = file.source.type != FileType::regular || file.source.size == 0 ||
+                         file.source.size == file.copy.size;
+    return isWhole && source && copy && isUnchanged(file.source, *source) &&
+           copy->identity() == file.copy.identity() && copy->type == file.copy.type &&
            copy->size == file.copy.size && copy->modified == file.copy.modified;
 }
 

@@ -10,7 +10,8 @@
 namespace fennik::TrashCan {
 
 /// Moves an item between volumes, so that it is complete and on the disk at the second place
-/// before it goes from the first. The error is a sentence; the item is where it was then.
+/// before it goes from the first. The error is the reason, as it stands behind a colon; the item is
+/// where it was then.
 using Relocate =
     std::function<std::expected<void, std::string>(const FileUrl& from, const FileUrl& to)>;
 

@@ -51,7 +51,7 @@ public:
 
     /// Takes the item, by a rename. Where it lies then.
     std::expected<FileUrl, TrashFailure> take(const TrashItem& item) const;
-    /// The same by `relocate`, whose errors are sentences.
+    /// The same by `relocate`, whose errors are reasons.
     std::expected<FileUrl, TrashFailure>
     take(const TrashItem& item,
          const std::function<std::expected<void, std::string>(const FileUrl& from,

@@ -199,6 +199,32 @@ TEST_F(ItemTransferVolumesTest, aSourceThatChangesMeanwhileStays) {
     EXPECT_TRUE(std::filesystem::exists(path));
 }
 
+TEST_F(ItemTransferVolumesTest, aSourceStaysWhoseCopyIsNotOursOrNotWhole) {
+    temp.file("x", "data");
+    const auto atSync = [this](const std::function<void()>& act) {
+        const FaultInjection race({.calls = {SystemCall::fsync}, .number = 1, .before = act});
+        return move("x");
+    };
+    // Another file with the same size and time in the place of the copy.
+    EXPECT_EQ(atSync([this] {
+                  const auto copy = volume->path("x");
+                  const auto time = std::filesystem::last_write_time(copy);
+                  std::filesystem::rename(copy, volume->path("taken away"));
+                  write(copy, "DATA");
+                  std::filesystem::last_write_time(copy, time);
+              }),
+              PairOutcome::failed);
+    EXPECT_EQ(sources(), (Tree{{"x", "data"}}));
+    EXPECT_EQ(diskTree(volume->path()), (Tree{{"x", "DATA"}, {"taken away", "data"}}));
+
+    std::filesystem::remove(volume->path("x"));
+    // The disk says that the file ends earlier than it does.
+    const FaultInjection shortRead({.calls = {SystemCall::pread}, .number = 1, .mostBytes = 2});
+    const FaultInjection end({.calls = {SystemCall::pread}, .number = 2, .mostBytes = 0});
+    EXPECT_EQ(move("x"), PairOutcome::failed);
+    EXPECT_EQ(sources(), (Tree{{"x", "data"}}));
+}
+
 TEST_F(ItemTransferVolumesTest, whatCannotBeRemovedIsSaidAndCanBeUndone) {
     temp.folder("x");
     temp.file("x/file", "data");
@@ -296,7 +322,22 @@ TEST_F(ItemTransferVolumesTest, aRelocationIsWholeOrNotAtAll) {
             {.calls = {SystemCall::unlinkat}, .number = number, .errorCode = EPERM});
         const auto moved = Relocation::move(from, to);
         ASSERT_FALSE(moved);
-        EXPECT_EQ(moved.error(), "„x“ se zkopíroval, ale originál nejde odstranit.");
+        EXPECT_EQ(moved.error(), "originál nejde odstranit.");
+        isUntouched();
+    }
+    {
+        // What came back must not be in memory alone once its copy goes.
+        bool isSynced = false;
+        bool isRefused = false;
+        const FaultInjection syncs(
+            {.calls = {SystemCall::syncfs, SystemCall::fsync}, .before = [&] { isSynced = true; }});
+        const FaultInjection removals({.calls = {SystemCall::unlinkat},
+                                       .before = [&] { EXPECT_TRUE(!isRefused || isSynced); }});
+        const FaultInjection fault(
+            {.calls = {SystemCall::unlinkat}, .number = 2, .errorCode = EPERM, .before = [&] {
+                 isRefused = true, isSynced = false;
+             }});
+        EXPECT_FALSE(Relocation::move(from, to));
         isUntouched();
     }
     {
@@ -318,7 +359,7 @@ TEST_F(ItemTransferVolumesTest, aRelocationIsWholeOrNotAtAll) {
     temp.file("x", "another");
     const auto taken = Relocation::move(from, to);
     ASSERT_FALSE(taken);
-    EXPECT_EQ(taken.error(), "„x“: File exists");
+    EXPECT_EQ(taken.error(), "File exists");
     EXPECT_TRUE(std::filesystem::exists(to.path() + "/sub/file"));
 }
 
