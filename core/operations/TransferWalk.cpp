@@ -291,7 +291,8 @@ TransferWalk::Placing TransferWalk::copyFile(const Attempt& attempt) {
         return context_.checkpoint() == Checkpoint::goOn ? CopyStep::goOn : CopyStep::stop;
     };
     const auto cloning = context_.isCapped() ? Cloning::forbidden : Cloning::allowed;
-    const auto copied = copyItem(**from, item.name, **to, attempt.name, cloning, progress);
+    const auto copied =
+        copyItem(**from, item.name, item.type, **to, attempt.name, cloning, progress);
     if (!copied)
         return failCopy(attempt, **from, copied.error(), written);
     ledger_.accounted(copied->source.size - written);

@@ -34,7 +34,7 @@ struct CopiedItem {
     /// later status: in size or time of content, or in the time of status alone, which a change of
     /// the number of its names moves as well.
     FileStatus source = {};
-    /// As it was when it was complete.
+    /// As it was when it was complete, but for mode, owner and the time of its status.
     FileStatus copy = {};
 };
 
@@ -45,10 +45,12 @@ struct CopiedItem {
 /// less on slow media. A source that grows meanwhile is copied up to the size it had when opened,
 /// one that shrinks up to its end. On any failure nothing is left of the copy; what somebody else
 /// has put in its place meanwhile stays. The copy need not be on the disk yet. ESTALE: the source
-/// was replaced by something else while it was being opened.
+/// was replaced by something else while it was being opened. `listed` is what its folder said of
+/// it: what is no regular file any more is copied as what it is.
 std::expected<CopiedItem, CopyFailure> copyItem(const OpenFolder& from, const std::string& name,
-                                                const OpenFolder& to, const std::string& newName,
-                                                Cloning cloning, const CopyProgress& progress);
+                                                FileType listed, const OpenFolder& to,
+                                                const std::string& newName, Cloning cloning,
+                                                const CopyProgress& progress);
 
 /// Gives `to` the mode, times, owner where allowed, access lists and extended attributes of `from`.
 /// Does what it can; the first failure is returned.

@@ -41,6 +41,13 @@ std::unexpected<CopyFailure> lastNamingFailure() {
 
 /// What was a regular file a moment ago is opened only to look whether it is one still: a pipe in
 /// its place must not make this wait, nor a link lead elsewhere.
+int openSource(const ItemCopy& item) {
+    return retried([&item] {
+        constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+        return openat(item.from.descriptor(), item.name.c_str(), flags);
+    });
+}
+
 std::expected<void, CopyFailure> examineOpened(int source, struct stat& seen) {
     struct stat opened{};
     if (fstat(source, &opened) != 0)
@@ -55,12 +62,10 @@ std::expected<FileStatus, CopyFailure> fill(int source, const struct stat& seen,
                                             Cloning cloning, const CopyProgress& progress) {
     if (const auto copied = copyData(source, seen, target, cloning, progress); !copied)
         return std::unexpected(copied.error());
-    if (const auto copied = copyMetadata({source}, seen, {target}); !copied)
+    struct stat made{};
+    if (const auto copied = copyMetadata({source}, seen, {target}, made); !copied)
         return failure(copied.error());
-    const auto status = statusOf(target);
-    if (!status)
-        return failure(status.error());
-    return *status;
+    return statusFrom(made);
 }
 
 /// An entry that is not held open, and never has content of its own.
@@ -70,13 +75,11 @@ void removeEntry(const OpenFolder& folder, const std::string& name, const FileSt
         static_cast<void>(folder.removeFile(name));
 }
 
-/// As openat. Whoever holds a lease on the file is asked by the system to give it up; ECANCELED:
-/// the progress has said to stop meanwhile.
-int openSource(const ItemCopy& item, const CopyProgress& progress) {
-    constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+/// As `openSource`, with time for whoever holds a lease on the file, who is asked by the system to
+/// give it up. ECANCELED: the progress has said to stop meanwhile.
+int openPatiently(const ItemCopy& item, const CopyProgress& progress) {
     for (int waits = 0;; ++waits) {
-        const int source =
-            retried([&item] { return openat(item.from.descriptor(), item.name.c_str(), flags); });
+        const int source = openSource(item);
         if (source >= 0 || errno != EAGAIN || waits == mostWaits)
             return source;
         std::this_thread::sleep_for(waitForOthers);
@@ -87,22 +90,15 @@ int openSource(const ItemCopy& item, const CopyProgress& progress) {
     }
 }
 
-Copied copyRegular(const ItemCopy& item, struct stat seen, Cloning cloning,
-                   const CopyProgress& progress) {
-    const Descriptor source(openSource(item, progress));
-    if (source.number() < 0 && errno == ECANCELED)
-        return stopped();
-    if (source.number() < 0) // a link or a socket in its place
-        return failure(Kind::failed, errno == ELOOP || errno == ENXIO ? ESTALE : errno);
-    if (const auto examined = examineOpened(source.number(), seen); !examined)
-        return std::unexpected(examined.error());
+Copied copyOpened(const ItemCopy& item, int source, const struct stat& seen, Cloning cloning,
+                  const CopyProgress& progress) {
     const int target = retried([&item] {
         constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
         return openat(item.to.descriptor(), item.newName.c_str(), flags, S_IRUSR | S_IWUSR);
     });
     if (target < 0)
         return lastNamingFailure();
-    const auto copy = fill(source.number(), seen, target, cloning, progress);
+    const auto copy = fill(source, seen, target, cloning, progress);
     if (!copy)
         removeOwnFile(item.to, item.newName, target);
     // Only now some file systems say that there was no room.
@@ -116,6 +112,18 @@ Copied copyRegular(const ItemCopy& item, struct stat seen, Cloning cloning,
     return CopiedItem{.source = statusFrom(seen), .copy = *copy};
 }
 
+Copied copyRegular(const ItemCopy& item, struct stat seen, Cloning cloning,
+                   const CopyProgress& progress) {
+    const Descriptor source(openPatiently(item, progress));
+    if (source.number() < 0 && errno == ECANCELED)
+        return stopped();
+    if (source.number() < 0) // a link or a socket in its place
+        return failure(Kind::failed, errno == ELOOP || errno == ENXIO ? ESTALE : errno);
+    if (const auto examined = examineOpened(source.number(), seen); !examined)
+        return std::unexpected(examined.error());
+    return copyOpened(item, source.number(), seen, cloning, progress);
+}
+
 /// What the new entry has besides being there.
 Copied finish(const ItemCopy& item, const struct stat& seen) {
     auto made = item.to.status(item.newName);
@@ -125,14 +133,14 @@ Copied finish(const ItemCopy& item, const struct stat& seen) {
         return failure(made.error());
     if (made->type != fileTypeOfMode(seen.st_mode)) // somebody has replaced it already
         return failure(Kind::exists, EEXIST);
+    struct stat copy{};
     const auto copied = copyMetadata({item.from.descriptor(), item.name.c_str()}, seen,
-                                     {item.to.descriptor(), item.newName.c_str()});
-    const auto copy = item.to.status(item.newName);
-    if (!copied || !copy) {
+                                     {item.to.descriptor(), item.newName.c_str()}, copy);
+    if (!copied) {
         removeEntry(item.to, item.newName, *made);
-        return failure(copied ? copy.error() : copied.error());
+        return failure(copied.error());
     }
-    return CopiedItem{.source = statusFrom(seen), .copy = *copy};
+    return CopiedItem{.source = statusFrom(seen), .copy = statusFrom(copy)};
 }
 
 Copied copyLink(const ItemCopy& item, const struct stat& seen) {
@@ -152,14 +160,21 @@ Copied copyPipe(const ItemCopy& item, const struct stat& seen) {
 
 } // namespace
 
-Copied copyItem(const OpenFolder& from, const std::string& name, const OpenFolder& to,
-                const std::string& newName, Cloning cloning, const CopyProgress& progress) {
+Copied copyItem(const OpenFolder& from, const std::string& name, FileType listed,
+                const OpenFolder& to, const std::string& newName, Cloning cloning,
+                const CopyProgress& progress) {
     const ItemCopy item{from, name, to, newName};
-    struct stat seen{};
-    if (fstatat(from.descriptor(), name.c_str(), &seen, AT_SYMLINK_NOFOLLOW) != 0)
-        return lastCopyFailure();
     if (progress(0) == CopyStep::stop)
         return stopped();
+    struct stat seen{};
+    if (listed == FileType::regular) {
+        const Descriptor source(openSource(item));
+        if (source.number() >= 0 && fstat(source.number(), &seen) == 0 && S_ISREG(seen.st_mode))
+            return copyOpened(item, source.number(), seen, cloning, progress);
+        // Something else may lie there by now.
+    }
+    if (fstatat(from.descriptor(), name.c_str(), &seen, AT_SYMLINK_NOFOLLOW) != 0)
+        return lastCopyFailure();
     if (S_ISREG(seen.st_mode))
         return copyRegular(item, seen, cloning, progress);
     if (S_ISLNK(seen.st_mode))
@@ -175,7 +190,8 @@ OpenFolder::Result<void> copyFolderMetadata(const OpenFolder& from, const OpenFo
     struct stat seen{};
     if (fstat(from.descriptor(), &seen) != 0)
         return lastError();
-    return copyMetadata({from.descriptor()}, seen, {to.descriptor()});
+    struct stat made{};
+    return copyMetadata({from.descriptor()}, seen, {to.descriptor()}, made);
 }
 
 } // namespace fennik

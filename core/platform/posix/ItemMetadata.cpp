@@ -85,20 +85,20 @@ bool isBeyondTarget(int errorCode) {
            errorCode == EOVERFLOW;
 }
 
-Result copyMetadata(const ItemPlace& from, const struct stat& seen, const ItemPlace& to) {
-    struct stat made{};
+Result copyMetadata(const ItemPlace& from, const struct stat& seen, const ItemPlace& to,
+                    struct stat& made) {
+    Result first = copyTimes(seen, to);
     if (examine(to, made) != 0)
         return lastError();
-    Result first = copyOwner(seen, made, to);
     const auto goOn = [&first](Result next) {
         if (first)
             first = std::move(next);
     };
+    goOn(copyOwner(seen, made, to));
     mode_t mode = seen.st_mode;
     goOn(copyAttributes(from, to, mode));
     if (!S_ISLNK(mode))
         goOn(setMode(withoutForeignRights(mode, seen, made), to));
-    goOn(copyTimes(seen, to));
     return first;
 }
 

@@ -21,9 +21,10 @@ bool isBeyondTarget(int errorCode);
 /// Gives `to`, which nobody else may write to yet, what `from` has besides its data; `seen` is what
 /// the system said of `from` before its data was read. Only once everything else is right the mode
 /// lets others in. What the target cannot keep is no failure. Goes on after a failure, and returns
-/// the first one.
+/// the first one. `made` becomes what the system says of `to` with its final times; mode, owner and
+/// time of status may be those of before.
 FileSystem::Result<void> copyMetadata(const ItemPlace& from, const struct stat& seen,
-                                      const ItemPlace& to);
+                                      const ItemPlace& to, struct stat& made);
 
 /// The part of it that every system does in its own way: extended attributes and access lists.
 /// `mode` is that of the source, and loses what the group is given only together with a list that

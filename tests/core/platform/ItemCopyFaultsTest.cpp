@@ -39,7 +39,7 @@ protected:
         to = OpenFolder::open(folder.path("to"), FollowLinks::no);
     }
     Result copy(CopyProgress progress = [](std::int64_t) { return CopyStep::goOn; }) const {
-        return copyItem(from.value(), "s", to.value(), "d", Cloning::allowed, progress);
+        return copyItem(from.value(), "s", listed, to.value(), "d", Cloning::allowed, progress);
     }
     Result copyWith(Fault fault) const {
         const FaultInjection injected(std::move(fault));
@@ -62,6 +62,7 @@ protected:
     }
 
     TempFolder folder;
+    FileType listed = FileType::other;
     OpenFolder::Result<OpenFolder> from = std::unexpected(PosixError{});
     OpenFolder::Result<OpenFolder> to = std::unexpected(PosixError{});
     const std::string s = folder.path("from/s");
@@ -73,6 +74,7 @@ struct Source {
     std::string name;
     std::function<void(const TempFolder&)> make;
     int calls = 0; ///< that a copy takes at least
+    FileType listed = FileType::other;
 };
 
 void PrintTo(const Source& source, std::ostream* stream) {
@@ -89,10 +91,12 @@ void makeWithHoles(const TempFolder& folder) {
 }
 
 const Source sources[] = {
-    {"small", [](const TempFolder& folder) { folder.file("from/s", "obsah"); }, 14},
+    {"small", [](const TempFolder& folder) { folder.file("from/s", "obsah"); }, 13},
     {"withHoles", makeWithHoles, 20},
     {"link", [](const TempFolder& folder) { folder.link("from/s", "nowhere"); }, 6},
     {"pipe", [](const TempFolder& folder) { mkfifo(folder.path("from/s").c_str(), 0600); }, 6},
+    {"listed", [](const TempFolder& folder) { folder.file("from/s", "obsah"); }, 12,
+     FileType::regular},
 };
 
 class EveryCallTest : public ItemCopyFaultsTest, public testing::WithParamInterface<Source> {
@@ -101,6 +105,7 @@ protected:
         return {.prepare =
                     [this] {
                         start();
+                        listed = GetParam().listed;
                         GetParam().make(folder);
                     },
                 .act = [this] { copied = copy(); },
@@ -188,6 +193,26 @@ TEST_F(ItemCopyFaultsTest, readsNothingElseInPlaceOfTheSource) {
         EXPECT_EQ(ESTALE, failed.error().error.code);
         expectNothing();
     }
+}
+
+TEST_F(ItemCopyFaultsTest, copiesWhatTookThePlaceOfAListedFileAsWhatItIs) {
+    listed = FileType::regular;
+    const auto copiedAfter = [this](const std::function<void()>& swap) {
+        start();
+        folder.file("from/s", "mine");
+        folder.file("from/other", "secret");
+        return copyWith({.calls = {SystemCall::openat}, .number = 1, .before = [&] {
+                             fs::remove(s);
+                             swap();
+                         }});
+    };
+    EXPECT_TRUE(copiedAfter([this] { fs::create_symlink("other", s); }));
+    EXPECT_EQ("other", fs::read_symlink(d));
+    EXPECT_TRUE(copiedAfter([this] { EXPECT_EQ(0, mkfifo(s.c_str(), 0600)); }));
+    EXPECT_TRUE(fs::is_fifo(d));
+    EXPECT_EQ(EISDIR, copiedAfter([this] { folder.folder("from/s"); }).error().error.code);
+    EXPECT_EQ(ENOENT, copiedAfter([] {}).error().error.code);
+    expectNothing();
 }
 
 TEST_F(ItemCopyFaultsTest, takesTheNextMethodWhereOneDoesNotServe) {

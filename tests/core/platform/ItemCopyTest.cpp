@@ -99,8 +99,8 @@ protected:
     std::expected<CopiedItem, CopyFailure> copyTo(const std::string& target,
                                                   Cloning cloning = Cloning::forbidden) {
         told.clear();
-        return copyItem(opened(folder.url().path()), "s", opened(target), "d", cloning,
-                        [this](std::int64_t bytes) {
+        return copyItem(opened(folder.url().path()), "s", FileType::other, opened(target), "d",
+                        cloning, [this](std::int64_t bytes) {
                             told.push_back(bytes);
                             return std::ssize(told) == stopAfter ? CopyStep::stop : CopyStep::goOn;
                         });
@@ -160,7 +160,8 @@ TEST_F(ItemCopyTest, keepsContentTimesModeAndAttributes) {
     EXPECT_EQ("", attribute(d, "user.empty"));
     EXPECT_EQ(std::string(255, 'l'), attribute(d, "user.long"));
     EXPECT_EQ(statusOf(d).st_ino, copied->copy.inode);
-    EXPECT_EQ(statusOf(d).st_ctim.tv_nsec, copied->copy.statusChanged.nanoseconds);
+    EXPECT_EQ(statusOf(d).st_mtim.tv_nsec, copied->copy.modified.nanoseconds);
+    EXPECT_EQ(statusOf(d).st_size, copied->copy.size);
     EXPECT_EQ(statusOf(s).st_ino, copied->source.inode);
     EXPECT_EQ(5, toldBytes());
 }
@@ -178,7 +179,8 @@ TEST_F(ItemCopyTest, letsInOnlyWhomTheSourceLetsIn) {
             modes.push_back(modeOf(shared + "/d"));
         return CopyStep::goOn;
     };
-    ASSERT_TRUE(copyItem(from, "s", opened(shared), "d", Cloning::allowed, look));
+    ASSERT_TRUE(
+        copyItem(from, "s", FileType::regular, opened(shared), "d", Cloning::allowed, look));
     EXPECT_THAT(modes, testing::AllOf(testing::Each(0600U), testing::Not(testing::IsEmpty())));
     EXPECT_EQ(0640U, modeOf(shared + "/d"));
     EXPECT_EQ("none", attribute(shared + "/d", "system.posix_acl_access"));
@@ -268,9 +270,9 @@ TEST_F(ItemCopyTest, clonesOnlyWhereThatIsAllowed) {
         moved += bytes;
         return CopyStep::goOn;
     };
-    ASSERT_TRUE(copyItem(root, "s", root, "clone", Cloning::allowed, count));
+    ASSERT_TRUE(copyItem(root, "s", FileType::regular, root, "clone", Cloning::allowed, count));
     EXPECT_EQ(0, moved);
-    ASSERT_TRUE(copyItem(root, "s", root, "copy", Cloning::forbidden, count));
+    ASSERT_TRUE(copyItem(root, "s", FileType::regular, root, "copy", Cloning::forbidden, count));
     EXPECT_EQ(std::ssize(data), moved);
     EXPECT_EQ(data, content(volume->path("clone")));
     EXPECT_EQ(data, content(volume->path("copy")));
@@ -307,15 +309,15 @@ TEST_F(ItemCopyTest, makesPipesAnewAndOpensNoSpecialFile) {
     ASSERT_EQ(0, bind(socketFile, anyAddress, sizeof address));
     EXPECT_EQ(Kind::notCopyable, copy().error().kind);
     close(socketFile);
-    const auto null = copyItem(opened("/dev"), "null", opened(folder.url().path()), "d",
-                               Cloning::forbidden, goOn);
+    const auto null = copyItem(opened("/dev"), "null", FileType::other, opened(folder.url().path()),
+                               "d", Cloning::forbidden, goOn);
     EXPECT_EQ(Kind::notCopyable, null.error().kind);
     EXPECT_FALSE(std::filesystem::exists(d));
 }
 
 TEST_F(ItemCopyTest, readsToTheEndWhatDoesNotTellItsSize) {
-    ASSERT_TRUE(copyItem(opened("/proc"), "filesystems", opened(folder.url().path()), "d",
-                         Cloning::allowed, goOn));
+    ASSERT_TRUE(copyItem(opened("/proc"), "filesystems", FileType::regular,
+                         opened(folder.url().path()), "d", Cloning::allowed, goOn));
     EXPECT_EQ(content("/proc/filesystems"), content(d));
     EXPECT_FALSE(content(d).empty());
 }
@@ -361,7 +363,8 @@ TEST_F(ItemCopyTest, leavesWhatHasTheNewName) {
     const auto root = opened(folder.url().path());
     for (const auto* source : {"s", "link", "pipe"}) {
         for (const auto* target : {"file", "dangling", "s"}) {
-            const auto copied = copyItem(root, source, root, target, Cloning::allowed, goOn);
+            const auto copied =
+                copyItem(root, source, FileType::other, root, target, Cloning::allowed, goOn);
             EXPECT_EQ(Kind::exists, copied.error().kind) << source << " to " << target;
         }
     }
