@@ -24,7 +24,7 @@ Date now() {
     return {seconds.count(), static_cast<std::uint32_t>((since - seconds).count())};
 }
 
-void record(UndoJournal& journal, std::string title, std::vector<UndoStep> steps) {
+void record(UndoJournal& journal, std::string title, UndoStepList steps) {
     journal.record({.title = std::move(title), .steps = std::move(steps), .date = now()});
 }
 
@@ -120,11 +120,11 @@ std::expected<FileUrl, Failure> newFolder(const FileUrl& directory, std::string_
 Trashing trash(const std::vector<FileUrl>& items, const TrashProvider& trash,
                UndoJournal& journal) {
     Trashing result;
-    std::vector<UndoStep> steps;
+    UndoStepList steps;
     for (const auto& item : items) {
         auto place = trash.trash(item);
         if (place) {
-            steps.emplace_back(UndoSteps::Trashed{item, std::move(*place)});
+            steps.push_back(UndoSteps::Trashed{item, std::move(*place)});
             result.trashed.push_back(item);
         } else {
             result.failures.push_back(quoted(item.lastComponent()) +

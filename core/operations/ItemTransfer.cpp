@@ -30,24 +30,24 @@ PairCount countPair(const TransferPair& pair, TransferPlaces& sources, TransferP
 
 } // namespace
 
-TransferTotals ItemTransfer::count(const std::vector<TransferPair>& pairs) {
+TransferTotals ItemTransfer::count(const TransferPairs& pairs) {
     OpenFolders folders;
     TransferPlaces sources(folders);
     TransferPlaces targets(folders);
     TransferTotals total;
     counts_.clear();
     counts_.reserve(pairs.size());
-    for (const auto& pair : pairs) {
+    for (std::size_t pair = 0; pair < pairs.size(); ++pair) {
         if (context_.checkpoint() == Checkpoint::stop)
             break;
-        counts_.push_back(countPair(pair, sources, targets, context_));
+        counts_.push_back(countPair(pairs[pair], sources, targets, context_));
         total += counts_.back().totals;
     }
     counts_.resize(pairs.size());
     return total;
 }
 
-std::vector<PairOutcome> ItemTransfer::run(const std::vector<TransferPair>& pairs) {
+std::vector<PairOutcome> ItemTransfer::run(const TransferPairs& pairs) {
     OpenFolders folders;
     TransferLedger ledger(context_, pairs.size(), std::exchange(counts_, {}));
     SourceRemoval removal(ledger, SourceRemoval::Pace::inBatches);

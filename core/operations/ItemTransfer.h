@@ -20,10 +20,10 @@ public:
     /// Counts what the pairs have in them, without following links. What is going to be renamed
     /// counts as one item. Stops at a checkpoint. What `run` finds to be otherwise later, it tells
     /// the context as new totals.
-    TransferTotals count(const std::vector<TransferPair>& pairs);
+    TransferTotals count(const TransferPairs& pairs);
     /// One outcome for each pair, in their order. Without a count the context's totals stay what
     /// they are.
-    std::vector<PairOutcome> run(const std::vector<TransferPair>& pairs);
+    std::vector<PairOutcome> run(const TransferPairs& pairs);
 
 private:
     OperationContext& context_;

@@ -104,15 +104,6 @@ void JobContext::addError(std::string sentence) {
     host_.publish(Publishing::paced);
 }
 
-std::vector<UndoStep> JobContext::takeSteps() {
-    std::vector<UndoStep> steps;
-    steps.reserve(steps_.size());
-    // One by one, as two lists of a hundred thousand steps would take twice the memory.
-    for (; !steps_.empty(); steps_.pop_front())
-        steps.push_back(std::move(steps_.front()));
-    return steps;
-}
-
 void JobContext::keepPace() {
     using std::chrono::ceil;
     using std::chrono::milliseconds;

@@ -12,11 +12,10 @@
 
 #include <chrono>
 #include <cstdint>
-#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 namespace fennik {
 
@@ -56,14 +55,14 @@ public:
     void filesDone(std::int64_t count) override;
     void itemsSkipped(std::int64_t count) override;
     void addError(std::string sentence) override;
-    void addStep(UndoStep step) override { steps_.push_back(std::move(step)); }
+    void addStep(UndoStep step) override { steps_.push_back(step); }
     void dropLastStep() override { steps_.pop_back(); }
     bool isCapped() const override { return host_.throttle().has_value(); }
     const TrashProvider& trash() const override { return host_.trash(); }
 
     /// The counting is over.
     void startWork();
-    std::vector<UndoStep> takeSteps();
+    UndoStepList takeSteps() { return std::exchange(steps_, {}); }
 
 private:
     std::chrono::nanoseconds timeAtWork() const { return host_.now() - started_; }
@@ -77,7 +76,7 @@ private:
     Job& job_;
     JobHost& host_;
     std::optional<ConflictDecision> policy_; ///< the answer for all later clashes
-    std::deque<UndoStep> steps_;
+    UndoStepList steps_;
     /// When the work began, later by all the time that it stood still.
     std::chrono::steady_clock::time_point started_;
     TimeEstimate::Done done_;

@@ -27,7 +27,7 @@ std::vector<JobSnapshot> snapshotsOf(const Jobs& jobs) {
 }
 
 /// The work of a job, which no body does.
-std::vector<PairOutcome> transfer(const std::vector<TransferPair>& pairs, JobContext& context) {
+std::vector<PairOutcome> transfer(const TransferPairs& pairs, JobContext& context) {
     ItemTransfer transfer(context);
     const auto totals = transfer.count(pairs);
     context.setTotals(totals.bytes, totals.files);

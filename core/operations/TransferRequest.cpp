@@ -4,6 +4,21 @@
 
 namespace fennik {
 
+TransferPairs::TransferPairs(std::initializer_list<TransferPair> pairs) {
+    for (const auto& pair : pairs)
+        push_back(pair);
+}
+
+TransferPairs::TransferPairs(const std::vector<TransferPair>& pairs) {
+    for (const auto& pair : pairs)
+        push_back(pair);
+}
+
+void TransferPairs::push_back(const TransferPair& pair) {
+    sources_.push_back(pair.source);
+    destinations_.push_back(pair.destination);
+}
+
 std::string TransferRequest::jobTitle() const {
     if (title)
         return *title;

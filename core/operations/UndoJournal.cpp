@@ -47,7 +47,7 @@ UndoJournal::undoLast(const TrashProvider& trash) {
         entry = std::move(entries_.back());
         entries_.pop_back();
     }
-    auto messages = takeBack(entry.steps, trash);
+    auto messages = takeBack(entry.steps.all(), trash);
     if (!messages.empty())
         return std::unexpected(UndoFailure{std::move(messages)});
     return entry;

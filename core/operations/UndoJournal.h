@@ -1,9 +1,9 @@
 #pragma once
 
 #include "core/base/Date.h"
-#include "core/base/FileUrl.h"
 #include "core/base/Uuid.h"
 #include "core/operations/TrashProvider.h"
+#include "core/operations/UndoStep.h"
 
 #include <cstddef>
 #include <deque>
@@ -11,44 +11,16 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace fennik {
 
-namespace UndoSteps {
-
-struct Moved {
-    FileUrl from = {};
-    FileUrl to = {};
-    friend bool operator==(const Moved&, const Moved&) = default;
-};
-struct Created {
-    FileUrl url = {};
-    friend bool operator==(const Created&, const Created&) = default;
-};
-struct Trashed {
-    FileUrl original = {};
-    FileUrl inTrash = {};
-    friend bool operator==(const Trashed&, const Trashed&) = default;
-};
-struct RemovedEmptyDirectory {
-    FileUrl url = {};
-    friend bool operator==(const RemovedEmptyDirectory&, const RemovedEmptyDirectory&) = default;
-};
-
-} // namespace UndoSteps
-
-/// One change of the disk that can be taken back.
-using UndoStep = std::variant<UndoSteps::Moved, UndoSteps::Created, UndoSteps::Trashed,
-                              UndoSteps::RemovedEmptyDirectory>;
-
 /// What one job or action has done.
 struct UndoEntry {
     Uuid id = Uuid::random();
-    std::string title = {};           ///< as the user reads it
-    std::vector<UndoStep> steps = {}; ///< in the order in which they happened
-    Date date = {};                   ///< when they were recorded
+    std::string title = {}; ///< as the user reads it
+    UndoStepList steps = {};
+    Date date = {}; ///< when they were recorded
 };
 
 /// What could not be taken back, a sentence for each step.

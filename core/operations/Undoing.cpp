@@ -1,6 +1,7 @@
 #include "core/operations/Undoing.h"
 
 #include "core/base/CzechText.h"
+#include "core/base/Overloaded.h"
 #include "core/operations/Relocation.h"
 #include "core/platform/MadeFolders.h"
 
@@ -17,11 +18,6 @@ namespace fennik {
 namespace {
 
 using Undone = std::expected<void, std::string>;
-
-template <class... Cases>
-struct Overloaded : Cases... {
-    using Cases::operator()...;
-};
 
 /// Which created items of an entry go to the trash together with a folder that was created too.
 class CreatedTrees {

@@ -61,7 +61,7 @@ TEST_F(FileActionsTest, renamesAndTakesItBack) {
     EXPECT_TRUE(has("nový.txt"));
     EXPECT_FALSE(has("starý.txt"));
     ASSERT_TRUE(journal.last());
-    EXPECT_THAT(journal.last()->steps,
+    EXPECT_THAT(journal.last()->steps.all(),
                 ElementsAre(UndoSteps::Moved{item("starý.txt"), item("nový.txt")}));
     EXPECT_EQ(undone(), "Přejmenování na „nový.txt“");
     EXPECT_TRUE(has("starý.txt"));
@@ -124,7 +124,7 @@ TEST_F(FileActionsTest, makesTheMissingLevelsOfAFolder) {
     temp.folder("x");
     EXPECT_EQ(FileActions::newFolder(temp.url(), "x/y//z", journal)->path(), temp.path("x/y/z"));
     ASSERT_TRUE(journal.last());
-    EXPECT_THAT(journal.last()->steps, SizeIs(1));
+    EXPECT_THAT(journal.last()->steps.all(), SizeIs(1));
     EXPECT_EQ(undone(), "Nová složka „x/y//z“");
     EXPECT_TRUE(has("x"));
     EXPECT_FALSE(has("x/y"));

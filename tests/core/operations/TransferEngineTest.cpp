@@ -181,7 +181,7 @@ TEST_F(TransferEngineTest, whatWasDoneCanBeUndoneAlsoAfterACancellation) {
     });
     ASSERT_TRUE(journal.last());
     EXPECT_EQ(journal.last()->title, "Kopírování „a“");
-    EXPECT_THAT(journal.last()->steps, ElementsAre(step));
+    EXPECT_THAT(journal.last()->steps.all(), ElementsAre(step));
     EXPECT_EQ(journal.last()->date, (Date{77, 0}));
 
     engine.enqueue(copyOf({"b"}), "Vlastní název",
