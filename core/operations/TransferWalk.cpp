@@ -25,6 +25,10 @@ std::int64_t shownSize(const FileStatus& status) {
     return status.type == FileType::directory ? 0 : status.size;
 }
 
+FileUrl::Form formOf(const FileStatus& status) {
+    return status.type == FileType::directory ? FileUrl::Form::directory : FileUrl::Form::file;
+}
+
 /// Both are one item that can be reached in two ways, and no hard links of a file.
 bool isSameItem(const FileStatus& source, const FileStatus& target) {
     return source.identity() == target.identity() &&
@@ -132,8 +136,8 @@ TransferWalk::Answer TransferWalk::ask(Attempt& attempt, const FileStatus& sourc
                                        const FileStatus& target) {
     const auto& item = attempt.item;
     const auto choice = context_.answer({
-        .source = item.from->url().appending(item.name),
-        .destination = item.to->url().appending(attempt.name),
+        .source = item.from->url().appending(item.name, formOf(source)),
+        .destination = item.to->url().appending(attempt.name, formOf(target)),
         .sourceSize = shownSize(source),
         .sourceDate = source.modified,
         .destinationSize = shownSize(target),

@@ -141,7 +141,7 @@ TEST_F(ItemTransferTest, theQuestionSaysWhatLiesThere) {
     ASSERT_EQ(copying.conflicts.size(), 1U);
     const auto& conflict = copying.conflicts.front();
     EXPECT_EQ(conflict.source, url("a"));
-    EXPECT_EQ(conflict.destination, url("to/a"));
+    EXPECT_EQ(conflict.destination, FileUrl(temp.path("to/a"), FileUrl::Form::directory));
     EXPECT_EQ(conflict.sourceSize, 3);
     EXPECT_EQ(conflict.sourceDate, (Date{3, 4}));
     EXPECT_EQ(conflict.destinationSize, 0) << "a folder has none";
