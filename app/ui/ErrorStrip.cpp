@@ -1,7 +1,11 @@
 #include "app/ui/ErrorStrip.h"
 
+#include "app/ui/Text.h"
+
 #include <QLabel>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace fennik::ui {
 
@@ -32,23 +36,23 @@ void ErrorStrip::takeTheme() {
 }
 
 void ErrorStrip::showBelow(const QRect& field, const QString& message) {
-    text_->setText(message);
+    message_ = message;
+    text_->setText(breakableText(message));
+    text_->setAccessibleName(message);
     const int left = theme_.px(padding + iconSide + iconGap);
     const int edge = theme_.px(6);
-    const int width = field.width() - left - theme_.px(padding);
+    const int most = field.width() - left - theme_.px(padding);
+    const int width =
+        std::min(most, text_->fontMetrics().horizontalAdvance(message) + theme_.px(2));
     const int height = text_->heightForWidth(width);
     text_->setGeometry(left, edge, width, height);
     const int gap = theme_.px(5);
     const int whole = height + 2 * edge;
     const bool hasRoomBelow = field.bottom() + gap + whole <= parentWidget()->height();
     const int top = hasRoomBelow ? field.bottom() + gap : field.top() - gap - whole;
-    setGeometry(field.left(), top, field.width(), whole);
+    setGeometry(field.left(), top, left + width + theme_.px(padding), whole);
     show();
     raise();
-}
-
-QString ErrorStrip::message() const {
-    return text_->text();
 }
 
 void ErrorStrip::paintEvent(QPaintEvent*) {

@@ -18,7 +18,7 @@ public:
 
     /// `field` is in the parent's coordinates. The strip goes above it where there is no room.
     void showBelow(const QRect& field, const QString& message);
-    QString message() const;
+    const QString& message() const { return message_; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -29,6 +29,7 @@ private:
     const Theme& theme_;
     Icons& icons_;
     QLabel* text_;
+    QString message_;
 };
 
 } // namespace fennik::ui

@@ -31,6 +31,24 @@ QString fromUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+QString breakableText(const QString& text) {
+    constexpr int unbroken = 8;
+    constexpr QChar zeroWidthSpace(0x200B);
+    QString broken;
+    int length = 0;
+    for (const auto character : text) {
+        const bool continues = character.isLowSurrogate() || character.isMark();
+        if (length >= 3 * unbroken && length % unbroken == 0 && !continues)
+            broken += zeroWidthSpace;
+        if (character.isSpace())
+            length = 0;
+        else if (!continues)
+            ++length;
+        broken += character;
+    }
+    return broken;
+}
+
 QString czechDate(const Date& date, DateDetail detail) {
     const std::time_t seconds = date.seconds;
     std::tm local{};

@@ -18,6 +18,10 @@ QString menuText(const QString& text);
 /// UTF-8 of the program's own.
 QString fromUtf8(std::string_view text);
 
+/// `text` for lines that wrap: a word that is longer than most may be broken, where a long name
+/// would otherwise widen what holds it.
+QString breakableText(const QString& text);
+
 enum class DateDetail { minutes, seconds };
 /// A date as Czechs write it, "20. 11. 2026 15:26", in local time; empty for the distant past.
 QString czechDate(const Date& date, DateDetail detail);

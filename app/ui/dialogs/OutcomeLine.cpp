@@ -1,5 +1,7 @@
 #include "app/ui/dialogs/OutcomeLine.h"
 
+#include "app/ui/Text.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -21,12 +23,10 @@ OutcomeLine::OutcomeLine(const Theme& theme, Icons& icons, QWidget* parent)
 
 void OutcomeLine::setOutcome(Kind kind, const QString& text) {
     kind_ = kind;
-    label_->setText(text);
+    text_ = text;
+    label_->setText(breakableText(text));
+    label_->setAccessibleName(text);
     takeTheme();
-}
-
-QString OutcomeLine::text() const {
-    return label_->text();
 }
 
 QString OutcomeLine::icon() const {
@@ -71,7 +71,7 @@ void OutcomeLine::takeTheme() {
 }
 
 void OutcomeLine::paintEvent(QPaintEvent*) {
-    if (text().isEmpty())
+    if (text_.isEmpty())
         return;
     const int side = theme_.px(16);
     const int lineHeight = label_->fontMetrics().height();

@@ -26,7 +26,7 @@ public:
 
     void setOutcome(Kind kind, const QString& text);
     Kind kind() const { return kind_; }
-    QString text() const;
+    const QString& text() const { return text_; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -40,6 +40,7 @@ private:
     Icons& icons_;
     Kind kind_ = Kind::note;
     QLabel* label_;
+    QString text_;
 };
 
 } // namespace fennik::ui

@@ -90,6 +90,7 @@ TEST_F(RenameFieldTest, anErrorStaysWithTheTextItIsAbout) {
     field.showError(message);
     EXPECT_TRUE(strip.isVisible());
     EXPECT_GT(strip.y(), field.geometry().bottom());
+    EXPECT_LT(strip.width(), field.width());
     EXPECT_EQ(field.accessibleDescription(), message);
     EXPECT_EQ(field.grab().toImage().pixelColor(200, 1), theme.tokens().err);
     QTest::keyClicks(&field, "x");

@@ -22,6 +22,18 @@ TEST(TextTest, datesAreCzechAndInLocalTime) {
     EXPECT_EQ(czechDate({-62'000'000'000, 0}, DateDetail::minutes).left(10), "19. 4. 000");
 }
 
+TEST(TextTest, onlyWordsTooLongForALineAreBroken) {
+    const auto sentence = QStringLiteral("„Smlouva.pdf“ už ve složce je, na desktopu-notebooku.");
+    EXPECT_EQ(breakableText(sentence), sentence);
+    const auto name = QString(100, QLatin1Char('x')) + QStringLiteral("🦊🦊č̌🦊.txt");
+    const auto broken = breakableText(name).split(QChar(0x200B));
+    EXPECT_EQ(broken.join(QString()), name);
+    for (const auto& piece : broken) {
+        EXPECT_LE(piece.size(), 24);
+        EXPECT_FALSE(piece.front().isLowSurrogate() || piece.front().isMark());
+    }
+}
+
 TEST(TextTest, digitsHaveOneWidth) {
     const QFont font(QStringLiteral("Inter"));
     EXPECT_DOUBLE_EQ(TabularText::width(font, QStringLiteral("11:11")),
