@@ -8,6 +8,21 @@
 
 namespace fennik::app {
 
+namespace {
+
+/// The one item that an undo has put back to its place, if it was a single one.
+const FileUrl* onlyItemBack(const std::optional<UndoEntry>& undone) {
+    if (!undone || undone->steps.size() != 1)
+        return nullptr;
+    const auto& step = undone->steps.front();
+    if (const auto* moved = std::get_if<UndoSteps::Moved>(&step))
+        return &moved->from;
+    const auto* trashed = std::get_if<UndoSteps::Trashed>(&step);
+    return trashed != nullptr ? &trashed->original : nullptr;
+}
+
+} // namespace
+
 // Renaming
 
 void AppModel::startRename() {
@@ -132,7 +147,10 @@ void AppModel::undo() {
     actions_.run(
         title, [&trash = services_.trash, &journal = journal_] { return journal.undoLast(trash); },
         [this](const Undone& undone) {
-            takeChanges();
+            if (const auto* back = undone ? onlyItemBack(*undone) : nullptr)
+                showItem(activeSide_, back->parent(), std::string(back->lastComponent()));
+            else
+                takeChanges();
             tellUndoTitle();
             if (!undone)
                 showToast("Vráceno jen částečně:\n" + undone.error().message(), Toast::Kind::error);
