@@ -209,7 +209,8 @@ private:
     MarkTotals sourceTotals();
     void openTransfer(TransferKind kind);
     void enqueue(TransferKind kind, std::vector<TransferPair> pairs);
-    void transferInto(TransferKind kind, std::vector<FileUrl> sources, const FileUrl& folder);
+    /// Asks first when they are many.
+    void transferInto(PasteDialog items);
     void copyToClipboard();
     void copyPath();
     void paste(TransferKind kind);

@@ -39,9 +39,11 @@ struct TrashDialog {
 
 /// Asks whether so many items are to be copied or moved into a folder.
 struct PasteDialog {
+    enum class Origin { clipboard, drop };
     TransferKind kind = TransferKind::copy;
     std::vector<FileUrl> sources = {};
     FileUrl target = {};
+    Origin origin = Origin::clipboard;
 };
 
 /// Asks what is to become of an item whose name is taken.

@@ -174,7 +174,7 @@ DialogCard* DialogPresenter::card(const app::TrashDialog& dialog) {
 
 DialogCard* DialogPresenter::card(const app::PasteDialog& dialog) {
     auto* card = new PasteDialog(
-        dialog.kind, itemsOf(app_, dialog.sources), shownName(dialog.target.path()),
+        dialog.kind, dialog.origin, itemsOf(app_, dialog.sources), shownName(dialog.target.path()),
         shownName(dialog.target.lastComponent()), context_.theme, context_.icons, host_);
     connect(card, &DialogCard::confirmed, &app_, &app::AppModel::confirmPaste);
     connect(card, &DialogCard::cancelled, &app_, &app::AppModel::closeDialog);

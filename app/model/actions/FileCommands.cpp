@@ -43,19 +43,18 @@ void AppModel::enqueue(TransferKind kind, std::vector<TransferPair> pairs) {
     engine_.enqueue({.kind = kind, .pairs = std::move(pairs)});
 }
 
-void AppModel::transferInto(TransferKind kind, std::vector<FileUrl> sources,
-                            const FileUrl& folder) {
-    if (std::ssize(sources) > settings_.get(SettingKeys::confirmThreshold))
-        setDialog(PasteDialog{kind, std::move(sources), folder});
+void AppModel::transferInto(PasteDialog items) {
+    if (std::ssize(items.sources) > settings_.get(SettingKeys::confirmThreshold))
+        setDialog(std::move(items));
     else
-        enqueue(kind, TransferTarget::pairsInto(sources, folder));
+        enqueue(items.kind, TransferTarget::pairsInto(items.sources, items.target));
 }
 
 void AppModel::receiveDrop(TransferKind kind, std::vector<FileUrl> sources, const FileUrl& folder) {
     if (const auto reason = dropObstacle(sources, folder))
         showToast(*reason, Toast::Kind::error);
     else if (!sources.empty())
-        transferInto(kind, std::move(sources), folder);
+        transferInto({kind, std::move(sources), folder, PasteDialog::Origin::drop});
 }
 
 std::optional<std::string> AppModel::dropObstacle(const std::vector<FileUrl>& sources,
@@ -77,7 +76,8 @@ void AppModel::paste(TransferKind kind) {
     if (items.empty())
         showToast("Ve schránce nejsou soubory.", Toast::Kind::error);
     else
-        transferInto(kind, std::move(items), activePanel().folder());
+        transferInto(
+            {kind, std::move(items), activePanel().folder(), PasteDialog::Origin::clipboard});
 }
 
 void AppModel::copyToClipboard() {

@@ -10,13 +10,19 @@ namespace fennik::ui {
 
 namespace {
 
-DialogCard::Texts textsOf(TransferKind kind, const SourceItems& sources, const QString& folder) {
+DialogCard::Texts textsOf(TransferKind kind, PasteDialog::Origin origin, const SourceItems& sources,
+                          const QString& folder) {
     const auto count = sources.inWords();
     if (kind == TransferKind::move)
         return {.icon = QStringLiteral("file-output"),
                 .title = QStringLiteral("Přesunout %1?").arg(count),
                 .subtitle = QStringLiteral("přesunout do složky „%1“").arg(folder),
                 .confirm = QStringLiteral("Přesunout")};
+    if (origin == PasteDialog::Origin::drop)
+        return {.icon = QStringLiteral("copy"),
+                .title = QStringLiteral("Kopírovat %1?").arg(count),
+                .subtitle = QStringLiteral("kopírovat do složky „%1“").arg(folder),
+                .confirm = QStringLiteral("Kopírovat")};
     return {.icon = QStringLiteral("clipboard-paste"),
             .title = QStringLiteral("Vložit %1 ze schránky?").arg(count),
             .subtitle = QStringLiteral("kopírovat do složky „%1“").arg(folder),
@@ -25,9 +31,10 @@ DialogCard::Texts textsOf(TransferKind kind, const SourceItems& sources, const Q
 
 } // namespace
 
-PasteDialog::PasteDialog(TransferKind kind, const SourceItems& sources, const QString& target,
-                         const QString& folder, const Theme& theme, Icons& icons, QWidget* parent)
-    : DialogCard(textsOf(kind, sources, folder), theme, icons, parent) {
+PasteDialog::PasteDialog(TransferKind kind, Origin origin, const SourceItems& sources,
+                         const QString& target, const QString& folder, const Theme& theme,
+                         Icons& icons, QWidget* parent)
+    : DialogCard(textsOf(kind, origin, sources, folder), theme, icons, parent) {
     auto* label = new QLabel(QStringLiteral("Kam:"));
     followColor(*label, theme, &Tokens::text2);
     auto* path = new ElidedLabel(target, nullptr);

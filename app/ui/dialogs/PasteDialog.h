@@ -1,8 +1,8 @@
 #pragma once
 
+#include "app/model/Dialog.h"
 #include "app/ui/dialogs/DialogCard.h"
 #include "app/ui/dialogs/SourceList.h"
-#include "core/operations/TransferRequest.h"
 
 namespace fennik::ui {
 
@@ -11,8 +11,10 @@ class PasteDialog final : public DialogCard {
     Q_OBJECT
 
 public:
+    using Origin = app::PasteDialog::Origin;
+
     /// `target` is a path, `folder` the name it ends with.
-    PasteDialog(TransferKind kind, const SourceItems& sources, const QString& target,
+    PasteDialog(TransferKind kind, Origin origin, const SourceItems& sources, const QString& target,
                 const QString& folder, const Theme& theme, Icons& icons, QWidget* parent);
 };
 

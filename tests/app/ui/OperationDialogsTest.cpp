@@ -184,12 +184,16 @@ TEST_F(OperationDialogsTest, theTrashAsksWithTheAnswerReady) {
 }
 
 TEST_F(OperationDialogsTest, titlesCountInCzech) {
-    const auto paste = [this](TransferKind kind, int count) {
-        host.open(new PasteDialog(kind, items(count), "/mnt/a", "a", theme, icons, &window));
+    using enum PasteDialog::Origin;
+    const auto paste = [this](TransferKind kind, PasteDialog::Origin origin, int count) {
+        host.open(
+            new PasteDialog(kind, origin, items(count), "/mnt/a", "a", theme, icons, &window));
         return title();
     };
-    EXPECT_EQ(paste(TransferKind::copy, 24), "Vložit 24 položek ze schránky?");
-    EXPECT_EQ(paste(TransferKind::move, 3), "Přesunout 3 položky?");
+    EXPECT_EQ(paste(TransferKind::copy, clipboard, 24), "Vložit 24 položek ze schránky?");
+    EXPECT_EQ(paste(TransferKind::copy, drop, 24), "Kopírovat 24 položek?");
+    EXPECT_EQ(confirm()->text(), "Kopírovat");
+    EXPECT_EQ(paste(TransferKind::move, drop, 3), "Přesunout 3 položky?");
     EXPECT_EQ(confirm()->text(), "Přesunout");
     EXPECT_EQ(host.card()->findChild<SourceList*>()->accessibleName(),
               "0.pdf, 1 kB; 1.pdf, 1 kB; 2.pdf, 1 kB");

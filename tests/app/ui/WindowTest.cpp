@@ -1,19 +1,26 @@
 #include "app/ui/PanelMessage.h"
 #include "app/ui/PanelTable.h"
 #include "app/ui/PanelView.h"
+#include "app/ui/RenameField.h"
 #include "app/ui/RunLabel.h"
+#include "app/ui/dialogs/ConflictDialog.h"
+#include "app/ui/dialogs/ConflictSide.h"
 #include "app/ui/dialogs/DialogCard.h"
+#include "app/ui/dialogs/OutcomeLine.h"
 #include "app/ui/dialogs/SourceList.h"
 #include "tests/support/WindowFixture.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QPaintEvent>
 #include <QTest>
 
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <sys/stat.h>
 
 namespace fennik::test {
@@ -66,6 +73,10 @@ protected:
         QApplication::processEvents();
     }
     ui::PanelTable& table(PanelSide side) { return window.view(side).table(); }
+    std::string contentOf(std::string_view name) {
+        std::ifstream file(temp.path(name));
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
     QString statusText(PanelSide side) {
         QStringList parts;
         for (const auto* label : window.view(side).findChildren<ui::RunLabel*>())
@@ -208,7 +219,7 @@ TEST_F(WindowTest, aDialogNamesWhatThePanelsKnowAndGivesTheKeyboardBack) {
     app.receiveDrop(TransferKind::copy, dropped, FileUrl(temp.path("right/")));
     auto* card = window.findChild<ui::DialogCard*>("dialogCard");
     ASSERT_NE(card, nullptr);
-    EXPECT_EQ(card->accessibleName(), "Vložit 14 položek ze schránky?");
+    EXPECT_EQ(card->accessibleName(), "Kopírovat 14 položek?");
     EXPECT_EQ(card->findChild<ui::SourceList*>()->accessibleName(),
               "Smlouva.pdf, 1,12\u00A0MB; Data; 0; 1; a další 10");
     EXPECT_TRUE(card->isAncestorOf(QApplication::focusWidget()));
@@ -216,6 +227,97 @@ TEST_F(WindowTest, aDialogNamesWhatThePanelsKnowAndGivesTheKeyboardBack) {
     press(Qt::Key_Escape);
     EXPECT_FALSE(app.dialog());
     EXPECT_EQ(QApplication::focusWidget(), &table(PanelSide::right));
+}
+
+TEST_F(WindowTest, theTransferDialogSaysWhatWillComeOfIt) {
+    start();
+    press(Qt::Key_End);
+    press(Qt::Key_F5);
+    auto* card = window.findChild<ui::DialogCard*>("dialogCard");
+    ASSERT_NE(card, nullptr);
+    EXPECT_EQ(card->accessibleName(), "Kopírovat „Smlouva.pdf“");
+    auto* field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    ASSERT_NE(field, nullptr);
+    const auto* outcome = card->findChild<ui::OutcomeLine*>("outcomeLine");
+    const auto says = [&](const std::string& target, const QString& sentence) {
+        field->setText(QString::fromStdString(target));
+        emit field->textEdited(field->text());
+        timers.pass(std::chrono::milliseconds(120));
+        settle();
+        EXPECT_EQ(outcome->text(), sentence);
+        EXPECT_EQ(field->accessibleDescription(), sentence);
+    };
+    EXPECT_EQ(outcome->text(), "1 položka půjde do existující složky „right“.");
+    says(temp.path("right/x"), "kopie pod tímto jménem: „x“");
+    EXPECT_EQ(outcome->kind(), ui::OutcomeLine::Kind::renames);
+    says(temp.path("left/Smlouva.pdf/x"), "„Smlouva.pdf“ není složka.");
+    EXPECT_EQ(outcome->kind(), ui::OutcomeLine::Kind::error);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(app.dialog()) << "what would not go is not begun";
+    press(Qt::Key_Escape);
+    EXPECT_EQ(QApplication::focusWidget(), &table(PanelSide::left));
+}
+
+TEST_F(WindowTest, aClashShowsBothItemsAndTheNextOneInTheSameCard) {
+    temp.file("right/Faktury", "no folder");
+    temp.file("right/Smlouva.pdf", "old");
+    start();
+    press(Qt::Key_A, Qt::ControlModifier);
+    press(Qt::Key_F5);
+    press(Qt::Key_Return);
+    const auto card = [this] { return window.findChild<ui::ConflictDialog*>(); };
+    const auto shows = [&](const QString& title) {
+        return QTest::qWaitFor([&] {
+            settle();
+            return card() != nullptr && card()->accessibleName() == title;
+        });
+    };
+    ASSERT_TRUE(shows("„Faktury“ už v cíli je"));
+    auto* first = card();
+    EXPECT_TRUE(
+        first->findChild<ui::ConflictSide*>("newItem")->accessibleName().contains("složka"));
+    EXPECT_FALSE(
+        first->findChild<ui::ConflictSide*>("existingItem")->accessibleName().contains("složka"));
+    press(Qt::Key_P);
+    QTest::qWait(450);
+    EXPECT_EQ(contentOf("right/Faktury"), "no folder") << "a key meant for something else";
+    press(Qt::Key_K);
+    ASSERT_TRUE(shows("„Smlouva.pdf“ už v cíli je"));
+    EXPECT_EQ(card(), first);
+    press(Qt::Key_O);
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        settle();
+        timers.pass(std::chrono::milliseconds(100));
+        return !app.dialog() && std::filesystem::exists(temp.path("right/Smlouva 2.pdf"));
+    }));
+    EXPECT_EQ(contentOf("right/Smlouva.pdf"), "old");
+    EXPECT_EQ(QApplication::focusWidget(), &table(PanelSide::left));
+}
+
+TEST_F(WindowTest, renamingInARowGoesOnUntilTheNameIsGood) {
+    start();
+    press(Qt::Key_End);
+    press(Qt::Key_F6, Qt::ShiftModifier);
+    auto* field = window.view(PanelSide::left).findChild<ui::RenameField*>("renameField");
+    ASSERT_EQ(QApplication::focusWidget(), field);
+    EXPECT_EQ(field->selectedText(), "Smlouva");
+    QTest::keyClicks(field, "a/b");
+    press(Qt::Key_Return);
+    EXPECT_EQ(field->accessibleDescription(), "Název nesmí obsahovat „/“.");
+    EXPECT_EQ(QApplication::focusWidget(), field);
+    field->selectAll();
+    QTest::keyClicks(field, "Aa.pdf");
+    press(Qt::Key_Return);
+    EXPECT_FALSE(field->isVisible());
+    EXPECT_EQ(QApplication::focusWidget(), &table(PanelSide::left));
+    EXPECT_EQ(app.activePanel().cursorItem()->name, "Aa.pdf");
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(app.activePanel().cursorItem()->name, "Smlouva.pdf");
+    press(Qt::Key_F2);
+    QTest::keyClicks(field, "left alone");
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(std::filesystem::exists(temp.path("left/Smlouva.pdf")));
+    EXPECT_EQ(QApplication::focusWidget(), &table(PanelSide::left));
 }
 
 TEST_F(WindowTest, anErrorStandsInPlaceOfTheRowsAndKeysStillWork) {
