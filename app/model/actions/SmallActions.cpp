@@ -4,6 +4,7 @@
 #include "core/operations/FileActions.h"
 
 #include <expected>
+#include <optional>
 #include <utility>
 
 namespace fennik::app {
@@ -11,14 +12,15 @@ namespace fennik::app {
 namespace {
 
 /// The one item that an undo has put back to its place, if it was a single one.
-const FileUrl* onlyItemBack(const std::optional<UndoEntry>& undone) {
+std::optional<FileUrl> onlyItemBack(const std::optional<UndoEntry>& undone) {
     if (!undone || undone->steps.size() != 1)
-        return nullptr;
-    const auto& step = undone->steps.front();
+        return {};
+    const auto step = undone->steps.all().front();
     if (const auto* moved = std::get_if<UndoSteps::Moved>(&step))
-        return &moved->from;
-    const auto* trashed = std::get_if<UndoSteps::Trashed>(&step);
-    return trashed != nullptr ? &trashed->original : nullptr;
+        return moved->from;
+    if (const auto* trashed = std::get_if<UndoSteps::Trashed>(&step))
+        return trashed->original;
+    return {};
 }
 
 } // namespace
@@ -147,7 +149,7 @@ void AppModel::undo() {
     actions_.run(
         title, [&trash = services_.trash, &journal = journal_] { return journal.undoLast(trash); },
         [this](const Undone& undone) {
-            if (const auto* back = undone ? onlyItemBack(*undone) : nullptr)
+            if (const auto back = undone ? onlyItemBack(*undone) : std::nullopt)
                 showItem(activeSide_, back->parent(), std::string(back->lastComponent()));
             else
                 takeChanges();

@@ -133,8 +133,8 @@ TEST_F(ItemCopyTest, whatHoldsItBackMakesTheStepsSmaller) {
     folder.file("s", std::string(3 << 20, 'x'));
     std::vector<std::int64_t> steps;
     const auto copied =
-        copyItem(opened(folder.url().path()), "s", opened(folder.url().path()), "d",
-                 Cloning::forbidden, [&](std::int64_t bytes) {
+        copyItem(opened(folder.url().path()), "s", FileType::regular, opened(folder.url().path()),
+                 "d", Cloning::forbidden, [&](std::int64_t bytes) {
                      // Ten megabytes in a second.
                      std::this_thread::sleep_for(std::chrono::nanoseconds(100) * bytes);
                      steps.push_back(bytes);
