@@ -36,10 +36,12 @@ void DropHint::showAt(const QPoint& mouse, TransferKind kind, const QString& fol
     const int wide =
         theme_.px(2 * padding + signSide + gap) + int(std::ceil(metrics.horizontalAdvance(text_)));
     resize(std::min(wide, parentWidget()->width()), theme_.px(32));
-    // Below the picture of what is dragged, and always inside.
-    const QPoint wanted = mouse + QPoint(theme_.px(14), theme_.px(54));
-    move(std::clamp(wanted.x(), 0, parentWidget()->width() - width()),
-         std::clamp(wanted.y(), 0, parentWidget()->height() - height()));
+    // Below the picture of what is dragged, or above the mouse, and always inside.
+    const QPoint below = mouse + QPoint(theme_.px(14), theme_.px(54));
+    const bool fitsBelow = below.y() + height() <= parentWidget()->height();
+    const int above = mouse.y() - height() - theme_.px(8);
+    move(std::clamp(below.x(), 0, parentWidget()->width() - width()),
+         fitsBelow ? below.y() : std::max(0, above));
     raise();
     show();
     update();
