@@ -10,10 +10,6 @@ namespace {
 /// Files examined between two looks at the checkpoint.
 constexpr unsigned filesPerLook = 64;
 
-std::int64_t bytesOf(const FileStatus& status) {
-    return status.type == FileType::regular ? status.size : 0;
-}
-
 /// A folder whose own files have been counted.
 struct Level {
     FolderNode::Pointer node;
@@ -82,6 +78,10 @@ private:
 };
 
 } // namespace
+
+std::int64_t bytesOf(const FileStatus& status) {
+    return status.type == FileType::regular ? status.size : 0;
+}
 
 TransferTotals countTree(const FolderNode::Pointer& folder, const std::string& name,
                          const FileStatus& status, OperationContext& context) {

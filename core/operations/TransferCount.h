@@ -4,6 +4,7 @@
 #include "core/operations/OperationContext.h"
 #include "core/operations/TransferTotals.h"
 
+#include <cstdint>
 #include <string>
 
 namespace fennik {
@@ -17,6 +18,9 @@ struct PairCount {
     TransferTotals totals = {};
     Extent extent = Extent::inFull;
 };
+
+/// What an item that is no folder adds to the bytes: links and pipes have none.
+std::int64_t bytesOf(const FileStatus& status);
 
 /// Counts the files in a tree, of which `name` is the top, without following links. What cannot be
 /// read adds nothing. Ends early when the checkpoint says so.

@@ -200,13 +200,13 @@ TransferWalk::Answer TransferWalk::displace(Attempt& attempt, const FileStatus& 
 void TransferWalk::skip(const Attempt& attempt, const FileStatus& source) {
     const bool isFolder = source.type == FileType::directory;
     if (!isFolder && attempt.extent == Extent::asOne)
-        ledger_.recount(one, {.bytes = source.size, .files = 1});
+        ledger_.recount(one, {.bytes = bytesOf(source), .files = 1});
     if (isFolder && attempt.extent == Extent::inFull && ledger_.isCounted()) {
         // All in it is skipped as one.
         const auto all = countTree(attempt.item.from, attempt.item.name, source, context_);
         ledger_.recount({.bytes = 0, .files = all.files}, one);
     }
-    ledger_.skipped(shownSize(source));
+    ledger_.skipped(bytesOf(source));
 }
 
 void TransferWalk::merge(const Attempt& attempt) {
@@ -299,7 +299,7 @@ TransferWalk::Placing TransferWalk::copyFile(const Attempt& attempt) {
         copyItem(**from, item.name, item.type, **to, attempt.name, cloning, progress);
     if (!copied)
         return failCopy(attempt, **from, copied.error(), written);
-    ledger_.accounted(copied->source.size - written);
+    ledger_.accounted(bytesOf(copied->source) - written);
     ledger_.filesDone(1);
     if (isMove())
         removal_.addFile({.from = item.from,
@@ -324,8 +324,8 @@ TransferWalk::Placing TransferWalk::failCopy(const Attempt& attempt, const OpenF
     }
     const auto& name = attempt.item.name;
     const auto source = from.status(name);
-    if (source && source->type == FileType::regular)
-        ledger_.accounted(source->size - written);
+    if (source)
+        ledger_.accounted(bytesOf(*source) - written);
     if (!source)
         failReading(name, source.error());
     else if (failure.kind == CopyFailure::Kind::notCopyable)
