@@ -10,6 +10,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace fennik::ui {
 
 namespace {
@@ -44,7 +46,9 @@ PanelMessage::PanelMessage(const UiContext& context, app::PanelModel& panel, QWi
       hint_(new QLabel(this)),
       retry_(new KeyButton(QStringLiteral("Zkusit znovu"), {}, theme_, this)),
       leave_(new KeyButton(QStringLiteral("Zpět"), {}, theme_, this)),
-      upwards_(new KeyButton(QStringLiteral("O úroveň výš"), {}, theme_, this)) {
+      upwards_(new KeyButton(QStringLiteral("O úroveň výš"), {}, theme_, this)),
+      newFolder_(new KeyButton(QStringLiteral("Nová složka"), {}, theme_, this)),
+      paste_(new KeyButton(QStringLiteral("Vložit"), {}, theme_, this)) {
     setObjectName(QStringLiteral("panelMessage"));
     tile_->setFixedSize(theme_.px(60), theme_.px(60));
     text_->setObjectName(QStringLiteral("panelMessageText"));
@@ -59,7 +63,7 @@ PanelMessage::PanelMessage(const UiContext& context, app::PanelModel& panel, QWi
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(theme_.px(8));
     buttons->addStretch();
-    for (auto* button : {retry_, leave_, upwards_})
+    for (auto* button : {retry_, leave_, upwards_, newFolder_, paste_})
         buttons->addWidget(button);
     buttons->addStretch();
     // The text takes what room there is up to its greatest width, and stands in the middle.
@@ -78,11 +82,16 @@ PanelMessage::PanelMessage(const UiContext& context, app::PanelModel& panel, QWi
     layout->addLayout(buttons);
     layout->addStretch(3);
 
-    for (auto* button : {retry_, leave_, upwards_})
+    for (auto* button : {retry_, leave_, upwards_, newFolder_, paste_})
         connect(button, &QAbstractButton::clicked, this, &PanelMessage::answered);
     connect(retry_, &QAbstractButton::clicked, &panel_, &app::PanelModel::refresh);
     connect(leave_, &QAbstractButton::clicked, &panel_, &app::PanelModel::escape);
     connect(upwards_, &QAbstractButton::clicked, &panel_, &app::PanelModel::goToParent);
+    // By then the answer has brought the keyboard here.
+    for (const auto& [button, action] :
+         {std::pair(newFolder_, app::KAction::newFolder), std::pair(paste_, app::KAction::paste)})
+        connect(button, &QAbstractButton::clicked, &context_.app,
+                [&app = context_.app, action = action] { app.perform(action); });
     connect(&context_.shortcuts, &app::ShortcutStore::changed, this, &PanelMessage::takePanel);
     takePanel();
 }
@@ -100,6 +109,8 @@ void PanelMessage::takePanel() {
     retry_->setTitle(retry_->text(), keys.of(app::KAction::open));
     leave_->setTitle(leave_->text(), keys.of(app::KAction::escape));
     upwards_->setTitle(upwards_->text(), keys.of(app::KAction::parent));
+    newFolder_->setTitle(newFolder_->text(), keys.of(app::KAction::newFolder));
+    paste_->setTitle(paste_->text(), keys.of(app::KAction::paste));
     const auto what = content();
     if (const auto& error = panel_.error())
         showFailure(*error);
@@ -110,6 +121,8 @@ void PanelMessage::takePanel() {
     retry_->setVisible(isFailure);
     leave_->setVisible(isFailure && !isOwn);
     upwards_->setVisible(isFailure && isOwn && !panel_.folder().isRoot());
+    for (auto* button : {newFolder_, paste_})
+        button->setVisible(what == Content::emptyFolder);
     hint_->setVisible(!hint_->text().isEmpty());
     setVisible(what != Content::nothing);
 

@@ -46,6 +46,8 @@ private:
     KeyButton* retry_;
     KeyButton* leave_;
     KeyButton* upwards_;
+    KeyButton* newFolder_;
+    KeyButton* paste_;
     QString icon_;
     QColor iconColor_;
     QColor ground_;

@@ -1,5 +1,6 @@
 #include "app/ui/KeyButton.h"
 #include "app/ui/OperationsCard.h"
+#include "app/ui/PanelMessage.h"
 #include "app/ui/PanelTable.h"
 #include "app/ui/PanelView.h"
 #include "app/ui/StatusLine.h"
@@ -138,6 +139,27 @@ TEST_F(QueueWindowTest, theQueueIsACardOrAPill) {
     click("hideOperations");
     EXPECT_FALSE(app.showsOperations());
     EXPECT_EQ(app.engine().snapshots().size(), 0U) << id.text();
+}
+
+TEST_F(QueueWindowTest, anEmptyFolderOffersWhatFillsIt) {
+    clipboard.held = {.paths = {temp.path("picture")}};
+    app.activate(app::PanelSide::right);
+    const auto offer = [this](const char* title) {
+        const auto& left = window.view(app::PanelSide::left);
+        for (auto* button : left.findChild<PanelMessage*>()->findChildren<KeyButton*>()) {
+            if (button->text() == title && button->isVisible())
+                QTest::mouseClick(button, Qt::LeftButton);
+        }
+    };
+    offer("Nová složka");
+    const auto dialog = app.dialog();
+    ASSERT_TRUE(dialog);
+    EXPECT_TRUE(std::holds_alternative<app::NewFolderDialog>(*dialog));
+    EXPECT_EQ(app.activeSide(), app::PanelSide::left);
+    app.closeDialog();
+    offer("Vložit");
+    ASSERT_TRUE(app.dialog());
+    EXPECT_TRUE(std::holds_alternative<app::PasteDialog>(*app.dialog()));
 }
 
 TEST_F(QueueWindowTest, theCardLeavesTheCursorInView) {

@@ -158,15 +158,15 @@ TEST_F(RandomTransferTest, losesNothingSaysEverythingAndCanBeUndone) {
         const auto targets = diskTree(to);
         auto wanted = contentsOf({sources, targets});
         std::vector<PairOutcome> outcomes;
-        bool isUnharmed = false;
+        const auto failures = below(3);
+        const bool meetsStranger = below(4) == 0;
         {
             std::vector<std::unique_ptr<FaultInjection>> faults;
-            for (auto number = below(3); number > 0; --number)
+            for (std::size_t i = 0; i < failures; ++i)
                 faults.push_back(std::make_unique<FaultInjection>(failure()));
-            if (below(4) == 0)
+            if (meetsStranger)
                 faults.push_back(std::make_unique<FaultInjection>(stranger()));
             outcomes = transfer();
-            isUnharmed = faults.empty();
         }
         if (hasStranger)
             wanted.insert(foreign);
@@ -180,7 +180,7 @@ TEST_F(RandomTransferTest, losesNothingSaysEverythingAndCanBeUndone) {
             EXPECT_TRUE(std::ranges::includes(arrived, contentsOf({sources})));
             EXPECT_TRUE(context->kind() == TransferKind::copy || diskTree(from).empty());
         }
-        if (isUnharmed && !context->cancelled) {
+        if (failures == 0 && !meetsStranger && !context->cancelled) {
             EXPECT_EQ(context->doneBytes, context->totalBytes);
             EXPECT_EQ(context->doneFiles + context->skipped +
                           static_cast<std::int64_t>(context->errors.size()),
@@ -190,7 +190,8 @@ TEST_F(RandomTransferTest, losesNothingSaysEverythingAndCanBeUndone) {
         UndoJournal journal;
         journal.record({.title = {}, .steps = context->steps, .date = {}});
         const auto undo = journal.undoLast(*trash);
-        if (!hasStranger) {
+        // A second failure may be that of cleaning up after the first one.
+        if (!hasStranger && failures < 2) {
             EXPECT_TRUE(undo) << undo.error().message();
             EXPECT_EQ(diskTree(from), sources);
             EXPECT_EQ(diskTree(to), targets);
