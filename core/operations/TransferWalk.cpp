@@ -318,6 +318,11 @@ TransferWalk::Placing TransferWalk::failCopy(const Attempt& attempt, const OpenF
                                              const CopyFailure& failure, std::int64_t written) {
     if (failure.kind == CopyFailure::Kind::exists)
         return Placing::taken;
+    if (failure.remains) {
+        context_.addStep(UndoSteps::Created{attempt.item.to->url().appending(attempt.name)});
+        ledger_.failed("Rozpracovaný soubor " + quoted(attempt.name) +
+                       " nejde odstranit: " + failure.remains->reason());
+    }
     if (failure.kind == CopyFailure::Kind::stopped || context_.isCancelled()) {
         isStopped_ = true;
         return Placing::failed;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <expected>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace fennik {
@@ -26,6 +27,8 @@ struct CopyFailure {
     };
     Kind kind = Kind::failed;
     PosixError error = {};
+    /// Why the unfinished copy could not be removed; otherwise nothing of it is left.
+    std::optional<PosixError> remains = {};
 };
 
 /// What was read and what was made of it.
@@ -43,7 +46,7 @@ struct CopiedItem {
 /// and extended attributes where the target keeps them. The copy is never more readable than the
 /// source on the way. Data is cloned where that is allowed and possible. A chunk is 8 MiB at most,
 /// less on slow media. A source that grows meanwhile is copied up to the size it had when opened,
-/// one that shrinks up to its end. On any failure nothing is left of the copy; what somebody else
+/// one that shrinks up to its end. What was made before a failure is removed; what somebody else
 /// has put in its place meanwhile stays. The copy need not be on the disk yet. ESTALE: the source
 /// was replaced by something else while it was being opened. `listed` is what its folder said of
 /// it: what is no regular file any more is copied as what it is.

@@ -102,7 +102,7 @@ Done moveOverOwnFile(const Move& move) {
     auto moved = stillOwn && made ? move.rename()
                                   : failure((stillOwn ? made.error() : stillOwn.error()).code);
     if (!moved)
-        removeOwnFile(move.to, move.newName, own.number());
+        static_cast<void>(removeOwnFile(move.to, move.newName, own.number()));
     return moved;
 }
 

@@ -69,10 +69,19 @@ std::expected<FileStatus, CopyFailure> fill(int source, const struct stat& seen,
 }
 
 /// An entry that is not held open, and never has content of its own.
-void removeEntry(const OpenFolder& folder, const std::string& name, const FileStatus& made) {
+OpenFolder::Result<void> removeEntry(const OpenFolder& folder, const std::string& name,
+                                     const FileStatus& made) {
     const auto found = folder.status(name);
-    if (found && found->identity() == made.identity() && found->type == made.type)
-        static_cast<void>(folder.removeFile(name));
+    if (!found)
+        return std::unexpected(found.error());
+    const bool isOwn = found->identity() == made.identity() && found->type == made.type;
+    return isOwn ? folder.removeFile(name) : OpenFolder::Result<void>{};
+}
+
+std::unexpected<CopyFailure> failure(CopyFailure why, const OpenFolder::Result<void>& removed) {
+    if (!removed && removed.error().code != ENOENT)
+        why.remains = removed.error();
+    return std::unexpected(why);
 }
 
 /// As `openSource`, with time for whoever holds a lease on the file, who is asked by the system to
@@ -99,16 +108,16 @@ Copied copyOpened(const ItemCopy& item, int source, const struct stat& seen, Clo
     if (target < 0)
         return lastNamingFailure();
     const auto copy = fill(source, seen, target, cloning, progress);
-    if (!copy)
-        removeOwnFile(item.to, item.newName, target);
-    // Only now some file systems say that there was no room.
-    if (close(target) != 0 && copy) {
-        const PosixError error{errno};
-        removeEntry(item.to, item.newName, *copy);
-        return failure(error);
+    if (!copy) {
+        const auto removed = removeOwnFile(item.to, item.newName, target);
+        close(target);
+        return failure(copy.error(), removed);
     }
-    if (!copy)
-        return std::unexpected(copy.error());
+    // Only now some file systems say that there was no room.
+    if (close(target) != 0) {
+        const PosixError error{errno};
+        return failure({.error = error}, removeEntry(item.to, item.newName, *copy));
+    }
     return CopiedItem{.source = statusFrom(seen), .copy = *copy};
 }
 
@@ -130,16 +139,14 @@ Copied finish(const ItemCopy& item, const struct stat& seen) {
     if (!made) // once more: what it is must be known to remove it after another failure
         made = item.to.status(item.newName);
     if (!made)
-        return failure(made.error());
+        return failure({.error = made.error()}, std::unexpected(made.error()));
     if (made->type != fileTypeOfMode(seen.st_mode)) // somebody has replaced it already
         return failure(Kind::exists, EEXIST);
     struct stat copy{};
     const auto copied = copyMetadata({item.from.descriptor(), item.name.c_str()}, seen,
                                      {item.to.descriptor(), item.newName.c_str()}, copy);
-    if (!copied) {
-        removeEntry(item.to, item.newName, *made);
-        return failure(copied.error());
-    }
+    if (!copied)
+        return failure({.error = copied.error()}, removeEntry(item.to, item.newName, *made));
     return CopiedItem{.source = statusFrom(seen), .copy = statusFrom(copy)};
 }
 

@@ -126,7 +126,7 @@ OpenFolder::Result<void> OpenFolder::makeFile(const std::string& name, std::stri
         made = syncedFile(file.number());
     // Nothing is lost by closing what is on the disk, so the answer to that does not matter.
     if (!made)
-        removeOwnFile(*this, name, file.number());
+        static_cast<void>(removeOwnFile(*this, name, file.number()));
     return made;
 }
 

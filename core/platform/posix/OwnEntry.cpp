@@ -16,9 +16,12 @@ OpenFolder::Result<bool> isOwn(const OpenFolder& folder, const std::string& name
     return found && found->identity() == own->identity();
 }
 
-void removeOwnFile(const OpenFolder& folder, const std::string& name, int descriptor) {
-    if (isOwn(folder, name, descriptor).value_or(false)) [[maybe_unused]]
-        const auto removed = folder.removeFile(name);
+OpenFolder::Result<void> removeOwnFile(const OpenFolder& folder, const std::string& name,
+                                       int descriptor) {
+    const auto isStillOwn = isOwn(folder, name, descriptor);
+    if (!isStillOwn)
+        return std::unexpected(isStillOwn.error());
+    return *isStillOwn ? folder.removeFile(name) : OpenFolder::Result<void>{};
 }
 
 } // namespace fennik

@@ -9,7 +9,8 @@ namespace fennik {
 OpenFolder::Result<bool> isOwn(const OpenFolder& folder, const std::string& name, int descriptor);
 
 /// Removes a file that the caller made and holds open; what somebody else has put in its place
-/// stays.
-void removeOwnFile(const OpenFolder& folder, const std::string& name, int descriptor);
+/// stays. An error: it may be there still.
+OpenFolder::Result<void> removeOwnFile(const OpenFolder& folder, const std::string& name,
+                                       int descriptor);
 
 } // namespace fennik

@@ -1,4 +1,5 @@
 #include "core/operations/ItemTransfer.h"
+#include "core/operations/UndoJournal.h"
 
 #include "tests/support/DiskTree.h"
 #include "tests/support/RecordingContext.h"
@@ -267,6 +268,24 @@ TEST_F(ItemTransferTest, whatWasOverwrittenComesBackWhenTheCopyFailsOrIsCancelle
     EXPECT_EQ(contentOf(temp.path("to/device")), "stranger");
     EXPECT_THAT(copying.steps, ElementsAre(Trashed{url("to/device"), url("trash/device")}));
     EXPECT_EQ(copying.errors.back(), "„device“ zůstává v Koši: File exists");
+}
+
+TEST_F(ItemTransferTest, aPartThatCannotBeRemovedIsSaidAndGoesWithUndo) {
+    temp.file("a", std::string(1 << 20, 'a'));
+    temp.file("to/a", "old");
+    copying.choice = ConflictChoice::overwrite;
+    copying.onBytes = [this](std::int64_t) { copying.cancelled = true; };
+    {
+        const FaultInjection removals({.calls = {SystemCall::unlinkat}, .errorCode = EIO});
+        transfer(copying, "a", "to/a");
+    }
+    EXPECT_THAT(copying.errors,
+                ElementsAre("Rozpracovaný soubor „a“ nejde odstranit: Input/output error",
+                            "„a“ zůstává v Koši: File exists"));
+    UndoJournal journal;
+    journal.record({.title = {}, .steps = copying.steps, .date = {}});
+    EXPECT_TRUE(journal.undoLast(trash));
+    EXPECT_EQ(contentOf(temp.path("to/a")), "old");
 }
 
 TEST_F(ItemTransferTest, somebodyFasterIsAskedAboutAndNotReplaced) {

@@ -190,7 +190,7 @@ TEST_F(RandomTransferTest, losesNothingSaysEverythingAndCanBeUndone) {
         UndoJournal journal;
         journal.record({.title = {}, .steps = context->steps, .date = {}});
         const auto undo = journal.undoLast(*trash);
-        // A second failure may be that of cleaning up after the first one.
+        // The second failure may be that of putting back what was half in the trash.
         if (!hasStranger && failures < 2) {
             EXPECT_TRUE(undo) << undo.error().message();
             EXPECT_EQ(diskTree(from), sources);
