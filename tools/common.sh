@@ -5,7 +5,7 @@ libxkbcommon-x11-dev libwayland-dev libicu-dev nlohmann-json3-dev fonts-inter fo
 check_packages="libgtest-dev libgmock-dev python3 python3-gi gir1.2-atspi-2.0 at-spi2-core dbus
 strace xvfb weston openbox xdotool xclip x11-utils x11-xkb-utils clang-format-19
 trash-cli e2fsprogs btrfs-progs ntfs-3g util-linux"
-bench_packages="libbenchmark-dev python3 strace valgrind xvfb"
+bench_packages="libbenchmark-dev python3 strace valgrind xvfb rsync e2fsprogs btrfs-progs"
 lint_packages="clang-tidy-19"
 
 say() { printf '%s\n' "$*" >&2; }
