@@ -1,0 +1,41 @@
+#pragma once
+
+#include "core/archives/EntryStream.h"
+
+#include <memory>
+#include <string>
+
+namespace fennik {
+
+enum class AllowRaw { no, yes };
+
+/// Reads an archive through the library, in this process.
+class ArchiveReader final : public EntryStream {
+public:
+    /// Takes the open file `descriptor` over and closes it, also on failure. Raw reading, for files
+    /// that are no collection, gives one entry, called like the archive without its last extension.
+    static Result<std::unique_ptr<ArchiveReader>>
+    open(int descriptor, const ArchiveRequest& request, AllowRaw allowRaw, IsCancelled isCancelled);
+    ~ArchiveReader() override;
+    ArchiveReader(const ArchiveReader&) = delete;
+    ArchiveReader& operator=(const ArchiveReader&) = delete;
+
+    Result<std::optional<StreamEntry>> next() override;
+    Result<Block> read() override;
+    const ArchiveFacts& facts() const override;
+
+private:
+    struct State;
+    explicit ArchiveReader(std::unique_ptr<State> state);
+
+    std::unique_ptr<State> state_;
+};
+
+/// Opens archives in this process.
+class DirectArchives final : public ArchiveOpener {
+public:
+    EntryStream::Result<std::unique_ptr<EntryStream>> open(const ArchiveRequest& request,
+                                                           IsCancelled isCancelled) const override;
+};
+
+} // namespace fennik
