@@ -42,6 +42,7 @@ struct StreamEntry {
     /// Its path, or that of its hard link's target, is not UTF-8, and was not converted.
     bool hasForeignName = false;
     bool declaresSize = false; ///< `entry.size` is what the archive says
+    bool isSpecial = false; ///< a device, a FIFO or a socket: a file of which nothing can be taken
     /// It cannot be taken: its path is too long, too deep, or leads out of the archive.
     /// `entry.path` is then for the eye only.
     bool isRefused = false;
