@@ -8,6 +8,11 @@
 namespace fennik {
 
 enum class AllowRaw { no, yes };
+/// Raw reading is for names whose extension says that they are one compressed file.
+AllowRaw allowRawOf(const FileUrl& url);
+
+/// Opens the file of an archive for reading; never waits for a FIFO's other end.
+EntryStream::Result<int> openArchiveFile(const FileUrl& url);
 
 /// Reads an archive through the library, in this process.
 class ArchiveReader final : public EntryStream {

@@ -1,0 +1,113 @@
+#include "core/archives/ArchiveIndex.h"
+
+#include "core/archives/EntryTree.h"
+#include "core/archives/FormatLabel.h"
+#include "core/archives/NameCharset.h"
+#include "core/base/CzechText.h"
+
+#include <utility>
+
+namespace fennik {
+
+namespace {
+
+constexpr std::size_t mostRefused = 100;
+
+std::string refusal(std::string_view path) {
+    return "Položku " + quoted(path) +
+           " nejde rozbalit: její cesta je příliš dlouhá, nebo vede mimo archiv.";
+}
+
+} // namespace
+
+struct ArchiveIndex::Tree {
+    FileUrl url;
+    ArchiveFacts facts;
+    std::string charset;
+    EntryTree entries;
+    std::vector<std::string> refused;
+};
+
+ArchiveIndex::ArchiveIndex(std::unique_ptr<const Tree> tree) : tree_(std::move(tree)) {}
+
+ArchiveIndex::~ArchiveIndex() = default;
+
+EntryStream::Result<std::shared_ptr<const ArchiveIndex>> ArchiveIndex::read(EntryStream& stream,
+                                                                            const FileUrl& url) {
+    auto tree = std::make_unique<Tree>();
+    tree->url = url;
+    bool hasForeignNames = false;
+    for (;;) {
+        auto met = stream.next();
+        if (!met)
+            return std::unexpected(std::move(met.error()));
+        if (!*met)
+            break;
+        const auto& entry = **met;
+        hasForeignNames = hasForeignNames || (entry.hasForeignName && !entry.isRefused);
+        if (entry.isRefused) {
+            if (tree->refused.size() < mostRefused)
+                tree->refused.push_back(refusal(entry.entry.path));
+        } else if (!tree->entries.add(entry.entry)) {
+            return std::unexpected(ArchiveError{ArchiveError::Case::cannotOpen,
+                                                "je v něm víc položek, než se vejde do paměti"});
+        }
+    }
+    tree->facts = stream.facts();
+    if (hasForeignNames) {
+        tree->charset = NameCharset::guess(tree->entries.foreignNames());
+        tree->entries = tree->entries.decoded(NameCharset(tree->charset));
+    }
+    tree->entries.finish(tree->facts.fileModified);
+    return std::shared_ptr<const ArchiveIndex>(new ArchiveIndex(std::move(tree)));
+}
+
+const FileUrl& ArchiveIndex::url() const {
+    return tree_->url;
+}
+
+const ArchiveFacts& ArchiveIndex::facts() const {
+    return tree_->facts;
+}
+
+const std::string& ArchiveIndex::charset() const {
+    return tree_->charset;
+}
+
+std::optional<ArchiveEntry> ArchiveIndex::find(std::string_view path) const {
+    return tree_->entries.find(path);
+}
+
+std::vector<std::string_view> ArchiveIndex::children(std::string_view folder) const {
+    return tree_->entries.children(folder);
+}
+
+std::int64_t ArchiveIndex::folderSize(std::string_view folder) const {
+    return tree_->entries.folderSize(folder);
+}
+
+bool ArchiveIndex::hasEncryptedEntries() const {
+    return tree_->entries.hasEncryptedEntries();
+}
+
+std::int64_t ArchiveIndex::fileCount() const {
+    return tree_->entries.fileCount();
+}
+
+std::int64_t ArchiveIndex::totalSize() const {
+    return tree_->entries.folderSize({});
+}
+
+const std::vector<std::string>& ArchiveIndex::refused() const {
+    return tree_->refused;
+}
+
+bool ArchiveIndex::isZip() const {
+    return tree_->facts.formatFamily == ArchiveFamily::zip;
+}
+
+std::string ArchiveIndex::formatLabel() const {
+    return fennik::formatLabel(tree_->facts, tree_->url);
+}
+
+} // namespace fennik
