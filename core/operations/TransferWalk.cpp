@@ -1,7 +1,7 @@
 #include "core/operations/TransferWalk.h"
 
 #include "core/base/CzechText.h"
-#include "core/operations/Relocation.h"
+#include "core/operations/NameClash.h"
 #include "core/operations/UniqueName.h"
 
 #include <cerrno>
@@ -135,66 +135,37 @@ TransferWalk::Answer TransferWalk::answer(Attempt& attempt) {
 TransferWalk::Answer TransferWalk::ask(Attempt& attempt, const FileStatus& source,
                                        const FileStatus& target) {
     const auto& item = attempt.item;
-    const auto choice = context_.answer({
-        .source = item.from->url().appending(item.name, formOf(source)),
-        .destination = item.to->url().appending(attempt.name, formOf(target)),
-        .sourceSize = shownSize(source),
-        .sourceDate = source.modified,
-        .destinationSize = shownSize(target),
-        .destinationDate = target.modified,
-        .typeMismatch =
-            (source.type == FileType::directory) != (target.type == FileType::directory),
-    });
-    switch (choice) {
-    case ConflictChoice::overwriteOlder:
-        if (target.modified >= source.modified)
-            break;
-        return displace(attempt, target);
-    case ConflictChoice::overwrite:
-        return displace(attempt, target);
-    case ConflictChoice::rename:
+    const NameClash::Newcomer newcomer{
+        .url = item.from->url().appending(item.name, formOf(source)),
+        .isFolder = source.type == FileType::directory,
+        .size = shownSize(source),
+        .modified = source.modified,
+    };
+    const auto objection = [&item](const FileStatus& there) -> std::optional<std::string> {
+        if (there.type == FileType::directory && item.from->isInOrIs(there.identity()))
+            return "obsahuje zdroj.";
+        return std::nullopt;
+    };
+    auto settled = NameClash::settle(ledger_, newcomer, {item.to, attempt.name, target}, objection);
+    switch (settled.answer) {
+    case NameClash::Answer::free:
+        attempt.displaced = std::move(settled.displaced);
+        return Answer::place;
+    case NameClash::Answer::lookAgain:
+        return Answer::lookAgain;
+    case NameClash::Answer::number:
         attempt.item.clash = Clash::number;
         return Answer::place;
-    case ConflictChoice::cancel:
-        context_.cancelNow();
+    case NameClash::Answer::cancelled:
         isStopped_ = true;
-        return Answer::finished;
-    case ConflictChoice::skip:
+        break;
+    case NameClash::Answer::skip:
+        skip(attempt, source);
+        break;
+    case NameClash::Answer::failed:
         break;
     }
-    skip(attempt, source);
     return Answer::finished;
-}
-
-TransferWalk::Answer TransferWalk::displace(Attempt& attempt, const FileStatus& target) {
-    const auto refuse = [&](const std::string& reason) {
-        ledger_.failed(quoted(attempt.name) + " nejde přepsat: " + reason);
-        return Answer::finished;
-    };
-    if (target.type == FileType::directory && attempt.item.from->isInOrIs(target.identity()))
-        return refuse("obsahuje zdroj.");
-    const auto to = attempt.item.to->open();
-    if (!to)
-        return refuse(to.error().reason());
-    // The answer may have taken its time.
-    const auto now = (*to)->status(attempt.name);
-    if (!now)
-        return Answer::place;
-    if (now->identity() != target.identity())
-        return Answer::lookAgain;
-    // The trash looks the path up anew, and must not find anything else there.
-    const auto url = attempt.item.to->url().appending(attempt.name);
-    const auto found = systemFileSystem().status(url.path(), FollowLinks::no);
-    if (!found)
-        return refuse(found.error().reason());
-    if (found->identity() != target.identity())
-        return refuse(PosixError{ESTALE}.reason());
-    auto place = context_.trash().trash(url);
-    if (!place)
-        return refuse(place.error());
-    context_.addStep(UndoSteps::Trashed{.original = url, .inTrash = *place});
-    attempt.displaced = std::move(*place);
-    return Answer::place;
 }
 
 void TransferWalk::skip(const Attempt& attempt, const FileStatus& source) {
@@ -424,33 +395,8 @@ void TransferWalk::leave(Visit visit) {
 }
 
 void TransferWalk::bringBack(const Attempt& attempt) {
-    if (!attempt.displaced)
-        return;
-    const auto& place = *attempt.displaced;
-    const auto& folder = attempt.item.to;
-    const auto moveBack = [&]() -> std::expected<void, std::string> {
-        const auto trash = OpenFolder::open(place.parent().path(), FollowLinks::yes);
-        if (!trash)
-            return std::unexpected(trash.error().reason());
-        const auto to = folder->open();
-        if (!to)
-            return std::unexpected(to.error().reason());
-        const auto renamed =
-            renameExclusively(*trash, std::string(place.lastComponent()), **to, attempt.name);
-        if (renamed)
-            return {};
-        // By its path it can only go where that still leads to the folder.
-        const auto there = systemFileSystem().status(folder->url().path(), FollowLinks::yes);
-        if (renamed.error().code != EXDEV || !there || there->identity() != folder->identity())
-            return std::unexpected(renamed.error().reason());
-        return Relocation::move(place, folder->url().appending(attempt.name));
-    };
-    if (const auto back = moveBack(); !back) {
-        ledger_.failed(quoted(attempt.name) + " zůstává v Koši: " + back.error());
-        return;
-    }
-    context_.trash().forget(place);
-    context_.dropLastStep();
+    if (attempt.displaced)
+        NameClash::bringBack(ledger_, {attempt.item.to, attempt.name, {}}, *attempt.displaced);
 }
 
 void TransferWalk::failReading(const std::string& name, const PosixError& error) {

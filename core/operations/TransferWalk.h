@@ -85,7 +85,6 @@ private:
 
     Answer answer(Attempt& attempt);
     Answer ask(Attempt& attempt, const FileStatus& source, const FileStatus& target);
-    Answer displace(Attempt& attempt, const FileStatus& target);
     void skip(const Attempt& attempt, const FileStatus& source);
     void merge(const Attempt& attempt);
 
