@@ -3,16 +3,7 @@
 #include "core/base/CzechText.h"
 #include "core/operations/TransferChecks.h"
 
-#include <cerrno>
-
 namespace fennik {
-
-namespace {
-
-/// Subject to the umask.
-constexpr std::uint16_t usualFolderMode = 0777;
-
-} // namespace
 
 void PairTransfer::run(const TransferPair& pair) {
     const std::string name(pair.source.lastComponent());
@@ -48,35 +39,10 @@ void PairTransfer::run(const TransferPair& pair) {
                                               : " nejde přesunout do sebe sama."));
         return;
     }
-    item.to = makeFolders(*way);
+    item.to = targets_.complete(*way, ledger_);
     targetFolder_ = item.to;
     if (item.to)
         walk_.run(std::move(item), *status);
-}
-
-FolderNode::Pointer PairTransfer::makeFolders(const TransferPlaces::Way& way) {
-    auto folder = way.folder;
-    for (const auto& name : way.missing) {
-        const auto held = folder->open();
-        const auto made =
-            held ? (*held)->makeFolder(name, usualFolderMode) : std::unexpected(held.error());
-        const bool isNew = made.has_value();
-        const bool isThere = isNew || made.error().code == EEXIST;
-        const auto node =
-            isThere ? FolderNode::below(folder, name)
-                    : FolderNode::Result<FolderNode::Pointer>(std::unexpected(made.error()));
-        if (!node) {
-            ledger_.failed("Složku " + quoted(name) + " nejde vytvořit: " + node.error().reason());
-            return nullptr;
-        }
-        folder = *node;
-        if (isNew) {
-            ledger_.context().addStep(UndoSteps::Created{folder->url()});
-            madeFolders_.push_back(folder);
-        }
-    }
-    targets_.use(folder);
-    return folder;
 }
 
 } // namespace fennik

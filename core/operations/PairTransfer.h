@@ -33,18 +33,15 @@ public:
     /// The folder that holds the destination of the last pair; none where that was not reached.
     const FolderNode::Pointer& targetFolder() const { return targetFolder_; }
     /// The folders that were made to hold destinations, the topmost first.
-    const std::vector<FolderNode::Pointer>& madeFolders() const { return madeFolders_; }
+    const std::vector<FolderNode::Pointer>& madeFolders() const { return targets_.made(); }
 
 private:
-    FolderNode::Pointer makeFolders(const TransferPlaces::Way& way);
-
     TransferLedger& ledger_;
     Clash clash_;
     TransferPlaces sources_;
     TransferPlaces targets_;
     TransferWalk walk_;
     FolderNode::Pointer targetFolder_;
-    std::vector<FolderNode::Pointer> madeFolders_;
 };
 
 } // namespace fennik

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "core/operations/FolderNode.h"
+#include "core/operations/TransferLedger.h"
 
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace fennik {
@@ -22,12 +22,16 @@ public:
 
     FolderNode::Result<FolderNode::Pointer> folder(const FileUrl& url);
     FolderNode::Result<Way> wayTo(const FileUrl& url);
-    /// Keeps another folder at hand.
-    void use(FolderNode::Pointer folder) { last_ = std::move(folder); }
+    /// Makes the folders that are missing, and keeps the last one at hand. None after a failure, of
+    /// which the ledger has been told.
+    FolderNode::Pointer complete(const Way& way, TransferLedger& ledger);
+    /// All that were made so, in their order.
+    const std::vector<FolderNode::Pointer>& made() const { return made_; }
 
 private:
     OpenFolders& folders_;
     FolderNode::Pointer last_;
+    std::vector<FolderNode::Pointer> made_;
 };
 
 } // namespace fennik
