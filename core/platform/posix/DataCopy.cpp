@@ -22,22 +22,6 @@ bool isUnserved(int errorCode) {
            errorCode == ENOSYS || errorCode == EPERM || errorCode == ETXTBSY;
 }
 
-/// Negative with errno, else all of it is written.
-std::int64_t writeAll(int to, std::span<const char> data, std::int64_t offset) {
-    while (!data.empty()) {
-        const auto written = pwrite(to, data.data(), data.size(), offset);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written == 0) // for ever, perhaps
-            errno = EIO;
-        if (written <= 0)
-            return -1;
-        data = data.subspan(static_cast<std::size_t>(written));
-        offset += written;
-    }
-    return 0;
-}
-
 } // namespace
 
 std::unexpected<CopyFailure> lastCopyFailure() {
@@ -60,7 +44,7 @@ std::int64_t RangeCopy::readAndWrite(RangeCopy& copy, std::int64_t offset, std::
     if (count <= 0)
         return count;
     const std::span data(copy.buffer_.get(), static_cast<std::size_t>(count));
-    return writeAll(copy.to_, data, offset) < 0 ? -1 : count;
+    return writeAllAt(copy.to_, std::as_bytes(data), offset) != 0 ? -1 : count;
 }
 
 std::expected<std::int64_t, CopyFailure> RangeCopy::copyChunk(std::int64_t offset,

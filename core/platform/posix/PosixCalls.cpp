@@ -19,6 +19,20 @@ std::unexpected<PosixError> lastError() {
     return std::unexpected(PosixError{errno});
 }
 
+int writeAllAt(int descriptor, std::span<const std::byte> bytes, std::int64_t offset) {
+    while (!bytes.empty()) {
+        const auto written =
+            retried([&] { return pwrite(descriptor, bytes.data(), bytes.size(), offset); });
+        if (written == 0) // for ever, perhaps
+            errno = EIO;
+        if (written <= 0)
+            return -1;
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
+        offset += written;
+    }
+    return 0;
+}
+
 FileStatus statusFrom(const struct stat& info) {
     return {
         .type = fileTypeOfMode(info.st_mode),

@@ -3,8 +3,11 @@
 #include "core/platform/FileSystem.h"
 
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
 #include <dirent.h>
 #include <functional>
+#include <span>
 #include <string>
 #include <sys/stat.h>
 
@@ -20,6 +23,9 @@ auto retried(const Call& call) {
         result = call();
     return result;
 }
+
+/// Writes all of it, else -1 with errno.
+int writeAllAt(int descriptor, std::span<const std::byte> bytes, std::int64_t offset);
 
 FileStatus statusFrom(const struct stat& info);
 /// Of the file that is open as `descriptor`.
