@@ -1,0 +1,398 @@
+#include "core/archives/ArchiveExtraction.h"
+
+#include "core/archives/ArchiveSupport.h"
+#include "core/archives/EntryTraits.h"
+#include "core/archives/EntryWriter.h"
+#include "core/archives/FormatLabel.h"
+#include "core/base/CzechText.h"
+#include "core/platform/ItemCopy.h"
+#include "core/platform/NewItems.h"
+
+#include <cerrno>
+#include <utility>
+
+namespace fennik {
+
+namespace {
+
+using Kind = ArchiveEntry::Kind;
+using Outcome = NamePlacing::Outcome;
+using Made = NamePlacing::Made;
+
+/// Entries that cannot be taken are named up to this number.
+constexpr int mostRefused = 100;
+
+std::string_view folderOf(const ArchiveEntry& entry) {
+    const std::string_view path(entry.path);
+    const auto slash = path.rfind('/');
+    return path.substr(0, slash == std::string_view::npos ? 0 : slash);
+}
+
+bool canHaveHardLinks(const ArchiveFacts& facts) {
+    return facts.formatFamily != ArchiveFamily::zip &&
+           facts.formatFamily != ArchiveFamily::sevenZip && !facts.isRaw;
+}
+
+/// Whether the place, and not the file, is the reason why a file cannot have one more name there.
+bool meansNoHardLinks(const PosixError& error) {
+    return error.code == EPERM || error.code == EMLINK || error.code == EXDEV ||
+           error.code == EOPNOTSUPP || error.code == ENOSYS || error.code == EINVAL;
+}
+
+} // namespace
+
+ArchiveExtraction::ArchiveExtraction(const Surroundings& surroundings, const Extraction& what)
+    : around_(surroundings),
+      ledger_(surroundings.ledger),
+      context_(surroundings.ledger.context()),
+      what_(what),
+      password_(what.password),
+      index_(what.index),
+      selection_(what.selection),
+      placing_(
+          ledger_, [this](const FileStatus& there) { return objection(there); },
+          [this](const FileIdentity& folder) {
+              if (folders_)
+                  folders_->forget(folder);
+          }) {}
+
+bool ArchiveExtraction::goesOn() {
+    isStopped_ = isStopped_ || context_.checkpoint() == Checkpoint::stop;
+    return !isStopped_;
+}
+
+bool ArchiveExtraction::run() {
+    if (!prepare())
+        return !isStopped_;
+    stream_.emplace(around_.archives, context_, around_.askPassword,
+                    ArchiveRequest{.url = what_.archive,
+                                   .password = password_,
+                                   .charset = index_ ? index_->charset() : std::string()});
+    auto first = stream_->next();
+    if (first && !isAsSeen()) {
+        ledger_.failed("Archiv " + quoted(what_.archive.lastComponent()) +
+                       " se mezitím změnil, nic se z něj nerozbalilo.");
+        return true;
+    }
+    takeEntries(std::move(first));
+    takeLinks();
+    if (folders_)
+        folders_->finish();
+    return !isStopped_;
+}
+
+bool ArchiveExtraction::prepare() {
+    if (!index_) {
+        UnlockingStream stream(around_.archives, context_, around_.askPassword,
+                               {.url = what_.archive, .password = password_});
+        auto read = ArchiveIndex::read(stream, what_.archive);
+        password_ = stream.password();
+        // What comes before the damage can be taken all the same.
+        if (!read && read.error().kind == ArchiveError::Case::damaged)
+            return goesOn();
+        if (!read) {
+            fail(read.error());
+            return false;
+        }
+        index_ = std::move(*read);
+        ledger_.recount({}, selection_.totals(*index_));
+    }
+    if (index_->hasEncryptedEntries() && !index_->isZip()) {
+        fail({ArchiveError::Case::unsupportedEncryption, index_->formatLabel()});
+        return false;
+    }
+    for (const auto& path : selection_.missingIn(*index_))
+        ledger_.failed(quoted(path) + " v archivu není.");
+    return goesOn();
+}
+
+bool ArchiveExtraction::isAsSeen() const {
+    if (!index_)
+        return true;
+    const auto& seen = index_->facts();
+    const auto& now = stream_->facts();
+    return seen.fileSize == now.fileSize && seen.fileModified == now.fileModified;
+}
+
+void ArchiveExtraction::takeEntries(EntryStream::Result<std::optional<StreamEntry>> met) {
+    while (met && *met && goesOn() && !isOver_) {
+        take(**met);
+        if (disk_.isFull()) {
+            ledger_.failed("Na disku už není místo, zbytek archivu " +
+                           quoted(what_.archive.lastComponent()) + " zůstal nerozbalený.");
+            isOver_ = true;
+        }
+        if (!isStopped_ && !isOver_)
+            met = stream_->next();
+    }
+    if (!met)
+        fail(met.error());
+}
+
+void ArchiveExtraction::take(const StreamEntry& met) {
+    const auto& entry = met.entry;
+    const auto base = selection_.baseLength(entry.path);
+    if (!base)
+        return;
+    if (met.isRefused || !leadsDown(entry.path)) {
+        refuse(entry);
+        return;
+    }
+    if (isPassedOver(entry, *base))
+        return;
+    switch (entry.kind) {
+    case Kind::file:
+        if (met.isSpecial)
+            ledger_.failed(sentenceOf(entry, "není to soubor ani složka."));
+        else
+            takeFile(met, *base);
+        break;
+    case Kind::directory:
+        takeFolder(entry, *base);
+        break;
+    case Kind::symlink:
+    case Kind::hardlink:
+        ledger_.recount({}, {.bytes = 0, .files = 1});
+        links_.push_back({entry, *base});
+        break;
+    }
+}
+
+void ArchiveExtraction::refuse(const ArchiveEntry& entry) {
+    if (++refused_ <= mostRefused)
+        ledger_.failed("Položku " + quoted(entry.path) +
+                       " nejde rozbalit: její cesta je příliš dlouhá, nebo vede mimo archiv.");
+}
+
+bool ArchiveExtraction::isPassedOver(const ArchiveEntry& entry, std::size_t base) {
+    if (!folders_)
+        return false;
+    switch (folders_->nearest(folderOf(entry), base).state) {
+    case ExtractionFolders::State::open:
+        return false;
+    case ExtractionFolders::State::skipped:
+        // All below the folder is skipped as one.
+        if (entry.kind == Kind::file) {
+            ledger_.recount({.bytes = 0, .files = 1}, {});
+            ledger_.accounted(entry.size);
+        }
+        return true;
+    case ExtractionFolders::State::stopped:
+        isStopped_ = true;
+        return true;
+    case ExtractionFolders::State::failed:
+        break;
+    }
+    return true;
+}
+
+void ArchiveExtraction::takeFile(const StreamEntry& met, std::size_t base) {
+    const auto& entry = met.entry;
+    const auto first = stream_->read();
+    if (!first && (first.error().kind == ArchiveError::Case::cancelled ||
+                   first.error().kind == ArchiveError::Case::unsupportedEncryption)) {
+        fail(first.error());
+        isOver_ = true;
+        return;
+    }
+    if (!first) {
+        ledger_.accounted(entry.size);
+        ledger_.failed(sentenceOf(entry, first.error()));
+        return;
+    }
+    auto* folder = folderFor(entry, base);
+    if (folder == nullptr)
+        return;
+    const auto node = folder->node;
+    context_.setCurrentName(nameOf(entry));
+    EntryWriter writer(ledger_, disk_, *stream_, met, *first);
+    const auto outcome = place(entry, node, [&](const OpenFolder& held, const std::string& name) {
+        const auto wrote = writer.write(*node, held, name);
+        if (wrote == Made::done && canHaveHardLinks(stream_->facts()))
+            written_.insert_or_assign(entry.path, WrittenFile{node, name, writer.identity()});
+        return wrote;
+    });
+    if (outcome == Outcome::skipped)
+        ledger_.skipped(entry.size);
+}
+
+void ArchiveExtraction::takeFolder(const ArchiveEntry& entry, std::size_t base) {
+    auto* all = folders();
+    if (all == nullptr)
+        return;
+    auto& folder = all->enter(entry.path, base);
+    if (folder.state == ExtractionFolders::State::stopped)
+        isStopped_ = true;
+    if (folder.isNew)
+        folder.look = entry;
+}
+
+void ArchiveExtraction::takeLinks() {
+    for (const auto& link : links_) {
+        if (!goesOn() || disk_.isFull())
+            return;
+        if (!isPassedOver(link.entry, link.base))
+            takeLink(link.entry, link.base);
+    }
+}
+
+void ArchiveExtraction::takeLink(const ArchiveEntry& entry, std::size_t base) {
+    const auto* folder = folderFor(entry, base);
+    if (folder == nullptr)
+        return;
+    const auto node = folder->node;
+    context_.setCurrentName(nameOf(entry));
+    const auto outcome = place(entry, node, [&](const OpenFolder& held, const std::string& name) {
+        return makeLink(entry, node, held, name);
+    });
+    if (outcome == Outcome::skipped)
+        ledger_.skipped(0);
+}
+
+NamePlacing::Made ArchiveExtraction::makeLink(const ArchiveEntry& entry,
+                                              const FolderNode::Pointer& folder,
+                                              const OpenFolder& held, const std::string& name) {
+    OpenFolder::Result<void> made;
+    if (entry.kind == Kind::symlink) {
+        made =
+            fennik::makeLink(held, name, entry.linkTarget.value_or(std::string()), entry.modified);
+    } else {
+        const auto file = written_.find(entry.linkTarget.value_or(std::string()));
+        if (file == written_.end()) {
+            ledger_.failed(sentenceOf(entry, "je to další jméno položky, která se nerozbalila."));
+            return Made::failed;
+        }
+        made = makeHardLink(file->second, held, name);
+    }
+    if (!made && made.error().code == EEXIST)
+        return Made::taken;
+    if (!made && made.error().code == ECANCELED)
+        return Made::stopped;
+    if (!made) {
+        disk_.failed(made.error());
+        ledger_.failed(sentenceOf(entry, made.error().reason()));
+        return Made::failed;
+    }
+    ledger_.filesDone(1);
+    context_.addStep(UndoSteps::Created{folder->url().appending(name)});
+    if (const auto status = held.status(name); status && canHaveHardLinks(stream_->facts()))
+        written_.insert_or_assign(entry.path, WrittenFile{folder, name, status->identity()});
+    return Made::done;
+}
+
+OpenFolder::Result<void> ArchiveExtraction::makeHardLink(const WrittenFile& file,
+                                                         const OpenFolder& held,
+                                                         const std::string& name) {
+    const auto from = file.folder->open();
+    if (!from)
+        return std::unexpected(from.error());
+    auto named = addName(**from, file.name, file.identity, held, name);
+    if (named || !meansNoHardLinks(named.error()))
+        return named;
+    const auto copied =
+        copyItem(**from, file.name, FileType::regular, held, name, Cloning::allowed,
+                 [this](std::int64_t) { return goesOn() ? CopyStep::goOn : CopyStep::stop; });
+    if (!copied)
+        return std::unexpected(isStopped_ ? PosixError{ECANCELED} : copied.error().error);
+    return {};
+}
+
+ExtractionFolders::Folder* ArchiveExtraction::folderFor(const ArchiveEntry& entry,
+                                                        std::size_t base) {
+    auto* all = folders();
+    if (all == nullptr)
+        return nullptr;
+    auto& folder = all->enter(folderOf(entry), base);
+    return isPassedOver(entry, base) ? nullptr : &folder;
+}
+
+NamePlacing::Outcome ArchiveExtraction::place(const ArchiveEntry& entry,
+                                              const FolderNode::Pointer& folder,
+                                              const NamePlacing::Make& make) {
+    const auto outcome = placing_
+                             .place({.folder = folder,
+                                     .name = std::string(nameOf(entry)),
+                                     .newcomer = [&] { return newcomer(entry); }},
+                                    make)
+                             .outcome;
+    isStopped_ = isStopped_ || outcome == Outcome::stopped;
+    return outcome;
+}
+
+NameClash::Newcomer ArchiveExtraction::newcomer(const ArchiveEntry& entry) const {
+    const bool isFolder = entry.kind == Kind::directory;
+    const auto form = isFolder ? FileUrl::Form::directory : FileUrl::Form::file;
+    return {.url = what_.archive.appending(entry.path, form),
+            .isFolder = isFolder,
+            .size = entry.size,
+            .modified = entry.modified};
+}
+
+NameClash::Newcomer ArchiveExtraction::newcomer(const std::string& folder) const {
+    const auto entry = index_ ? index_->find(folder) : std::nullopt;
+    return newcomer({.path = folder,
+                     .kind = Kind::directory,
+                     .modified = entry ? entry->modified : Date::distantPast()});
+}
+
+std::optional<std::string> ArchiveExtraction::objection(const FileStatus& there) const {
+    const auto archive = systemFileSystem().status(what_.archive.path(), FollowLinks::yes);
+    if (archive && archive->identity() == there.identity())
+        return "právě se rozbaluje.";
+    if (there.type != FileType::directory)
+        return std::nullopt;
+    const auto folder = FolderNode::at(around_.folders, what_.archive.parent());
+    if (folder && (*folder)->isInOrIs(there.identity()))
+        return "obsahuje rozbalovaný archiv.";
+    return std::nullopt;
+}
+
+ExtractionFolders* ArchiveExtraction::folders() {
+    if (!folders_ && !isOver_)
+        isOver_ = !makeTop();
+    return isOver_ ? nullptr : &*folders_;
+}
+
+bool ArchiveExtraction::makeTop() {
+    const auto way = around_.targets.wayTo(what_.target);
+    if (!way) {
+        ledger_.failed("Složku " + quoted(what_.target.lastComponent()) +
+                       " nejde otevřít: " + way.error().reason());
+        return false;
+    }
+    auto target = around_.targets.complete(*way, ledger_);
+    if (!target)
+        return false;
+    folders_.emplace(ledger_, disk_, placing_, index_.get(), std::move(target),
+                     [this](const std::string& folder) { return newcomer(folder); });
+    const auto own = ownFolderName();
+    return !own || folders_->beginIn(*own);
+}
+
+std::optional<std::string> ArchiveExtraction::ownFolderName() const {
+    if (!what_.ownFolder || stream_->facts().isRaw)
+        return std::nullopt;
+    const std::string whole(what_.archive.lastComponent());
+    const auto extension = ArchiveSupport::archiveExtension(whole);
+    const auto name = extension ? whole.substr(0, whole.size() - extension->size() - 1) : whole;
+    if (name == "." || name == "..")
+        return whole;
+    if (!index_ || what_.selection)
+        return name;
+    const auto tops = index_->children({});
+    const bool hasIt = tops.size() == 1 && tops.front() == name;
+    const auto top = hasIt ? index_->find(name) : std::nullopt;
+    return top && top->kind == Kind::directory ? std::nullopt : std::optional(name);
+}
+
+void ArchiveExtraction::fail(const ArchiveError& error) {
+    if (error.kind == ArchiveError::Case::cancelled) {
+        isStopped_ = true;
+        return;
+    }
+    const bool isOneOfMany = ledger_.outcomes().size() > 1;
+    ledger_.failed((isOneOfMany ? quoted(what_.archive.lastComponent()) + ": " : std::string()) +
+                   error.message());
+}
+
+} // namespace fennik

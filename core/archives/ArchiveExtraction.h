@@ -1,0 +1,106 @@
+#pragma once
+
+#include "core/archives/ArchiveExtractor.h"
+#include "core/archives/EntrySelection.h"
+#include "core/archives/ExtractionFolders.h"
+#include "core/archives/FullDisk.h"
+#include "core/archives/NamePlacing.h"
+#include "core/archives/UnlockingStream.h"
+#include "core/operations/FolderNode.h"
+#include "core/operations/TransferLedger.h"
+#include "core/operations/TransferPlaces.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace fennik {
+
+/// Takes entries out of one archive: the current pair of the ledger.
+class ArchiveExtraction {
+public:
+    /// All of it outlives the extraction.
+    struct Surroundings {
+        const ArchiveOpener& archives;
+        const AskPassword& askPassword;
+        TransferLedger& ledger;
+        OpenFolders& folders;
+        TransferPlaces& targets;
+    };
+
+    ArchiveExtraction(const Surroundings& surroundings, const Extraction& what);
+    ArchiveExtraction(const ArchiveExtraction&) = delete;
+    ArchiveExtraction& operator=(const ArchiveExtraction&) = delete;
+
+    /// False where the job was stopped before everything had been gone through.
+    bool run();
+
+private:
+    /// A file that was written, so that it can get another name.
+    struct WrittenFile {
+        FolderNode::Pointer folder = {};
+        std::string name = {};
+        FileIdentity identity = {};
+    };
+    /// A link, which waits until all files are there.
+    struct Later {
+        ArchiveEntry entry = {};
+        std::size_t base = 0;
+    };
+
+    bool goesOn();
+    /// False where there is nothing more to do.
+    bool prepare();
+    bool isAsSeen() const;
+
+    void takeEntries(EntryStream::Result<std::optional<StreamEntry>> met);
+    void take(const StreamEntry& met);
+    void takeFile(const StreamEntry& met, std::size_t base);
+    void takeFolder(const ArchiveEntry& entry, std::size_t base);
+    void takeLinks();
+    void takeLink(const ArchiveEntry& entry, std::size_t base);
+    void refuse(const ArchiveEntry& entry);
+
+    /// The folder that is to hold the entry; null where it is not to be written.
+    ExtractionFolders::Folder* folderFor(const ArchiveEntry& entry, std::size_t base);
+    bool isPassedOver(const ArchiveEntry& entry, std::size_t base);
+    NamePlacing::Outcome place(const ArchiveEntry& entry, const FolderNode::Pointer& folder,
+                               const NamePlacing::Make& make);
+    NamePlacing::Made makeLink(const ArchiveEntry& entry, const FolderNode::Pointer& folder,
+                               const OpenFolder& held, const std::string& name);
+    OpenFolder::Result<void> makeHardLink(const WrittenFile& file, const OpenFolder& held,
+                                          const std::string& name);
+
+    /// The folders, which are made when they are first needed; null where that fails.
+    ExtractionFolders* folders();
+    bool makeTop();
+    std::optional<std::string> ownFolderName() const;
+    NameClash::Newcomer newcomer(const ArchiveEntry& entry) const;
+    NameClash::Newcomer newcomer(const std::string& folder) const;
+    std::optional<std::string> objection(const FileStatus& there) const;
+    void fail(const ArchiveError& error);
+
+    Surroundings around_;
+    TransferLedger& ledger_;
+    OperationContext& context_;
+    const Extraction& what_;
+    std::string password_;
+    std::shared_ptr<const ArchiveIndex> index_;
+    EntrySelection selection_;
+    std::optional<UnlockingStream> stream_ = {};
+    NamePlacing placing_;
+    std::optional<ExtractionFolders> folders_ = {};
+    /// By their paths in the archive; empty where the archive can have no hard links.
+    std::unordered_map<std::string, WrittenFile> written_ = {};
+    std::vector<Later> links_ = {};
+    FullDisk disk_ = {};
+    int refused_ = 0;
+    bool isStopped_ = false; ///< by the job
+    bool isOver_ = false;    ///< nothing more can be taken
+};
+
+} // namespace fennik
