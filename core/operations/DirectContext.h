@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace fennik {
@@ -40,6 +41,8 @@ public:
     void filesDone(std::int64_t count) override;
     void itemsSkipped(std::int64_t count) override;
     void addError(std::string sentence) override;
+    /// One more error: whoever runs the work knows by its result that it has failed.
+    void fail(std::string sentence) override { addError(std::move(sentence)); }
     void addStep(UndoStep step) override;
     void dropLastStep() override;
     bool isCapped() const override { return false; }

@@ -120,13 +120,22 @@ void Job::addError(std::string sentence) {
     errors_.push_back(std::move(sentence));
 }
 
+void Job::fail(std::string sentence) {
+    const std::lock_guard lock(lock_);
+    if (!failure_)
+        failure_ = sentence;
+    errors_.push_back(std::move(sentence));
+}
+
 void Job::end(std::vector<PairOutcome> outcomes) {
     const std::lock_guard lock(lock_);
+    if (!failure_ && !errors_.empty() && status_.doneFiles == 0)
+        failure_ = errors_.front();
     if (cancelled_) {
         status_.state = State::cancelled;
-    } else if (!errors_.empty() && status_.doneFiles == 0) {
+    } else if (failure_) {
         status_.state = State::failed;
-        status_.failure = errors_.front();
+        status_.failure = std::move(*failure_);
     } else {
         status_.state = State::finished;
     }

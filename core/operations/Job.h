@@ -10,6 +10,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -61,6 +62,8 @@ public:
         change(status_);
     }
     void addError(std::string sentence);
+    /// It will end as failed, with the first sentence that is given here.
+    void fail(std::string sentence);
     /// Settles how the job has ended.
     void end(std::vector<PairOutcome> outcomes);
 
@@ -81,6 +84,7 @@ private:
     /// `paused` stands for itself: the state is what it would be without.
     JobSnapshot status_;
     std::vector<std::string> errors_; ///< moves into the snapshot at the end
+    std::optional<std::string> failure_;
     bool cancelled_ = false;
     std::vector<PairOutcome> outcomes_;
 };

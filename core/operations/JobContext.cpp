@@ -104,6 +104,11 @@ void JobContext::addError(std::string sentence) {
     host_.publish(Publishing::paced);
 }
 
+void JobContext::fail(std::string sentence) {
+    job_.fail(std::move(sentence));
+    host_.publish(Publishing::paced);
+}
+
 void JobContext::keepPace() {
     using std::chrono::ceil;
     using std::chrono::milliseconds;

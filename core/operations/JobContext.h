@@ -55,6 +55,7 @@ public:
     void filesDone(std::int64_t count) override;
     void itemsSkipped(std::int64_t count) override;
     void addError(std::string sentence) override;
+    void fail(std::string sentence) override;
     void addStep(UndoStep step) override { steps_.push_back(step); }
     void dropLastStep() override { steps_.pop_back(); }
     bool isCapped() const override { return host_.throttle().has_value(); }

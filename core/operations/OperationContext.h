@@ -40,6 +40,9 @@ public:
     virtual void itemsSkipped(std::int64_t count) = 0;
     /// A whole sentence about one item.
     virtual void addError(std::string sentence) = 0;
+    /// A whole sentence about the work as a whole, which has failed with it, whatever was done of
+    /// it before.
+    virtual void fail(std::string sentence) = 0;
     virtual void addStep(UndoStep step) = 0;
     /// Takes back the last step that was added, whose change has been taken back on the disk.
     virtual void dropLastStep() = 0;

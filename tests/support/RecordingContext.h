@@ -45,6 +45,10 @@ public:
     void filesDone(std::int64_t count) override { doneFiles += count; }
     void itemsSkipped(std::int64_t count) override { skipped += count; }
     void addError(std::string sentence) override { errors.push_back(std::move(sentence)); }
+    void fail(std::string sentence) override {
+        failure = sentence;
+        addError(std::move(sentence));
+    }
     void addStep(UndoStep step) override { steps.push_back(std::move(step)); }
     void dropLastStep() override { steps.pop_back(); }
     bool isCapped() const override { return false; }
@@ -59,6 +63,7 @@ public:
     bool cancelled = false;
     std::vector<Conflict> conflicts = {};
     std::vector<std::string> errors = {};
+    std::string failure = {};
     std::vector<UndoStep> steps = {};
     std::string currentName = {};
     std::int64_t totalBytes = 0;

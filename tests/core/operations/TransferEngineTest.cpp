@@ -159,6 +159,16 @@ TEST_F(TransferEngineTest, whatHappenedDecidesTheFinalState) {
     EXPECT_EQ(finishedWithErrors.state, State::finished);
     EXPECT_THAT(*finishedWithErrors.errors, ElementsAre("První."));
 
+    const auto failedAsAWhole = run([](OperationContext& context) {
+        context.filesDone(1);
+        context.addError("První.");
+        context.fail("Druhá.");
+        context.fail("Třetí.");
+    });
+    EXPECT_EQ(failedAsAWhole.state, State::failed);
+    EXPECT_EQ(failedAsAWhole.failure, "Druhá.");
+    EXPECT_THAT(*failedAsAWhole.errors, ElementsAre("První.", "Druhá.", "Třetí."));
+
     const auto skipped = run([](OperationContext& context) { context.itemsSkipped(2); });
     EXPECT_EQ(skipped.state, State::finished);
     EXPECT_EQ(skipped.skipped, 2);
