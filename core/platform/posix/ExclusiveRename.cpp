@@ -156,7 +156,7 @@ listed(const OpenFolder& folder, const std::string& name, const std::string& new
 /// For systems to which a rename between two names of one item is nothing to be done.
 Done moveByThirdName(const OpenFolder& folder, const std::string& name,
                      const std::string& newName) {
-    const auto between = ".fennik-" + Uuid::random().text();
+    const auto between = ".fennik-renamed-" + Uuid::random().text();
     if (auto moved = renameExclusively(folder, name, folder, between); !moved)
         return moved;
     auto moved = renameExclusively(folder, between, folder, newName);
