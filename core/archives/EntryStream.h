@@ -12,6 +12,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace fennik {
 
@@ -22,6 +23,9 @@ struct ArchiveRequest {
     /// The character set of names that are not UTF-8, as ICU calls it. Empty: not known yet; such
     /// names are passed on as they are written.
     std::string charset = {};
+    /// Paths of the entries whose data is going to be read, each with all below it; none: any. For
+    /// an index the list is empty. The data of others may come out empty.
+    std::optional<std::vector<std::string>> wanted = {};
 };
 
 /// The archive as a whole; complete once its first entry was asked for.
