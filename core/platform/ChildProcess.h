@@ -15,8 +15,9 @@
 namespace fennik {
 
 /// A process that was started, with a pipe into its standard input and one out of its standard
-/// output. Its standard error goes nowhere. It has no other descriptors but the one it was given,
-/// and ends when this process does.
+/// output. Its standard error goes nowhere. It has no other descriptors but the one it was given.
+/// When this process ends, it meets the end of its input, and with `OwnProcess::watchInput` ends
+/// too. Used on one thread at a time, which need not be the same one.
 class ChildProcess {
 public:
     struct Start {
@@ -37,19 +38,20 @@ public:
     static Result<ChildProcess> start(const Start& start);
     ChildProcess(ChildProcess&& other) noexcept;
     ChildProcess& operator=(ChildProcess&& other) noexcept;
-    /// Ends it.
+    /// Ends it. Does not wait for one that the system cannot end, stuck in a dead disk.
     ~ChildProcess();
 
-    /// All of it, or a failure: EPIPE when it reads no more. Never raises a signal.
-    Result<void> write(std::span<const std::byte> bytes);
+    /// How much of it was written, at least one byte. EPIPE: it reads no more. EAGAIN: it took
+    /// nothing for so long. Never raises a signal.
+    Result<std::size_t> write(std::span<const std::byte> bytes, std::chrono::milliseconds patience);
     /// It reads the end of its input.
     void closeInput();
     /// At least one byte, or none at the end of its output. EAGAIN: nothing came for so long.
     Result<std::size_t> read(std::span<std::byte> bytes, std::chrono::milliseconds patience);
     /// Ends it at once.
     void kill();
-    /// Waits for its end.
-    Ending wait();
+    /// None: it has not ended for so long.
+    std::optional<Ending> wait(std::chrono::milliseconds patience);
 
 private:
     struct State;
