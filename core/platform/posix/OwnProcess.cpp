@@ -29,11 +29,14 @@ void setSoftLimit(decltype(RLIMIT_CPU) resource, rlim_t value) {
     setrlimit(resource, &limit);
 }
 
-std::chrono::seconds processorTime() {
+std::chrono::microseconds durationOf(const timeval& time) {
+    return std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_usec);
+}
+
+std::chrono::microseconds processorTime() {
     rusage used{};
     getrusage(RUSAGE_SELF, &used);
-    // The parts of seconds are less than two together.
-    return std::chrono::seconds(used.ru_utime.tv_sec + used.ru_stime.tv_sec + 1);
+    return durationOf(used.ru_utime) + durationOf(used.ru_stime);
 }
 
 } // namespace
@@ -83,7 +86,8 @@ void limitMemory(std::int64_t bytes) {
 }
 
 void limitProcessor(std::chrono::seconds time) {
-    setSoftLimit(RLIMIT_CPU, static_cast<rlim_t>((processorTime() + time).count()));
+    const auto used = std::chrono::ceil<std::chrono::seconds>(processorTime());
+    setSoftLimit(RLIMIT_CPU, static_cast<rlim_t>((used + time).count()));
 }
 
 } // namespace fennik::OwnProcess

@@ -1,6 +1,7 @@
 #include "core/platform/ChildProcess.h"
 
 #include "core/platform/posix/Descriptor.h"
+#include "tests/support/Processes.h"
 #include "tests/support/TempFolder.h"
 
 #include <array>
@@ -10,10 +11,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <map>
 #include <string>
 #include <sys/wait.h>
 #include <thread>
@@ -26,6 +24,8 @@ namespace {
 
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
+using test::descriptorsOf;
+using test::isAlive;
 using test::TempFolder;
 
 constexpr auto ages = 10s; // never waited for unless something is broken
@@ -64,21 +64,14 @@ void writeText(ChildProcess& child, std::string_view text) {
     EXPECT_EQ(*written, text.size());
 }
 
-/// What lies behind each descriptor of a process.
-std::map<int, std::string> descriptorsOf(const std::string& process) {
-    std::map<int, std::string> found;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc/" + process + "/fd"))
-        found[std::stoi(entry.path().filename())] = std::filesystem::read_symlink(entry.path());
-    return found;
-}
-
-bool isAlive(const std::string& process) {
-    std::ifstream file("/proc/" + process + "/stat");
-    std::string number;
-    std::string name;
-    std::string state;
-    // One that has ended may wait for somebody to ask how.
-    return static_cast<bool>(file >> number >> name >> state) && state != "Z" && state != "X";
+/// One that waits with all that it was given, and its number.
+ChildProcess waiting(std::string& process, int descriptor = -1) {
+    auto child = shell("echo $$; exec cat", descriptor);
+    writeText(child, "ready\n");
+    // By then it opens no files of its own any more.
+    const auto output = outputUntil(child, "ready\n");
+    process = output.substr(0, output.find('\n'));
+    return child;
 }
 
 } // namespace
@@ -165,9 +158,8 @@ TEST(ChildProcessTest, givesTheProgramItsPipesAndOneFileAlone) {
     // One that any program would inherit, and one whose number the pipes take in the child.
     const Descriptor inheritable(open("/etc/passwd", O_RDONLY));
     const Descriptor given(open(folder.path("given").c_str(), O_RDONLY | O_CLOEXEC));
-    auto child = shell("echo $$; exec cat", given.number());
-    auto process = outputUntil(child, "\n");
-    process.pop_back();
+    std::string process;
+    const auto child = waiting(process, given.number());
     auto found = descriptorsOf(process);
     EXPECT_EQ(found.size(), 4);
     EXPECT_TRUE(found[0].starts_with("pipe:"));
@@ -214,9 +206,8 @@ TEST(ChildProcessTest, keepsTheDescriptorsOfOneOutOfTheOthersThatStartAtTheSameT
         for (int i = 0; i < threads; ++i)
             starters.emplace_back([&] {
                 for (int round = 0; round < rounds; ++round) {
-                    auto child = shell("echo $$; exec cat");
-                    auto process = outputUntil(child, "\n");
-                    process.pop_back();
+                    std::string process;
+                    auto child = waiting(process);
                     withOthers += descriptorsOf(process).size() != 3;
                     // It would never come to its end, had another one inherited its input.
                     child.closeInput();

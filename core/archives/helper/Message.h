@@ -1,0 +1,122 @@
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace fennik {
+
+/// What Fennik and its helper, two processes of one program, say to each other through pipes.
+enum class MessageKind : std::uint32_t {
+    // To the helper, at first.
+    readArchive,
+    packArchive,
+    // What it answers to `readArchive`, and sends on by itself.
+    facts,
+    entry,
+    data,       ///< of the last entry
+    dataEnd,    ///< of the last entry
+    dataFailed, ///< the rest of the last entry cannot be read
+    failed,     ///< to open, or to come to the next entry; the last message
+    end,        ///< of the archive; the last message
+    // What it answers to `packArchive`: the calls of an `OperationContext` in their order.
+    totals,
+    currentName,
+    bytesWritten,
+    bytesAccounted,
+    filesDone,
+    itemsSkipped,
+    error,
+    failure,
+    created,
+    createdDropped,
+    cancelled,
+    checkpoint, ///< answered with `goOn` or `stop`
+    packed,     ///< the last message
+    // Answers to `checkpoint`.
+    goOn,
+    stop,
+};
+
+/// Before each message: the kind, and how many bytes of fields come behind it.
+struct MessageHead {
+    MessageKind kind = {};
+    std::uint32_t size = 0;
+};
+
+/// More no message of the helper has.
+constexpr std::size_t longestMessage = std::size_t{256} << 10;
+
+/// Puts messages one behind the other, their fields as the machine keeps them.
+class MessageWriter {
+public:
+    void begin(MessageKind kind);
+    template <std::integral Number>
+    void number(Number value) {
+        raw(&value, sizeof value);
+    }
+    template <class Choice>
+        requires std::is_enum_v<Choice>
+    void choice(Choice value) {
+        number(static_cast<std::uint8_t>(value));
+    }
+    void text(std::string_view value);
+    /// Without their count; the last field.
+    void rest(std::span<const std::byte> bytes) { raw(bytes.data(), bytes.size()); }
+    void finish();
+
+    std::span<const std::byte> bytes() const { return bytes_; }
+    void clear() { bytes_.clear(); }
+
+private:
+    void raw(const void* data, std::size_t size);
+
+    std::vector<std::byte> bytes_;
+    std::size_t begin_ = 0; ///< of the message that is being written
+};
+
+/// Takes the fields of one message, whoever has sent it. After the first one that is not there or
+/// makes no sense, all are empty, and the message is not `isWhole`.
+class MessageReader {
+public:
+    explicit MessageReader(std::span<const std::byte> fields) : left_(fields) {}
+
+    template <std::integral Number>
+    Number number() {
+        Number value{};
+        const auto bytes = take(sizeof value);
+        if (!bytes.empty())
+            std::memcpy(&value, bytes.data(), sizeof value);
+        return value;
+    }
+    bool flag() { return choice(Flag::yes) == Flag::yes; }
+    template <class Choice>
+    Choice choice(Choice last) {
+        const auto value = number<std::uint8_t>();
+        if (value > static_cast<std::uint8_t>(last))
+            spoil();
+        return static_cast<Choice>(isSpoilt_ ? 0 : value);
+    }
+    std::string text();
+    std::span<const std::byte> rest() { return take(left_.size()); }
+
+    /// Everything that was asked for was there, and nothing is left.
+    bool isWhole() const { return !isSpoilt_ && left_.empty(); }
+    bool isSpoilt() const { return isSpoilt_; }
+    void spoil();
+
+private:
+    enum class Flag : std::uint8_t { no, yes };
+
+    std::span<const std::byte> take(std::size_t size);
+
+    std::span<const std::byte> left_;
+    bool isSpoilt_ = false;
+};
+
+} // namespace fennik
