@@ -6,6 +6,7 @@ import statistics
 import sys
 
 import fixtures
+from archives import ENTRIES, make_archives, measure_index
 from programs import Programs, forget_user, others_with_toolkit, private_display
 from table import AtLeast, AtMost, Table, count, mebibytes
 from transfers import Sources, Transfers, measure_clones, measure_copying, measure_moving
@@ -207,6 +208,8 @@ def main():
     measure_sorting(table, programs, folders)
     say("Marking…")
     measure_marking(table, programs, folders)
+    say("Reading archives…")
+    measure_index(table, programs, make_archives(workspace, ENTRIES))
     with private_display():
         say("Starting…")
         measure_start(table, programs, folders)

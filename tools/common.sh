@@ -5,7 +5,8 @@ libxkbcommon-x11-dev libwayland-dev libicu-dev libarchive-dev nlohmann-json3-dev
 check_packages="libgtest-dev libgmock-dev python3 python3-gi gir1.2-atspi-2.0 at-spi2-core dbus
 strace xvfb weston openbox xdotool xclip x11-utils x11-xkb-utils clang-format-19
 libarchive-tools p7zip-full unzip zip trash-cli e2fsprogs btrfs-progs ntfs-3g util-linux"
-bench_packages="libbenchmark-dev python3 strace valgrind xvfb rsync e2fsprogs btrfs-progs"
+bench_packages="libbenchmark-dev python3 strace valgrind xvfb rsync e2fsprogs btrfs-progs libarchive-tools
+p7zip-full unzip"
 lint_packages="clang-tidy-19"
 
 say() { printf '%s\n' "$*" >&2; }

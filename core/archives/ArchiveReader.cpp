@@ -28,10 +28,10 @@ namespace {
 template <class T>
 using Result = EntryStream::Result<T>;
 
-/// Blocks grow while an archive is read in one piece. After a jump the next header may be all that
-/// is needed.
+/// Blocks grow while an archive is read in one piece. After a long jump the next header may be all
+/// that is needed.
 constexpr std::size_t smallestBlock = 16U << 10U;
-constexpr std::size_t largestBlock = 256U << 10U;
+constexpr std::size_t largestBlock = 128U << 10U;
 /// How often the library may come back without having done anything.
 constexpr int patience = 1000;
 /// Bytes of a path that cannot be taken, for the eye.
@@ -88,7 +88,8 @@ public:
         const auto length =
             std::clamp<la_int64_t>(request, 0, std::max<off_t>(size_ - position_, 0));
         position_ += length;
-        blockSize_ = smallestBlock;
+        if (length > off_t{largestBlock})
+            blockSize_ = smallestBlock;
         return length;
     }
 
@@ -214,8 +215,8 @@ struct ArchiveReader::State {
     bool isEmptyCompressedFile();
     StreamEntry emptyFile() const;
     std::optional<StreamEntry> converted(archive_entry* met);
-    std::string writtenPath(archive_entry* met) const;
-    std::string decoded(std::string path, StreamEntry& entry) const;
+    std::string madeUpPath() const;
+    void decode(std::string& path, StreamEntry& entry) const;
     Result<Block> readBlock();
 
     ArchiveFile file;
@@ -290,39 +291,41 @@ bool ArchiveReader::State::isEmptyCompressedFile() {
 StreamEntry ArchiveReader::State::emptyFile() const {
     StreamEntry entry;
     entry.entry = {.modified = now(), .mode = 0644};
-    entry.entry.path = decoded(nameOfContent(request.url), entry);
+    entry.entry.path = nameOfContent(request.url);
+    decode(entry.entry.path, entry);
     return entry;
 }
 
-std::string ArchiveReader::State::writtenPath(archive_entry* met) const {
-    if (facts.isRaw)
-        return nameOfContent(request.url);
-    const char* path = archive_entry_pathname(met);
-    if (path == nullptr)
-        path = archive_entry_pathname_utf8(met);
-    return path == nullptr ? "beze jména " + std::to_string(entries) : std::string(path);
+/// For an entry that has none of its own.
+std::string ArchiveReader::State::madeUpPath() const {
+    return facts.isRaw ? nameOfContent(request.url) : "beze jména " + std::to_string(entries);
 }
 
-std::string ArchiveReader::State::decoded(std::string path, StreamEntry& entry) const {
+void ArchiveReader::State::decode(std::string& path, StreamEntry& entry) const {
     if (Utf8::isValid(path))
-        return path;
+        return;
     if (charset)
-        return charset->decoded(path);
-    entry.hasForeignName = true;
-    return path;
+        path = charset->decoded(path);
+    else
+        entry.hasForeignName = true;
 }
 
 /// None for what is passed over.
 std::optional<StreamEntry> ArchiveReader::State::converted(archive_entry* met) {
-    StreamEntry result;
-    auto& entry = result.entry;
-    const auto written = writtenPath(met);
+    const char* name = facts.isRaw ? nullptr : archive_entry_pathname(met);
+    if (name == nullptr && !facts.isRaw)
+        name = archive_entry_pathname_utf8(met);
+    const auto madeUp = name == nullptr ? madeUpPath() : std::string();
+    const auto written = name == nullptr ? std::string_view(madeUp) : name;
     auto path = entryPath(written);
     if (path && (path->empty() || isClutter(*path)))
         return std::nullopt;
+    StreamEntry result;
+    auto& entry = result.entry;
     result.isRefused = !path;
     entry.kind = kindOf(met);
-    entry.path = path ? decoded(*std::move(path), result) : shortened(written);
+    entry.path = path ? *std::move(path) : shortened(written);
+    decode(entry.path, result);
     entry.modified = modifiedOf(met);
     entry.mode = modeOf(met, entry.kind);
     entry.encrypted = archive_entry_is_data_encrypted(met) != 0;
@@ -333,10 +336,10 @@ std::optional<StreamEntry> ArchiveReader::State::converted(archive_entry* met) {
         entry.size = result.declaresSize ? archive_entry_size(met) : 0;
         break;
     case ArchiveEntry::Kind::hardlink: {
-        auto target = entryPath(viewOf(archive_entry_hardlink(met)));
-        result.isRefused = result.isRefused || !target || target->empty();
-        if (!result.isRefused)
-            entry.linkTarget = decoded(*std::move(target), result);
+        entry.linkTarget = entryPath(viewOf(archive_entry_hardlink(met)));
+        if (entry.linkTarget)
+            decode(*entry.linkTarget, result);
+        result.isRefused = result.isRefused || !entry.linkTarget || entry.linkTarget->empty();
         break;
     }
     case ArchiveEntry::Kind::symlink: {
@@ -344,7 +347,7 @@ std::optional<StreamEntry> ArchiveReader::State::converted(archive_entry* met) {
         if (target == nullptr)
             target = archive_entry_symlink_utf8(met);
         if (target != nullptr)
-            entry.linkTarget = decoded(target, result);
+            decode(entry.linkTarget.emplace(target), result);
         break;
     }
     case ArchiveEntry::Kind::directory:

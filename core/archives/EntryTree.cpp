@@ -4,6 +4,7 @@
 #include "core/operations/ClampedSum.h"
 
 #include <algorithm>
+#include <bit>
 #include <functional>
 #include <ranges>
 #include <utility>
@@ -15,7 +16,10 @@ namespace {
 /// Far more than archives have that people make. A million entries take some 100 MiB; this much is
 /// about 1 GiB.
 constexpr std::size_t mostNodes = 8'000'000;
-constexpr std::size_t mostText = std::size_t{512} << 20U;
+constexpr std::size_t mostText = std::size_t{256} << 20U;
+/// Decoded paths of 4,096 bytes are no longer than that.
+constexpr std::size_t longestPath = std::size_t{5} * 4096;
+static_assert(5 * longestPath <= TextStore::longest);
 constexpr std::size_t leastSlots = 1024; // a power of two, as all later numbers of them
 constexpr std::uint16_t implicitMode = 0755;
 
@@ -35,17 +39,12 @@ std::string_view takeComponent(std::string_view& path) {
 
 } // namespace
 
-EntryTree::EntryTree() : nodes_(1), slots_(leastSlots) {}
+EntryTree::EntryTree() : slots_(leastSlots) {}
 
-std::string_view EntryTree::view(Text text) const {
-    return std::string_view(texts_).substr(text.offset, text.length);
-}
-
-EntryTree::Text EntryTree::keep(std::string_view text) {
-    const Text kept{static_cast<std::uint32_t>(texts_.size()),
-                    static_cast<std::uint32_t>(text.size())};
-    texts_ += text;
-    return kept;
+EntryTree::Index EntryTree::keepLinkTarget(std::string target) {
+    linkTargetBytes_ += target.size();
+    linkTargets_.push_back(std::move(target));
+    return static_cast<Index>(linkTargets_.size() - 1);
 }
 
 /// Where the node is, or where it would go.
@@ -55,13 +54,13 @@ std::size_t EntryTree::slotOf(std::uint32_t hash, Index parent, std::string_view
         const auto& [slotHash, node] = slots_[slot];
         if (node == none)
             return slot;
-        if (slotHash == hash && nodes_[node].parent == parent && view(nodes_[node].name) == name)
+        if (slotHash == hash && nodes_[node].parent == parent && nameOf(nodes_[node]) == name)
             return slot;
     }
 }
 
-void EntryTree::growSlots() {
-    const auto before = std::exchange(slots_, std::vector<Slot>(2 * slots_.size()));
+void EntryTree::resizeSlots(std::size_t size) {
+    const auto before = std::exchange(slots_, std::vector<Slot>(size));
     const auto mask = slots_.size() - 1;
     for (const auto& each : before) {
         if (each.node == none)
@@ -73,29 +72,17 @@ void EntryTree::growSlots() {
     }
 }
 
-EntryTree::Index EntryTree::childOf(Index parent, std::string_view name) {
+EntryTree::Index EntryTree::folderIn(Index parent, std::string_view name) {
+    if (folders_ > slots_.size() / 2)
+        resizeSlots(2 * slots_.size());
     const auto hash = hashOf(parent, name);
-    auto slot = slotOf(hash, parent, name);
-    if (slots_[slot].node != none)
-        return slots_[slot].node;
-    if (nodes_.size() > slots_.size() / 2) {
-        growSlots();
-        slot = slotOf(hash, parent, name);
+    auto& slot = slots_[slotOf(hash, parent, name)];
+    if (slot.node == none) {
+        slot = {hash, static_cast<Index>(nodes_.size())};
+        nodes_.push_back({.name = names_.keep(name), .parent = parent});
+        ++folders_;
     }
-    const auto child = static_cast<Index>(nodes_.size());
-    slots_[slot] = {hash, child};
-    makeFolder(parent);
-    const auto previousSibling = std::exchange(nodes_[parent].lastChild, child);
-    nodes_.push_back({.name = keep(name), .parent = parent, .previousSibling = previousSibling});
-    return child;
-}
-
-/// What has been a file or a link until something was met below it.
-void EntryTree::makeFolder(Index index) {
-    auto& node = nodes_[index];
-    if (node.record.kind == ArchiveEntry::Kind::directory)
-        return;
-    node = {.name = node.name, .parent = node.parent, .previousSibling = node.previousSibling};
+    return slot.node;
 }
 
 EntryTree::Index EntryTree::folderAt(std::string_view path) {
@@ -103,36 +90,33 @@ EntryTree::Index EntryTree::folderAt(std::string_view path) {
         return lastFolderNode_;
     Index node = 0;
     for (auto rest = path; !rest.empty();)
-        node = childOf(node, takeComponent(rest));
+        node = folderIn(node, takeComponent(rest));
     lastFolder_ = path;
     return lastFolderNode_ = node;
 }
 
-void EntryTree::record(Index index, const Record& record) {
-    auto& node = nodes_[index];
-    if (node.lastChild != none && record.kind != ArchiveEntry::Kind::directory)
-        return;
-    node.record = record;
-}
-
 bool EntryTree::add(const ArchiveEntry& entry) {
-    if (nodes_.size() > mostNodes || texts_.size() > mostText)
+    if (nodes_.size() > mostNodes || names_.size() + linkTargetBytes_ > mostText ||
+        entry.path.size() > longestPath)
         return false;
-    const std::string_view path = entry.path;
-    const auto slash = path.rfind('/');
-    const auto nameBegin = slash == std::string_view::npos ? 0 : slash + 1;
-    const auto folder = folderAt(path.substr(0, nameBegin == 0 ? 0 : slash));
-    const auto index = childOf(folder, path.substr(nameBegin));
-    const bool isFile = entry.kind == ArchiveEntry::Kind::file;
-    record(index, {.size = isFile ? entry.size : 0,
-                   .modified = entry.modified,
-                   .linkTarget = entry.linkTarget ? keep(*entry.linkTarget) : Text{},
-                   .mode = entry.mode,
-                   .kind = entry.kind,
-                   .hasLinkTarget = entry.linkTarget.has_value(),
-                   .encrypted = entry.encrypted,
-                   .implicit = false});
     hasEncryptedEntries_ = hasEncryptedEntries_ || entry.encrypted;
+    const Record record{.size = entry.kind == ArchiveEntry::Kind::file ? entry.size : 0,
+                        .modified = entry.modified,
+                        .linkTarget = entry.linkTarget ? keepLinkTarget(*entry.linkTarget) : none,
+                        .mode = entry.mode,
+                        .kind = entry.kind,
+                        .encrypted = entry.encrypted,
+                        .implicit = false};
+    const std::string_view path = entry.path;
+    if (entry.kind == ArchiveEntry::Kind::directory) {
+        nodes_[folderAt(path)].record = record;
+        return true;
+    }
+    const auto slash = path.rfind('/');
+    const bool isAtRoot = slash == std::string_view::npos;
+    const auto parent = folderAt(isAtRoot ? std::string_view() : path.substr(0, slash));
+    const auto name = names_.keep(isAtRoot ? path : path.substr(slash + 1));
+    nodes_.push_back({.record = record, .name = name, .parent = parent});
     return true;
 }
 
@@ -142,11 +126,11 @@ std::vector<std::string_view> EntryTree::foreignNames() const {
         if (!Utf8::isValid(name))
             names.push_back(name);
     };
-    for (const auto& node : nodes_) {
-        collect(view(node.name));
-        for (auto rest = view(node.record.linkTarget); !rest.empty();)
-            collect(takeComponent(rest));
-    }
+    for (const auto& node : nodes_)
+        collect(nameOf(node));
+    for (std::string_view target : linkTargets_)
+        while (!target.empty())
+            collect(takeComponent(target));
     return names;
 }
 
@@ -155,19 +139,59 @@ EntryTree EntryTree::decoded(const NameCharset& charset) const {
     std::vector<Index> places(nodes_.size());
     for (std::size_t i = 1; i < nodes_.size(); ++i) {
         const auto& node = nodes_[i];
-        places[i] = result.childOf(places[node.parent], charset.decoded(view(node.name)));
-        if (node.record.implicit)
-            continue;
+        const auto parent = places[node.parent];
+        const auto name = charset.decoded(nameOf(node));
         auto record = node.record;
-        if (record.hasLinkTarget)
-            record.linkTarget = result.keep(charset.decoded(view(record.linkTarget)));
-        result.record(places[i], record);
+        if (record.linkTarget != none)
+            record.linkTarget =
+                result.keepLinkTarget(charset.decoded(linkTargets_[record.linkTarget]));
+        if (record.kind != ArchiveEntry::Kind::directory) {
+            result.nodes_.push_back(
+                {.record = record, .name = result.names_.keep(name), .parent = parent});
+            continue;
+        }
+        places[i] = result.folderIn(parent, name);
+        if (!record.implicit)
+            result.nodes_[places[i]].record = record;
     }
     result.hasEncryptedEntries_ = hasEncryptedEntries_;
     return result;
 }
 
 void EntryTree::finish(Date modified) {
+    joinSamePaths();
+    linkChildren();
+    addUp(modified);
+}
+
+void EntryTree::joinSamePaths() {
+    resizeSlots(std::max(slots_.size(), std::bit_ceil(2 * nodes_.size())));
+    for (std::size_t i = 1; i < nodes_.size(); ++i) {
+        auto& node = nodes_[i];
+        if (node.record.kind == ArchiveEntry::Kind::directory)
+            continue;
+        const auto name = nameOf(node);
+        const auto hash = hashOf(node.parent, name);
+        auto& slot = slots_[slotOf(hash, node.parent, name)];
+        if (slot.node == none) {
+            slot = {hash, static_cast<Index>(i)};
+            continue;
+        }
+        auto& same = nodes_[slot.node].record;
+        if (same.kind != ArchiveEntry::Kind::directory)
+            same = node.record;
+        node = {};
+    }
+}
+
+void EntryTree::linkChildren() {
+    for (std::size_t i = 1; i < nodes_.size(); ++i)
+        if (const auto parent = nodes_[i].parent; parent != none)
+            nodes_[i].previousSibling =
+                std::exchange(nodes_[parent].lastChild, static_cast<Index>(i));
+}
+
+void EntryTree::addUp(Date modified) {
     for (auto& node : nodes_ | std::views::reverse) {
         auto& record = node.record;
         if (record.implicit) {
@@ -207,8 +231,8 @@ std::optional<ArchiveEntry> EntryTree::find(std::string_view path) const {
                        .mode = record.mode,
                        .encrypted = record.encrypted,
                        .implicit = record.implicit};
-    if (record.hasLinkTarget)
-        entry.linkTarget = view(record.linkTarget);
+    if (record.linkTarget != none)
+        entry.linkTarget = linkTargets_[record.linkTarget];
     return entry;
 }
 
@@ -217,7 +241,7 @@ std::vector<std::string_view> EntryTree::children(std::string_view folder) const
     if (const auto index = nodeAt(folder))
         for (auto child = nodes_[*index].lastChild; child != none;
              child = nodes_[child].previousSibling)
-            names.push_back(view(nodes_[child].name));
+            names.push_back(nameOf(nodes_[child]));
     std::ranges::reverse(names);
     return names;
 }

@@ -2,9 +2,11 @@
 
 #include "core/archives/ArchiveEntry.h"
 #include "core/archives/NameCharset.h"
+#include "core/archives/TextStore.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,24 +15,23 @@
 namespace fennik {
 
 /// Entries of an archive by their paths: one node for each item and folder, which keeps no more of
-/// its path than its own name. Some hundred bytes an entry.
+/// its path than its own name. Some hundred bytes an entry. At first entries are only added, which
+/// is cheap; after `finish` they are only looked up.
 class EntryTree {
 public:
     EntryTree();
 
-    /// A path that is there already is taken over by the later entry, but a folder in which
-    /// something lies stays one. False: there are more than memory is spent on.
+    /// Of several entries with one path the last one counts, but what is a folder to any of them,
+    /// or has something below it, is a folder. False: there are more than memory is spent on.
     bool add(const ArchiveEntry& entry);
     /// Names and link targets that are not UTF-8, each without the folder it lies in.
     std::vector<std::string_view> foreignNames() const;
     /// The same tree with all names decoded.
     EntryTree decoded(const NameCharset& charset) const;
-    /// Adds the sizes up; `modified` is for folders without an entry. To be called once, after the
-    /// last entry.
+    /// To be called once, after the last entry. `modified` is for folders without one.
     void finish(Date modified);
 
     std::optional<ArchiveEntry> find(std::string_view path) const;
-    /// In the order in which they came.
     std::vector<std::string_view> children(std::string_view folder) const;
     std::int64_t folderSize(std::string_view folder) const;
     std::int64_t fileCount() const { return fileCount_; }
@@ -40,26 +41,20 @@ private:
     using Index = std::uint32_t;
     static constexpr Index none = ~Index{0};
 
-    /// A piece of `texts_`.
-    struct Text {
-        std::uint32_t offset = 0;
-        std::uint32_t length = 0;
-    };
-    /// What an entry says of its item; at first that of a folder without an entry.
+    /// What an entry says of its item; unless set, that of a folder without an entry.
     struct Record {
         std::int64_t size = 0; ///< of a folder: of all files below, once the tree is finished
         Date modified = {};
-        Text linkTarget = {};
+        Index linkTarget = none;
         std::uint16_t mode = 0;
         ArchiveEntry::Kind kind = ArchiveEntry::Kind::directory;
-        bool hasLinkTarget = false;
         bool encrypted = false;
         bool implicit = true;
     };
     struct Node {
         Record record = {};
-        Text name = {};
-        Index parent = none;
+        TextStore::Place name = {};
+        Index parent = none; ///< also where another node stands for the same path
         Index lastChild = none;
         Index previousSibling = none;
     };
@@ -68,19 +63,24 @@ private:
         Index node = none;
     };
 
-    std::string_view view(Text text) const;
-    Text keep(std::string_view text);
+    std::string_view nameOf(const Node& node) const { return names_.at(node.name); }
+    Index keepLinkTarget(std::string target);
     std::size_t slotOf(std::uint32_t hash, Index parent, std::string_view name) const;
-    void growSlots();
-    Index childOf(Index parent, std::string_view name);
-    void makeFolder(Index index);
+    void resizeSlots(std::size_t size);
+    Index folderIn(Index parent, std::string_view name);
     Index folderAt(std::string_view path);
-    void record(Index index, const Record& record);
+    void joinSamePaths();
+    void linkChildren();
+    void addUp(Date modified);
     std::optional<Index> nodeAt(std::string_view path) const;
 
-    std::vector<Node> nodes_; ///< parents before their children; the first one is the root
-    std::string texts_;
-    std::vector<Slot> slots_; ///< a hash table of all nodes, by parent and name
+    std::deque<Node> nodes_{1}; ///< parents before their children; the first one is the root
+    TextStore names_;
+    std::deque<std::string> linkTargets_;
+    std::size_t linkTargetBytes_ = 0;
+    /// A hash table of the nodes by parent and name: of the folders, in the end of all.
+    std::vector<Slot> slots_;
+    std::size_t folders_ = 1;
     std::string lastFolder_;
     Index lastFolderNode_ = 0;
     std::int64_t fileCount_ = 0;

@@ -17,6 +17,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 using Kind = ArchiveEntry::Kind;
 using IndexResult = EntryStream::Result<std::shared_ptr<const ArchiveIndex>>;
 
@@ -122,12 +123,12 @@ TEST_F(ArchiveIndexTest, keepsOneEntryForEachPath) {
         file("both/below", 5), // makes a folder of it
         file("last", 6),
         entry("last/below", Kind::symlink, "target"),
-        file("last", 7), // cannot take the place of a folder with something in it
+        file("last", 7), // cannot take the place of a folder
         entry("empty", Kind::directory),
         file("empty", 80),
     });
-    EXPECT_THAT(walk(*index),
-                ElementsAre("f", "d", "d/x", "both", "both/below", "last", "last/below", "empty"));
+    EXPECT_THAT(walk(*index), UnorderedElementsAre("f", "d", "d/x", "both", "both/below", "last",
+                                                   "last/below", "empty"));
     EXPECT_EQ(index->find("f")->size, 20);
     EXPECT_FALSE(index->find("d")->implicit);
     EXPECT_EQ(index->find("d")->mode, 0700);
@@ -137,9 +138,9 @@ TEST_F(ArchiveIndexTest, keepsOneEntryForEachPath) {
         EXPECT_TRUE(index->find(path)->implicit);
     }
     EXPECT_EQ(index->find("last/below")->linkTarget, "target");
-    EXPECT_EQ(index->find("empty")->kind, Kind::file);
-    EXPECT_EQ(index->fileCount(), 4);
-    EXPECT_EQ(index->totalSize(), 20 + 300 + 5 + 80);
+    EXPECT_EQ(index->find("empty")->kind, Kind::directory);
+    EXPECT_EQ(index->fileCount(), 3);
+    EXPECT_EQ(index->totalSize(), 20 + 300 + 5);
 }
 
 TEST_F(ArchiveIndexTest, neverAddsSizesUpBeyondTheLargestNumber) {
@@ -181,7 +182,7 @@ TEST_F(ArchiveIndexTest, showsCzechNamesOfUnnamedCharacterSets) {
                               .madeBy = 0},
                              {.name = "abc", .isUtf8 = false}}));
     EXPECT_EQ(index->charset(), "IBM852");
-    EXPECT_THAT(walk(*index), ElementsAre("Přílohy", "Přílohy/Žluťoučký kůň.txt", "abc"));
+    EXPECT_THAT(walk(*index), UnorderedElementsAre("Přílohy", "Přílohy/Žluťoučký kůň.txt", "abc"));
     EXPECT_FALSE(index->find("Přílohy")->implicit);
     EXPECT_EQ(index->folderSize("Přílohy"), 1);
 

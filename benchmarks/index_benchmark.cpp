@@ -1,0 +1,95 @@
+// Reads what is in archives with Fennik, with a bare loop over the library's headers and with the
+// tools that are there:
+//   index_benchmark [options of Google Benchmark] ARCHIVE…
+#include "benchmarks/Tools.h"
+#include "core/archives/ArchiveIndex.h"
+#include "core/archives/ArchiveLocale.h"
+#include "core/archives/ArchiveReader.h"
+
+#include <archive.h>
+#include <archive_entry.h>
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace fennik;
+
+constexpr std::size_t bareBlock = 64U << 10U;
+
+std::int64_t filesWithFennik(const std::string& path) {
+    const FileUrl url(path);
+    const auto stream = DirectArchives().open({.url = url}, [] { return false; });
+    const auto index = stream ? ArchiveIndex::read(**stream, url) : std::unexpected(stream.error());
+    if (!index) {
+        std::cerr << path << ": " << index.error().message() << '\n';
+        std::exit(EXIT_FAILURE);
+    }
+    return (*index)->fileCount();
+}
+
+std::int64_t filesWithBareLoop(const std::string& path) {
+    const ArchiveLocale locale;
+    auto* reader = archive_read_new();
+    archive_read_support_filter_all(reader);
+    archive_read_support_format_all(reader);
+    archive_read_open_filename(reader, path.c_str(), bareBlock);
+    std::int64_t files = 0;
+    archive_entry* entry = nullptr;
+    while (archive_read_next_header(reader, &entry) == ARCHIVE_OK)
+        files += archive_entry_filetype(entry) == AE_IFREG ? 1 : 0;
+    archive_read_free(reader);
+    return files;
+}
+
+template <class Work>
+void add(const std::string& name, const Work& work) {
+    benchmark::RegisterBenchmark(name.c_str(),
+                                 [work](benchmark::State& state) {
+                                     for ([[maybe_unused]] auto _ : state)
+                                         work();
+                                 })
+        ->Iterations(1)
+        ->UseRealTime()
+        ->Unit(benchmark::kMillisecond);
+}
+
+void addTool(const std::string& name, const std::vector<std::string>& words) {
+    if (std::filesystem::exists("/usr/bin/" + words.front()))
+        add(name, [words] { bench::runTool(words); });
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments) {
+    benchmark::Initialize(&argumentCount, arguments);
+    if (argumentCount < 2)
+        return EXIT_FAILURE;
+    // As the process that reads archives has it: else every date asks the disk for the time zone.
+    setenv("TZ", ":/etc/localtime", 0); // NOLINT(concurrency-mt-unsafe): there is one thread yet
+    tzset();
+    for (int i = 1; i < argumentCount; ++i) {
+        const std::string path = arguments[i];
+        if (filesWithFennik(path) != filesWithBareLoop(path)) {
+            std::cerr << "The ways of reading " << path << " do not see the same.\n";
+            return EXIT_FAILURE;
+        }
+        const auto name = std::filesystem::path(path).filename().string();
+        add(name + "/fennik", [path] { filesWithFennik(path); });
+        add(name + "/bare", [path] { filesWithBareLoop(path); });
+        if (name.ends_with(".zip"))
+            addTool(name + "/unzip", {"unzip", "-l", path});
+        else if (name.ends_with(".7z"))
+            addTool(name + "/7z", {"7z", "l", path});
+        else
+            addTool(name + "/tar", {"tar", "-tvf", path});
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
