@@ -22,6 +22,11 @@ bool isJunk(std::string_view name) {
     return name == ".DS_Store" || name == "__MACOSX" || name == "Icon\r" || name.starts_with("._");
 }
 
+/// Readers take this for a separator, as the format forbids it.
+bool isTakenApart(ArchiveFormat format, std::string_view name) {
+    return format == ArchiveFormat::zip && name.contains('\\');
+}
+
 bool isNoName(std::string_view name) {
     return name.empty() || name == "." || name == ".." || name == "/";
 }
@@ -119,7 +124,7 @@ bool PackCollector::visit(std::uint32_t folder, const std::string& name) {
 
 bool PackCollector::add(std::uint32_t folder, const std::string& name, const FileStatus& status) {
     const auto& above = items_.folders_[folder];
-    if (!canHold(options_.format, name))
+    if (!canHold(options_.format, name) || isTakenApart(options_.format, name))
         return fail(quoted(name) + " nejde zabalit: formát takový název neumí.");
     if (above.path.size() + name.size() > longestPath || above.depth > mostFolders)
         return fail(quoted(name) + " nejde zabalit: cesta k němu je příliš dlouhá.");
