@@ -1,6 +1,7 @@
-// A helper that reads real archives, and does to others what their names say.
+// A helper that reads and makes real archives, and does to others what their names say.
 #include "core/archives/ArchiveReader.h"
 #include "core/archives/helper/ArchiveHelper.h"
+#include "core/platform/UnfinishedFile.h"
 #include "tests/support/Processes.h"
 
 #include <array>
@@ -181,9 +182,67 @@ open(int descriptor, const ArchiveRequest& request, IsCancelled isCancelled) {
                                std::move(isCancelled));
 }
 
+/// Packs, or does to the archive what its name says.
+class MadePacker final : public ArchivePacker {
+public:
+    bool pack(const std::vector<FileUrl>& sources, const FileUrl& destination,
+              const PackOptions& options, OperationContext& context) const override {
+        const auto name = destination.lastComponent();
+        const auto folder = destination.parent();
+        if (name == "tells of itself") {
+            // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody changes the environment
+            context.addError(std::string("TMPDIR ") + std::getenv("TMPDIR"));
+            context.addError(context.isCapped() ? "capped" : "not capped");
+            for (const auto& [descriptor, target] : test::descriptorsOf("self"))
+                context.addError(std::to_string(descriptor) + ' ' + target.substr(0, 5));
+            return true;
+        }
+        if (name == "lies") {
+            context.addStep(UndoSteps::Created{folder.appending("precious")});
+            return true;
+        }
+        if (name == "counts down") {
+            context.bytesWritten(-1);
+            return true;
+        }
+        if (name == "loses its step") {
+            context.addStep(UndoSteps::Created{destination});
+            context.dropLastStep();
+            return false;
+        }
+        if (name == "crashes at the end") {
+            context.addStep(UndoSteps::Created{destination});
+            std::abort();
+        }
+        auto held = std::make_shared<const OpenFolder>(
+            OpenFolder::open(folder.path(), FollowLinks::yes).value());
+        if (name == "crashes") {
+            const auto file = UnfinishedFile::create(held);
+            std::abort();
+        }
+        if (name == "spins") {
+            const auto file = UnfinishedFile::create(held);
+            context.setCurrentName(std::to_string(getpid()));
+            static_cast<void>(context.checkpoint());
+            spin();
+        }
+        if (name == "goes on and on") {
+            const auto file = UnfinishedFile::create(held);
+            context.setCurrentName(std::to_string(getpid()));
+            while (context.checkpoint() == Checkpoint::goOn)
+                context.bytesWritten(1);
+            return false;
+        }
+        return DirectPacker().pack(sources, destination, options, context);
+    }
+};
+
 } // namespace
 
 int main() {
-    return runArchiveHelper(
-        {.open = open, .memory = 128 << 20, .processorTime = std::chrono::seconds(1)});
+    const MadePacker packer;
+    return runArchiveHelper({.open = open,
+                             .packer = packer,
+                             .memory = 128 << 20,
+                             .processorTime = std::chrono::seconds(1)});
 }

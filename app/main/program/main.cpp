@@ -3,6 +3,7 @@
 #include "app/main/Session.h"
 #include "app/system/DisplayProbe.h"
 #include "app/system/TerminationSignals.h"
+#include "core/archives/helper/ArchiveHelper.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -61,9 +62,11 @@ int runWindow(const Options& options) {
 } // namespace
 
 int main(int argumentCount, char** arguments) {
-    const auto options =
-        app::readOptions(std::span<const char* const>(arguments, std::size_t(argumentCount))
-                             .subspan(argumentCount > 0 ? 1 : 0));
+    const auto texts = std::span<const char* const>(arguments, std::size_t(argumentCount))
+                           .subspan(argumentCount > 0 ? 1 : 0);
+    if (texts.size() == 1 && texts.front() == archiveHelperOption)
+        return runArchiveHelper();
+    const auto options = app::readOptions(texts);
     if (!options) {
         std::cerr << options.error() << '\n';
         return exitUsage;

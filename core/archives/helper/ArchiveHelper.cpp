@@ -2,16 +2,19 @@
 
 #include "core/archives/ArchiveReader.h"
 #include "core/archives/helper/ArchiveMessages.h"
+#include "core/archives/helper/PackingHelper.h"
 #include "core/archives/helper/ReadingHelper.h"
 #include "core/platform/OwnProcess.h"
 
 #include <array>
+#include <atomic>
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <new>
 #include <optional>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -52,16 +55,29 @@ int readArchive(const HelperWork& work, const ArchiveRequest& request) {
     return readForOthers(work, request);
 }
 
+int packArchive(const HelperWork& work, const PackRequest& request) {
+    static std::atomic<bool> isAbandoned = false; // the thread may outlive this call
+    OwnProcess::watchInput([] {
+        // Time to remove what is half written.
+        constexpr std::chrono::seconds patience(2);
+        isAbandoned = true;
+        std::this_thread::sleep_for(patience);
+        std::_Exit(HelperExit::abandoned);
+    });
+    return packForOthers(work.packer, request, isAbandoned);
+}
+
 } // namespace
 
 int runArchiveHelper() {
+    const DirectPacker packer;
     const auto open =
         [](int descriptor, const ArchiveRequest& request,
            IsCancelled isCancelled) -> EntryStream::Result<std::unique_ptr<EntryStream>> {
         return ArchiveReader::open(descriptor, request, allowRawOf(request.url),
                                    std::move(isCancelled));
     };
-    return runArchiveHelper({.open = open});
+    return runArchiveHelper({.open = open, .packer = packer});
 }
 
 int runArchiveHelper(const HelperWork& work) {
@@ -77,6 +93,9 @@ int runArchiveHelper(const HelperWork& work) {
         if (request->kind == MessageKind::readArchive)
             if (const auto reading = ArchiveMessages::archiveRequest(fields))
                 return readArchive(work, *reading);
+        if (request->kind == MessageKind::packArchive)
+            if (const auto packing = ArchiveMessages::packRequest(fields))
+                return packArchive(work, *packing);
     } catch (const std::bad_alloc&) {
         return HelperExit::outOfMemory;
     }

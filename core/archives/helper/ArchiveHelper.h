@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/archives/ArchivePacker.h"
 #include "core/archives/EntryStream.h"
 
 #include <chrono>
@@ -27,6 +28,7 @@ struct HelperWork {
     std::function<EntryStream::Result<std::unique_ptr<EntryStream>>(
         int descriptor, const ArchiveRequest& request, IsCancelled isCancelled)>
         open;
+    const ArchivePacker& packer;
     /// While it reads, besides what it uses at its start.
     std::int64_t memory = std::int64_t{2} << 30;
     /// Of the processor while it reads, each time until it has come to another entry or to more of
@@ -34,7 +36,7 @@ struct HelperWork {
     std::chrono::seconds processorTime{20};
 };
 
-/// The whole life of a process that reads one archive for another one, which has started
+/// The whole life of a process that reads or packs one archive for another one, which has started
 /// it as a `HelperProcess`. Returns its exit code. A program calls it at its very beginning.
 int runArchiveHelper();
 /// The same with other means.

@@ -50,15 +50,6 @@ EntryStream::Result<std::string> contentOf(EntryStream& stream) {
     }
 }
 
-bool endsSoon(const std::string& process) {
-    for (const auto end = steady_clock::now() + 5s; steady_clock::now() < end;) {
-        if (!isAlive(process))
-            return true;
-        std::this_thread::sleep_for(1ms);
-    }
-    return false;
-}
-
 } // namespace
 
 class HelperArchivesTest : public testing::Test {
