@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QIcon>
 
+#include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <span>
@@ -62,6 +63,8 @@ int runWindow(const Options& options) {
 } // namespace
 
 int main(int argumentCount, char** arguments) {
+    // Where a limit forbids a file to grow, the write that fails is told like any other.
+    std::signal(SIGXFSZ, SIG_IGN);
     const auto texts = std::span<const char* const>(arguments, std::size_t(argumentCount))
                            .subspan(argumentCount > 0 ? 1 : 0);
     if (texts.size() == 1 && texts.front() == archiveHelperOption)

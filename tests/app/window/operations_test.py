@@ -17,8 +17,8 @@ class Operations(WindowTest):
         for file in (self.left / "a.txt", self.left / "b.txt", self.left / "Faktury" / "leden.txt"):
             file.write_text("new", encoding="utf-8")
 
-    def start_here(self):
-        self.fennik = self.start(self.left, self.right)
+    def start_here(self, *wrapper):
+        self.fennik = self.start(self.left, self.right, wrapper=wrapper)
         self.fennik.wait(lambda: row_name(self.fennik.cursor() or ""), "there is a cursor")
 
     def put_cursor_on(self, name):
@@ -139,6 +139,15 @@ class Operations(WindowTest):
         self.expect_disk({"Faktury": {"leden.txt": "new"}, "a.txt": "new"}, self.right)
         self.fennik.expect("the marked row", lambda: [row_name(row) for row in self.fennik.rows(LEFT)
                                                       if row.endswith("označeno")], ["b.txt"])
+
+    def test_a_limit_for_files_is_a_failure_and_no_end(self):
+        (self.left / "b.txt").write_bytes(bytes(2_000_000))
+        self.start_here("prlimit", "--fsize=1000000")
+        self.fennik.press("Ctrl+A", "F5")
+        self.expect_question("Kopírovat 3 položky")
+        self.fennik.press("Enter")
+        self.expect_toast("Hotovo, 1 chyb")
+        self.expect_disk({"Faktury": {"leden.txt": "new"}, "a.txt": "new"}, self.right)
 
     def test_trash_asks_until_told_not_to(self):
         self.start_here()
