@@ -19,6 +19,9 @@ using Kind = ArchiveEntry::Kind;
 using Outcome = NamePlacing::Outcome;
 using Made = NamePlacing::Made;
 
+/// The data of a file that has several names comes with the last of them here.
+constexpr std::uint32_t cpioFamily = 0x10000;
+
 /// Entries that cannot be taken are named up to this number.
 constexpr int mostRefused = 100;
 
@@ -75,7 +78,7 @@ bool ArchiveExtraction::run() {
         return true;
     }
     takeEntries(std::move(first));
-    takeLinks();
+    takeWhatWaits();
     if (folders_)
         folders_->finish();
     return !isStopped_;
@@ -101,6 +104,7 @@ bool ArchiveExtraction::prepare() {
         fail({ArchiveError::Case::unsupportedEncryption, index_->formatLabel()});
         return false;
     }
+    linksOut_ = selection_.linksOut(*index_);
     for (const auto& path : selection_.missingIn(*index_))
         ledger_.failed(quoted(path) + " v archivu není.");
     return goesOn();
@@ -132,8 +136,10 @@ void ArchiveExtraction::takeEntries(EntryStream::Result<std::optional<StreamEntr
 void ArchiveExtraction::take(const StreamEntry& met) {
     const auto& entry = met.entry;
     const auto base = selection_.baseLength(entry.path);
-    if (!base)
+    if (!base) {
+        takeForLink(met);
         return;
+    }
     if (met.isRefused || !leadsDown(entry.path)) {
         refuse(entry);
         return;
@@ -150,12 +156,28 @@ void ArchiveExtraction::take(const StreamEntry& met) {
     case Kind::directory:
         takeFolder(entry, *base);
         break;
-    case Kind::symlink:
     case Kind::hardlink:
-        ledger_.recount({}, {.bytes = 0, .files = 1});
+        takeDataOfLink(entry);
+        [[fallthrough]];
+    case Kind::symlink:
         links_.push_back({entry, *base});
         break;
     }
+}
+
+void ArchiveExtraction::takeForLink(const StreamEntry& met) {
+    const auto link = linksOut_.find(met.entry.path);
+    if (link == linksOut_.end() || met.entry.kind != Kind::file || met.isSpecial || met.isRefused)
+        return;
+    auto asLink = met;
+    asLink.entry.path = link->second.path;
+    const auto base = selection_.baseLength(asLink.entry.path).value_or(0);
+    if (isPassedOver(asLink.entry, base))
+        return;
+    ledger_.recount({}, {.bytes = asLink.entry.size, .files = 1});
+    takeFile(asLink, base);
+    if (const auto file = written_.find(asLink.entry.path); file != written_.end())
+        written_.insert_or_assign(met.entry.path, WrittenFile(file->second));
 }
 
 void ArchiveExtraction::refuse(const ArchiveEntry& entry) {
@@ -187,25 +209,51 @@ bool ArchiveExtraction::isPassedOver(const ArchiveEntry& entry, std::size_t base
 }
 
 void ArchiveExtraction::takeFile(const StreamEntry& met, std::size_t base) {
-    const auto& entry = met.entry;
+    if (const auto first = firstData(met.entry)) {
+        const bool mayFollow = first->bytes.empty() && first->offset == 0 &&
+                               stream_->facts().formatFamily == cpioFamily;
+        if (mayFollow)
+            empty_.insert_or_assign(met.entry.path, Later{met.entry, base});
+        else
+            writeFile(met, base, *first);
+    }
+}
+
+std::optional<EntryStream::Block> ArchiveExtraction::firstData(const ArchiveEntry& entry) {
     const auto first = stream_->read();
-    if (!first && (first.error().kind == ArchiveError::Case::cancelled ||
-                   first.error().kind == ArchiveError::Case::unsupportedEncryption)) {
-        fail(first.error());
+    if (first)
+        return *first;
+    const auto& error = first.error();
+    if (error.kind == ArchiveError::Case::cancelled ||
+        error.kind == ArchiveError::Case::unsupportedEncryption) {
+        fail(error);
         isOver_ = true;
-        return;
-    }
-    if (!first) {
+    } else {
         ledger_.accounted(entry.size);
-        ledger_.failed(sentenceOf(entry, first.error()));
-        return;
+        ledger_.failed(sentenceOf(entry, error));
     }
+    return std::nullopt;
+}
+
+void ArchiveExtraction::takeDataOfLink(const ArchiveEntry& entry) {
+    const auto first = firstData(entry);
+    const auto file = empty_.find(entry.linkTarget.value_or(std::string()));
+    if (!first || first->bytes.empty() || file == empty_.end())
+        return;
+    const auto [target, base] = file->second;
+    empty_.erase(file);
+    writeFile({.entry = target}, base, *first);
+}
+
+void ArchiveExtraction::writeFile(const StreamEntry& met, std::size_t base,
+                                  const EntryStream::Block& first) {
+    const auto& entry = met.entry;
     auto* folder = folderFor(entry, base);
     if (folder == nullptr)
         return;
     const auto node = folder->node;
     context_.setCurrentName(nameOf(entry));
-    EntryWriter writer(ledger_, disk_, *stream_, met, *first);
+    EntryWriter writer(ledger_, disk_, *stream_, met, first);
     const auto outcome = place(entry, node, [&](const OpenFolder& held, const std::string& name) {
         const auto wrote = writer.write(*node, held, name);
         if (wrote == Made::done && canHaveHardLinks(stream_->facts()))
@@ -227,16 +275,29 @@ void ArchiveExtraction::takeFolder(const ArchiveEntry& entry, std::size_t base) 
         folder.look = entry;
 }
 
-void ArchiveExtraction::takeLinks() {
+void ArchiveExtraction::takeWhatWaits() {
+    for (const auto& [path, file] : empty_) {
+        if (!goesOn() || disk_.isFull())
+            return;
+        if (!isPassedOver(file.entry, file.base))
+            writeFile({.entry = file.entry}, file.base, {});
+    }
     for (const auto& link : links_) {
         if (!goesOn() || disk_.isFull())
             return;
-        if (!isPassedOver(link.entry, link.base))
+        if (!isTaken(link.entry) && !isPassedOver(link.entry, link.base))
             takeLink(link.entry, link.base);
     }
 }
 
+bool ArchiveExtraction::isTaken(const ArchiveEntry& link) const {
+    const auto first = linksOut_.find(link.linkTarget.value_or(std::string()));
+    return first != linksOut_.end() && first->second.path == link.path &&
+           written_.contains(link.path);
+}
+
 void ArchiveExtraction::takeLink(const ArchiveEntry& entry, std::size_t base) {
+    ledger_.recount({}, {.bytes = 0, .files = 1});
     const auto* folder = folderFor(entry, base);
     if (folder == nullptr)
         return;

@@ -11,6 +11,7 @@
 #include "core/operations/TransferPlaces.h"
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -46,7 +47,7 @@ private:
         std::string name = {};
         FileIdentity identity = {};
     };
-    /// A link, which waits until all files are there.
+    /// What waits until all files are there.
     struct Later {
         ArchiveEntry entry = {};
         std::size_t base = 0;
@@ -59,9 +60,18 @@ private:
 
     void takeEntries(EntryStream::Result<std::optional<StreamEntry>> met);
     void take(const StreamEntry& met);
+    /// An entry that was not selected, where another name of it was.
+    void takeForLink(const StreamEntry& met);
     void takeFile(const StreamEntry& met, std::size_t base);
+    /// Read before anything gives way to the entry. None after a failure, which has been told.
+    std::optional<EntryStream::Block> firstData(const ArchiveEntry& entry);
+    void writeFile(const StreamEntry& met, std::size_t base, const EntryStream::Block& first);
     void takeFolder(const ArchiveEntry& entry, std::size_t base);
-    void takeLinks();
+    /// Writes the file that the link is another name of, where its data comes only now.
+    void takeDataOfLink(const ArchiveEntry& entry);
+    void takeWhatWaits();
+    /// It was written in the place of the entry that it is another name of.
+    bool isTaken(const ArchiveEntry& link) const;
     void takeLink(const ArchiveEntry& entry, std::size_t base);
     void refuse(const ArchiveEntry& entry);
 
@@ -97,6 +107,10 @@ private:
     /// By their paths in the archive; empty where the archive can have no hard links.
     std::unordered_map<std::string, WrittenFile> written_ = {};
     std::vector<Later> links_ = {};
+    /// Selected hard links, by what they are other names of, where that was not selected.
+    std::map<std::string, ArchiveEntry> linksOut_ = {};
+    /// Files without data that may get some yet, by their paths.
+    std::map<std::string, Later> empty_ = {};
     FullDisk disk_ = {};
     int refused_ = 0;
     bool isStopped_ = false; ///< by the job

@@ -17,13 +17,15 @@ namespace fennik {
 struct Extraction {
     FileUrl archive = {};
     std::string password = {};
-    /// As the user has seen it; none: it is read first. The archive must still be the same file.
+    /// As the user has seen it; none: it is read first, and where that ends in damage, what comes
+    /// before is taken all the same. The archive must still be the same file.
     std::shared_ptr<const ArchiveIndex> index = {};
     /// Paths of entries, each with all below it; none: everything.
     std::optional<std::vector<std::string>> selection = {};
     FileUrl target = {}; ///< a folder; it is made where it is missing
-    /// Everything goes into a new folder called like the archive, unless the archive holds nothing
-    /// but one folder of that name.
+    /// Everything goes into a folder called like the archive, which may be there already, and gets
+    /// a number where something else has the name. Not where the archive holds nothing but one
+    /// folder of that name, or is one compressed file.
     bool ownFolder = false;
 };
 

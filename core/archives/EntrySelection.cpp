@@ -7,31 +7,6 @@
 
 namespace fennik {
 
-namespace {
-
-/// Of an entry with all below it.
-TransferTotals totalsOf(const ArchiveIndex& index, const std::string& top) {
-    TransferTotals total;
-    std::vector<std::string> left{top};
-    while (!left.empty()) {
-        const auto path = std::move(left.back());
-        left.pop_back();
-        const auto entry = index.find(path);
-        if (!entry)
-            continue;
-        if (entry->kind != ArchiveEntry::Kind::directory) {
-            ++total.files;
-            addClamped(total.bytes, entry->size);
-            continue;
-        }
-        for (const auto name : index.children(path))
-            left.push_back(path + "/" + std::string(name));
-    }
-    return total;
-}
-
-} // namespace
-
 EntrySelection::EntrySelection(const std::optional<std::vector<std::string>>& paths) {
     if (paths)
         selected_.emplace(paths->begin(), paths->end());
@@ -65,17 +40,45 @@ TransferTotals EntrySelection::totals(const ArchiveIndex& index) const {
     if (!selected_)
         return {.bytes = index.totalSize(), .files = index.fileCount()};
     TransferTotals total;
+    visit(index, [&total](const ArchiveEntry& entry) {
+        if (entry.kind != ArchiveEntry::Kind::file)
+            return;
+        ++total.files;
+        addClamped(total.bytes, entry.size);
+    });
+    return total;
+}
+
+std::map<std::string, ArchiveEntry> EntrySelection::linksOut(const ArchiveIndex& index) const {
+    std::map<std::string, ArchiveEntry> links;
+    if (!selected_)
+        return links;
+    visit(index, [&](const ArchiveEntry& entry) {
+        if (entry.kind == ArchiveEntry::Kind::hardlink && entry.linkTarget &&
+            !baseLength(*entry.linkTarget))
+            links.emplace(*entry.linkTarget, entry);
+    });
+    return links;
+}
+
+void EntrySelection::visit(const ArchiveIndex& index, const Visit& visit) const {
+    std::vector<std::string> left;
     for (const auto& path : *selected_) {
         const auto slash = path.rfind('/');
         const bool isBelowAnother =
             slash != std::string::npos && baseLength(std::string_view(path).substr(0, slash));
-        if (isBelowAnother)
-            continue;
-        const auto its = totalsOf(index, path);
-        addClamped(total.bytes, its.bytes);
-        total.files += its.files;
+        if (!isBelowAnother)
+            left.push_back(path);
     }
-    return total;
+    while (!left.empty()) {
+        const auto path = std::move(left.back());
+        left.pop_back();
+        const auto entry = index.find(path);
+        if (entry && entry->kind != ArchiveEntry::Kind::directory)
+            visit(*entry);
+        for (const auto name : index.children(path))
+            left.push_back(path + "/" + std::string(name));
+    }
 }
 
 } // namespace fennik

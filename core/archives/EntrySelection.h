@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,8 +26,15 @@ public:
     /// Paths that were selected, but are none in the archive.
     std::vector<std::string> missingIn(const ArchiveIndex& index) const;
     TransferTotals totals(const ArchiveIndex& index) const;
+    /// Selected hard links, by the paths of the entries that they are other names of and that were
+    /// not selected; one for each of them.
+    std::map<std::string, ArchiveEntry> linksOut(const ArchiveIndex& index) const;
 
 private:
+    using Visit = std::function<void(const ArchiveEntry&)>;
+    /// All that was selected but folders, each once.
+    void visit(const ArchiveIndex& index, const Visit& visit) const;
+
     struct Hash {
         using is_transparent = void;
         std::size_t operator()(std::string_view path) const {

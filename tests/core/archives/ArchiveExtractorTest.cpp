@@ -334,6 +334,19 @@ TEST_F(ArchiveExtractorTest, leavesOutTheFolderThatHoldsTheSelection) {
     EXPECT_THAT(target(), IsEmpty());
 }
 
+TEST_F(ArchiveExtractorTest, takesTheDataOfASelectedLinkFromTheEntryItNames) {
+    archives.entries = {File::hardLink("d/a", "first"), File::file("first", "content"),
+                        File::hardLink("d/b", "first")};
+    look();
+    extraction.selection = {{"d"}};
+    EXPECT_EQ(extract(), PairOutcome::done);
+    EXPECT_THAT(context.errors, IsEmpty());
+    EXPECT_EQ(target(), (Tree{{"d", "folder/"}, {"d/a", "content"}, {"d/b", "content"}}));
+    EXPECT_EQ(statusOf(temp.path("target/d/a")).st_nlink, 2U);
+    EXPECT_EQ(context.doneFiles, context.totalFiles);
+    EXPECT_EQ(context.doneBytes, context.totalBytes);
+}
+
 TEST_F(ArchiveExtractorTest, givesEachArchiveAFolderOfItsOwn) {
     extraction.ownFolder = true;
     extraction.archive = FileUrl(temp.path("target/x.TAR.gz"));
