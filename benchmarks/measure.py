@@ -7,6 +7,7 @@ import sys
 
 import fixtures
 from archives import ENTRIES, make_archives, measure_index
+from packing import measure_packing
 from programs import Programs, forget_user, others_with_toolkit, private_display
 from table import AtLeast, AtMost, Table, count, mebibytes
 from transfers import Sources, Transfers, measure_clones, measure_copying, measure_moving
@@ -228,6 +229,8 @@ def main():
     measure_copying(table, transfers, sources)
     measure_clones(table, transfers, sources)
     measure_moving(table, transfers)
+    say("Packing…")
+    measure_packing(table, programs, workspace)
 
     print(table)
     print(f"\nMedians on {os.cpu_count()} cores, load {os.getloadavg()[0]:.1f}. A ratio is "

@@ -1,12 +1,7 @@
 // Copies or moves items through the whole queue, counting, snapshots and undo steps included:
 //   transfer_once copy|move FOLDER SOURCE…
-#include "core/base/SerialWorker.h"
-#include "core/operations/TransferEngine.h"
-#include "core/operations/Trashes.h"
+#include "benchmarks/OneJob.h"
 
-#include <chrono>
-#include <iostream>
-#include <latch>
 #include <string_view>
 #include <utility>
 
@@ -21,27 +16,5 @@ int main(int argumentCount, char** arguments) {
         const FileUrl source(arguments[i]);
         request.pairs.push_back({source, folder.appending(source.lastComponent())});
     }
-    SerialWorker worker;
-    UndoJournal journal;
-    const FolderTrash trash(folder.appending("trash"));
-    std::latch ended(1);
-    bool succeeded = false;
-    {
-        TransferEngine engine({.worker = worker,
-                               .journal = journal,
-                               .trash = trash,
-                               .now = [] { return std::chrono::steady_clock::now(); },
-                               .today = [] { return Date{}; }});
-        engine.setOnUpdate([](const std::vector<JobSnapshot>&) {});
-        engine.setOnJobFinished([&](const JobSnapshot& job, const TransferRequest&) {
-            for (const auto& error : *job.errors)
-                std::cerr << error << '\n';
-            succeeded = job.state == JobSnapshot::State::finished && job.errors->empty();
-            ended.count_down();
-        });
-        engine.enqueue(std::move(request));
-        ended.wait();
-        worker.shutDown(std::chrono::seconds(10));
-    }
-    return succeeded ? 0 : 1;
+    return runOneJob(std::move(request), folder.appending("trash")) ? 0 : 1;
 }
