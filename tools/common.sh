@@ -8,6 +8,7 @@ libarchive-tools p7zip-full unzip zip trash-cli e2fsprogs btrfs-progs ntfs-3g ut
 bench_packages="libbenchmark-dev python3 strace valgrind xvfb rsync e2fsprogs btrfs-progs libarchive-tools
 p7zip-full unzip"
 lint_packages="clang-tidy-19"
+fuzz_packages="clang-19 libclang-rt-19-dev"
 
 say() { printf '%s\n' "$*" >&2; }
 
