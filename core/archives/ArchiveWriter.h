@@ -39,7 +39,8 @@ public:
     static Result<ArchiveWriter> open(const PackOptions& options, Sink sink);
     ArchiveWriter(ArchiveWriter&& other) noexcept;
     ArchiveWriter& operator=(ArchiveWriter&& other) noexcept;
-    /// Without `finish` the archive stays half a one.
+    /// Without `finish` the archive stays half a one. Threads that compress are waited for until
+    /// they are through with what they have, which for .xz may take seconds.
     ~ArchiveWriter();
 
     Result<void> begin(const PackedEntry& entry);

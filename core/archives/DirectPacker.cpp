@@ -173,15 +173,16 @@ bool Packing::writeFile(const PackItem& item, const OpenFolder& folder) {
     const auto file = openPatiently(item, folder);
     if (!file && file.error().code == ESTALE)
         return leaveOut(item);
-    const auto status = file ? file->status() : std::unexpected(file.error());
-    if (!status)
-        return fail(unreadable(item.name, status.error()));
-    if (status->identity() != item.identity)
+    if (!file)
+        return fail(unreadable(item.name, file.error()));
+    const auto& opened = file->opened();
+    if (opened.identity() != item.identity)
         return fail(unreadable(item.name, {ESTALE}));
+    // What it has lost since it was collected will be missed at its end.
     auto packed = item;
-    packed.size = std::max(item.size, status->size);
-    packed.modified = status->modified;
-    packed.mode = status->mode;
+    packed.size = std::max(item.size, opened.size);
+    packed.modified = opened.modified;
+    packed.mode = opened.mode;
     if (packed.size > item.size) {
         addClamped(totalBytes_, packed.size - item.size);
         context_.setTotals(totalBytes_, static_cast<std::int64_t>(items_.size()));

@@ -22,6 +22,9 @@ public:
     RegularFile& operator=(RegularFile&& other) noexcept;
     ~RegularFile();
 
+    /// As it was when it was opened.
+    const FileStatus& opened() const { return opened_; }
+    /// As it is now.
     Result<FileStatus> status() const;
     /// The next bytes; how many they are, which may be fewer than there is room for. 0 at the end.
     Result<std::size_t> read(std::span<std::byte> buffer) const;
@@ -30,6 +33,7 @@ private:
     explicit RegularFile(int descriptor) : descriptor_(descriptor) {}
 
     int descriptor_;
+    FileStatus opened_ = {};
 };
 
 } // namespace fennik

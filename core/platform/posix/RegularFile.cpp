@@ -26,14 +26,16 @@ RegularFile::Result<RegularFile> RegularFile::open(const OpenFolder& folder,
         return std::unexpected(status.error());
     if (status->type != FileType::regular)
         return std::unexpected(other);
+    file.opened_ = *status;
     return file;
 }
 
 RegularFile::RegularFile(RegularFile&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    : descriptor_(std::exchange(other.descriptor_, -1)), opened_(other.opened_) {}
 
 RegularFile& RegularFile::operator=(RegularFile&& other) noexcept {
     std::swap(descriptor_, other.descriptor_);
+    std::swap(opened_, other.opened_);
     return *this;
 }
 
