@@ -27,6 +27,9 @@ bool readAll(std::span<std::byte> bytes);
 /// False where nobody reads the standard output any more.
 bool writeAll(std::span<const std::byte> bytes);
 
+/// Of a clock that never goes back, exact to some milliseconds. Costs next to nothing.
+std::chrono::milliseconds roughTime();
+
 /// From now on this process leaves no memory image behind when it crashes, what it starts gets no
 /// rights that it does not have itself, and writing where nobody reads is a mere failure.
 void renounce();

@@ -145,21 +145,22 @@ std::optional<ArchiveFacts> facts(MessageReader fields) {
     return whole(fields, std::move(facts));
 }
 
-void put(MessageWriter& message, const EntryMessage& met) {
-    const auto& entry = met.entry.entry;
+void put(MessageWriter& message, const StreamEntry& met, FollowedBy followedBy) {
+    const auto& entry = met.entry;
     putCut(message, entry.path);
     message.choice(entry.kind);
     message.number(entry.size);
     putDate(message, entry.modified);
     message.number(entry.mode);
     message.number<std::uint8_t>(entry.linkTarget.has_value());
-    putCut(message, entry.linkTarget.value_or(std::string()));
+    if (entry.linkTarget)
+        putCut(message, *entry.linkTarget);
     message.number<std::uint8_t>(entry.encrypted);
-    message.number<std::uint8_t>(met.entry.hasForeignName);
-    message.number<std::uint8_t>(met.entry.declaresSize);
-    message.number<std::uint8_t>(met.entry.isSpecial);
-    message.number<std::uint8_t>(met.entry.isRefused);
-    message.number<std::uint8_t>(met.hasData);
+    message.number<std::uint8_t>(met.hasForeignName);
+    message.number<std::uint8_t>(met.declaresSize);
+    message.number<std::uint8_t>(met.isSpecial);
+    message.number<std::uint8_t>(met.isRefused);
+    message.choice(followedBy);
 }
 
 std::optional<EntryMessage> entry(MessageReader fields) {
@@ -170,16 +171,14 @@ std::optional<EntryMessage> entry(MessageReader fields) {
     entry.size = fields.number<std::int64_t>();
     entry.modified = takeDate(fields);
     entry.mode = fields.number<std::uint16_t>();
-    const bool hasTarget = fields.flag();
-    auto target = fields.text();
-    if (hasTarget)
-        entry.linkTarget = std::move(target);
+    if (fields.flag())
+        entry.linkTarget = fields.text();
     entry.encrypted = fields.flag();
     met.entry.hasForeignName = fields.flag();
     met.entry.declaresSize = fields.flag();
     met.entry.isSpecial = fields.flag();
     met.entry.isRefused = fields.flag();
-    met.hasData = fields.flag();
+    met.followedBy = fields.choice(FollowedBy::data);
     if (!isSound(met.entry))
         return std::nullopt;
     return whole(fields, std::move(met));

@@ -4,6 +4,7 @@
 #include "core/archives/PackOptions.h"
 #include "core/archives/helper/Message.h"
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -17,10 +18,11 @@ struct PackRequest {
     bool isCapped = false; ///< at a limited pace
 };
 
-/// An entry, and whether its data follows.
+enum class FollowedBy : std::uint8_t { nothing, data };
+/// An entry, and what comes behind it.
 struct EntryMessage {
     StreamEntry entry = {};
-    bool hasData = false;
+    FollowedBy followedBy = FollowedBy::nothing;
 };
 
 /// Fields of messages. What is read is none where the message is not whole, or says what cannot be.
@@ -29,7 +31,7 @@ namespace ArchiveMessages {
 void put(MessageWriter& message, const ArchiveRequest& request);
 void put(MessageWriter& message, const PackRequest& request);
 void put(MessageWriter& message, const ArchiveFacts& facts);
-void put(MessageWriter& message, const EntryMessage& entry);
+void put(MessageWriter& message, const StreamEntry& entry, FollowedBy followedBy);
 void put(MessageWriter& message, const ArchiveError& error);
 
 std::optional<ArchiveRequest> archiveRequest(MessageReader fields);

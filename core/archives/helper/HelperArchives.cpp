@@ -138,7 +138,7 @@ private:
         auto met = ArchiveMessages::entry(MessageReader(message.fields));
         if (!met)
             return nonsense();
-        hasData_ = met->hasData;
+        hasData_ = met->followedBy == FollowedBy::data;
         dataEnd_ = 0;
         return std::move(met->entry);
     }

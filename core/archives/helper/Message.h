@@ -58,7 +58,8 @@ public:
     void begin(MessageKind kind);
     template <std::integral Number>
     void number(Number value) {
-        raw(&value, sizeof value);
+        bytes_.resize(bytes_.size() + sizeof value);
+        std::memcpy(&bytes_[bytes_.size() - sizeof value], &value, sizeof value);
     }
     template <class Choice>
         requires std::is_enum_v<Choice>

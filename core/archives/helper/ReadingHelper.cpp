@@ -17,8 +17,6 @@ namespace fennik {
 
 namespace {
 
-using std::chrono::steady_clock;
-
 /// The open file that the helper was given.
 constexpr int archiveDescriptor = 3;
 /// How often the limit is put off, and how long what was found may wait before it is sent.
@@ -49,18 +47,18 @@ public:
 
 private:
     bool putOff() {
-        const auto now = steady_clock::now();
-        if (now - last_ < pulse)
+        const auto now = OwnProcess::roughTime();
+        if (now < next_)
             return false;
-        last_ = now;
+        next_ = now + pulse;
         OwnProcess::limitProcessor(limit_);
         return true;
     }
 
     std::chrono::seconds limit_;
     std::int64_t mostReads_ = 0;
-    std::int64_t reads_ = 0; ///< since there was something
-    steady_clock::time_point last_ = {};
+    std::int64_t reads_ = 0;            ///< since there was something
+    std::chrono::milliseconds next_{0}; ///< time to put it off
 };
 
 class Reading {
@@ -140,7 +138,7 @@ private:
             mayHaveData && !met.isRefused && !met.isSpecial && isWanted(met.entry.path);
         auto& messages = outbox_.messages();
         messages.begin(MessageKind::entry);
-        ArchiveMessages::put(messages, EntryMessage{.entry = met, .hasData = hasData});
+        ArchiveMessages::put(messages, met, hasData ? FollowedBy::data : FollowedBy::nothing);
         messages.finish();
         return getOn() && (!hasData || tellData());
     }

@@ -1,6 +1,7 @@
 #include "core/platform/OwnProcess.h"
 #include "core/platform/posix/ProcessCalls.h"
 
+#include <ctime>
 #include <fcntl.h>
 #include <fstream>
 #include <sys/prctl.h>
@@ -11,6 +12,13 @@ namespace fennik {
 std::string OwnProcess::program() {
     // What the kernel itself holds on to, and not a name that may lead elsewhere by now.
     return "/proc/self/exe";
+}
+
+std::chrono::milliseconds OwnProcess::roughTime() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec));
 }
 
 int closeFrom(posix_spawn_file_actions_t& actions, int first) {
