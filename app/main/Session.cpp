@@ -89,6 +89,7 @@ Session::Session(const Options& options)
                        .main = main_,
                        .delayed = main_,
                        .events = *events_,
+                       .archives = archives_,
                        .volumes = Volumes::mounted,
                        .now = [] { return std::chrono::steady_clock::now(); },
                        .today = today,
@@ -98,7 +99,8 @@ Session::Session(const Options& options)
             .clipboard = clipboard_,
             .transferWorker = transfers_,
             .actionsWorker = actions_,
-            .trash = trash_},
+            .trash = trash_,
+            .packer = packer_},
            UserFolders::home()),
       shortcuts_(
           KActions::defaultMapOffTheMac(),

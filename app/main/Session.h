@@ -11,6 +11,8 @@
 #include "app/ui/Icons.h"
 #include "app/ui/MainWindow.h"
 #include "app/ui/Theme.h"
+#include "core/archives/ArchivePacker.h"
+#include "core/archives/ArchiveReader.h"
 #include "core/base/BackgroundPool.h"
 #include "core/base/SerialWorker.h"
 #include "core/operations/Trashes.h"
@@ -55,6 +57,8 @@ private:
     SerialWorker transfers_;
     SerialWorker actions_;
     SystemTrash trash_;
+    DirectArchives archives_;
+    DirectPacker packer_;
     std::unique_ptr<FolderEvents> events_;
     system::DesktopClipboard clipboard_;
     std::unique_ptr<SettingsStore> settings_;

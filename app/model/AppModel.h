@@ -13,6 +13,7 @@
 #include "app/model/Toast.h"
 #include "app/model/ports/Clipboard.h"
 #include "app/model/ports/SettingsStore.h"
+#include "core/archives/ArchivePacker.h"
 #include "core/base/DelayedWork.h"
 #include "core/listing/FolderSizeCache.h"
 #include "core/listing/MarkTotals.h"
@@ -57,6 +58,7 @@ struct AppServices {
     Executor& transferWorker; ///< one thread, for the jobs of the queue
     Executor& actionsWorker;  ///< one thread, for small changes of the disk and undo
     const TrashProvider& trash;
+    const ArchivePacker& packer;
 };
 
 /// A request to a view of one side to take the keyboard. The token of every request is another one.
@@ -90,6 +92,9 @@ public:
     void start(const std::optional<std::string>& left, const std::optional<std::string>& right);
 
     PanelModel& panel(PanelSide side) { return side == PanelSide::left ? left_ : right_; }
+    const PanelModel& panel(PanelSide side) const {
+        return side == PanelSide::left ? left_ : right_;
+    }
     PanelModel& activePanel() { return panel(activeSide_); }
     PanelModel& otherPanel() { return panel(otherSide()); }
     PanelSide activeSide() const { return activeSide_; }
@@ -131,7 +136,7 @@ public:
     /// Does what the action stands for.
     void perform(KAction action);
     /// Why the action cannot do anything now, as a sentence; none where it can.
-    static std::optional<std::string> obstacle(KAction action);
+    std::optional<std::string> obstacle(KAction action) const;
 
     void activate(PanelSide side);
     void addFavorite();
@@ -152,6 +157,14 @@ public:
     void confirmNewFolder(const std::string& name);
     void confirmTrash(AskNextTime askNextTime);
     void confirmPaste();
+    /// The answer in the dialog is another one now: `outcome` follows.
+    void packAnswerChanged(const PackAnswer& answer);
+    /// As `confirmTransfer`.
+    void confirmPack(const PackAnswer& answer);
+    /// As `confirmTransfer`.
+    void confirmExtract(const std::string& target, bool ownFolder);
+    /// Closing the dialog instead gives up.
+    void answerPassword(const std::string& password);
     /// The next clash takes the place of this one, without the dialog closing in between.
     void answerConflict(ConflictDecision decision);
 
@@ -214,6 +227,9 @@ private:
     void copyToClipboard();
     void copyPath();
     void paste(TransferKind kind);
+
+    void openPacking();
+    void openExtraction();
 
     void startRename();
     void requestRename(PanelSide side, std::string name);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "app/model/ArchiveBrowse.h"
 #include "app/model/PendingConflict.h"
+#include "app/model/PendingPassword.h"
+#include "core/archives/PackOptions.h"
 #include "core/base/FileUrl.h"
 #include "core/listing/MarkState.h"
 #include "core/operations/TransferRequest.h"
@@ -57,9 +60,45 @@ struct MaskDialog {
     std::optional<std::string> text = {}; ///< as typed so far; none before the first key
 };
 
+/// What the user has chosen for a new archive.
+struct PackAnswer {
+    enum class Place { here, other };
+    std::string name = {}; ///< with its extension, in bytes
+    Place place = Place::here;
+    PackOptions options = {};
+};
+
+/// Asks what archive items are to be packed into.
+struct PackDialog {
+    std::vector<FileUrl> sources = {};
+    FileUrl here = {};                     ///< the folder of the sources
+    std::optional<FileUrl> other = {};     ///< that of the other panel, where it is another one
+    std::string stem = {};                 ///< of the name at first, in bytes
+    PackOptions options = {};              ///< at first
+    std::optional<PackAnswer> answer = {}; ///< as chosen so far
+    std::int64_t knownBytes = 0;
+    bool hasUnsizedFolders = false; ///< `knownBytes` is only a part of the whole
+};
+
+/// Asks where archives, or entries of an open one, are to be unpacked.
+struct ExtractDialog {
+    std::vector<FileUrl> archives = {};
+    std::shared_ptr<const ArchiveBrowse> browse = {}; ///< null: the archives are taken whole
+    std::vector<std::string> selection = {};          ///< paths of entries of `browse`
+    std::string target = {}; ///< as typed so far: a path, maybe a relative one, or a URL
+    FileUrl from = {};       ///< the folder of the archives, from where relative paths begin
+    std::int64_t knownBytes = 0;
+    bool ownFolder = false; ///< each archive goes into a folder of its own
+};
+
+/// Asks for the password of an archive.
+struct PasswordDialog {
+    std::shared_ptr<PendingPassword> pending = {}; ///< never null
+};
+
 /// The one modal dialog on show, with what it needs to know.
 using Dialog = std::variant<TransferDialog, NewFolderDialog, TrashDialog, PasteDialog,
-                            ConflictDialog, MaskDialog>;
+                            ConflictDialog, PackDialog, ExtractDialog, PasswordDialog, MaskDialog>;
 
 /// What will come of the text in a dialog.
 struct Outcome {

@@ -201,6 +201,16 @@ bool PanelModel::openItem() {
     return true;
 }
 
+void PanelModel::goToInner(std::string inner) {
+    if (archive())
+        load({.url = folder(), .selectName = std::move(inner)});
+}
+
+void PanelModel::leaveArchive() {
+    if (archive())
+        load({.url = folder(), .selectName = std::string(archive()->place.lastComponent())});
+}
+
 void PanelModel::stopLoading() {
     ++loadToken_;
     loading_ = false;

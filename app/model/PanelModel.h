@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/model/ArchiveBrowse.h"
 #include "app/model/DirectoryWatcher.h"
 #include "app/model/FolderSizing.h"
 #include "app/model/LinkTargets.h"
@@ -69,8 +70,14 @@ public:
     const std::vector<PanelTab>& tabs() const { return shown_.tabs.all(); }
     std::size_t activeTab() const { return shown_.tabs.activeIndex(); }
     const PanelTab& tab() const { return shown_.tabs.active(); }
-    /// The folder of the active tab.
+    /// The archive that is shown in place of the folder; none: a folder is shown.
+    const std::optional<ArchiveBrowse>& archive() const { return shown_.archive; }
+    /// Whether what is being loaded is an archive that has to be read first.
+    bool isOpeningArchive() const { return loading_ && isOpeningArchive_; }
+    /// The folder of the active tab; in an archive, the one that holds the archive.
     FileUrl folder() const { return FileUrl(tab().path, FileUrl::Form::directory); }
+    /// Where the rows lie: the folder, or a path that leads through the archive.
+    FileUrl location() const { return archive() ? archive()->location() : folder(); }
     /// The tabs as they are to be found again: the active one with the name under its cursor.
     std::vector<PanelTab> tabsToSave() const;
 
@@ -130,6 +137,10 @@ public:
     /// Enters the folder under the cursor. Repeats what failed while an error is shown. False for
     /// an item that is no folder.
     bool openItem();
+    /// Shows another folder of the shown archive; "" is its root.
+    void goToInner(std::string inner);
+    /// Shows the folder that holds the archive, with the cursor on the archive.
+    void leaveArchive();
     /// Ends a load, or leaves an error for the tab's folder. False when there was nothing to leave.
     bool escape();
 
@@ -216,6 +227,7 @@ private:
     /// All that goes to the other side when the panels change places, but for the sizes.
     struct Shown {
         PanelTabs tabs;
+        std::optional<ArchiveBrowse> archive = {};
         PanelHistory history = {};
         std::map<Uuid, MarkState> tabMarks = {}; ///< of the tabs that are not active
         FileItems items = {};
@@ -264,6 +276,7 @@ private:
     std::int64_t generation_ = 0;
     bool loading_ = false;
     int loadToken_ = 0;
+    bool isOpeningArchive_ = false;
     Request pendingRequest_; ///< the newest load, while `loading_`
     std::optional<FolderOpener::Failure> typedFailure_;
     std::shared_ptr<DirectoryWatcher> watcher_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/archives/EntryStream.h"
 #include "core/base/Date.h"
 #include "core/base/DelayedWork.h"
 #include "core/base/Executor.h"
@@ -22,6 +23,7 @@ struct PanelServices {
     Executor& main;
     DelayedExecutor& delayed;
     FolderEvents& events;
+    const ArchiveOpener& archives;
     std::function<std::vector<Volume>()> volumes;               ///< what is mounted; on any thread
     std::function<std::chrono::steady_clock::time_point()> now; ///< for measuring; on any thread
     std::function<Date()> today;                                ///< the time of day; on any thread

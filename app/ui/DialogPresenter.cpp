@@ -115,7 +115,7 @@ void DialogPresenter::takeDialog() {
     const auto& dialog = app_.dialog();
     if (dialog) {
         auto* shown = std::visit([this](const auto& content) { return card(content); }, *dialog);
-        if (shown != host_->card())
+        if (shown != nullptr && shown != host_->card())
             host_->open(shown);
     } else {
         host_->close();
@@ -190,6 +190,18 @@ DialogCard* DialogPresenter::card(const app::ConflictDialog& dialog) {
     }
     card->ask(dialog.pending->conflict, dialog.pending->job);
     return card;
+}
+
+DialogCard* DialogPresenter::card(const app::PackDialog&) {
+    return nullptr;
+}
+
+DialogCard* DialogPresenter::card(const app::ExtractDialog&) {
+    return nullptr;
+}
+
+DialogCard* DialogPresenter::card(const app::PasswordDialog&) {
+    return nullptr;
 }
 
 DialogCard* DialogPresenter::card(const app::MaskDialog& dialog) {

@@ -32,6 +32,9 @@ private:
     DialogCard* card(const app::TrashDialog& dialog);
     DialogCard* card(const app::PasteDialog& dialog);
     DialogCard* card(const app::ConflictDialog& dialog);
+    DialogCard* card(const app::PackDialog& dialog);
+    DialogCard* card(const app::ExtractDialog& dialog);
+    DialogCard* card(const app::PasswordDialog& dialog);
     DialogCard* card(const app::MaskDialog& dialog);
 
     UiContext context_;

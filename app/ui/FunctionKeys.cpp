@@ -57,7 +57,7 @@ FunctionKeyBar::Cell cell(const UiContext& context, const KeyCombo& combo) {
                     ? QStringLiteral("eye")
                     : ActionIcons::iconOf(app::KActions::symbolName(*action));
     cell.toolTip = PlatformWords::title(*action);
-    if (const auto reason = app::AppModel::obstacle(*action)) {
+    if (const auto reason = context.app.obstacle(*action)) {
         cell.availability = FunctionKeyBar::Availability::unavailable;
         cell.toolTip = fromUtf8(*reason);
     }

@@ -39,7 +39,8 @@ protected:
                 .clipboard = clipboard,
                 .transferWorker = transfers,
                 .actionsWorker = actions,
-                .trash = trash};
+                .trash = trash,
+                .packer = packer};
     }
     FileUrl home() const { return FileUrl(temp.path("home"), FileUrl::Form::directory); }
 
@@ -54,6 +55,7 @@ protected:
     ManualClipboard clipboard;
     SerialWorker transfers; ///< a real thread, so that it can wait
     ManualExecutor actions;
+    ManualPacker packer;
     FolderTrash trash{FileUrl(temp.path("trash"))};
 };
 

@@ -5,6 +5,7 @@
 #include "core/listing/FileItems.h"
 #include "core/listing/FolderSizeCache.h"
 #include "tests/support/FaultyFileSystem.h"
+#include "tests/support/ManualArchives.h"
 #include "tests/support/ManualExecutor.h"
 #include "tests/support/ManualFolderEvents.h"
 #include "tests/support/ManualTimers.h"
@@ -36,6 +37,7 @@ protected:
                 .main = main,
                 .delayed = timers,
                 .events = events,
+                .archives = archives,
                 .volumes = [this] { return volumes; },
                 .now = [this] { return timers.now(); },
                 .today = [] { return Date{1'795'184'760, 0}; },
@@ -57,6 +59,7 @@ protected:
     ManualExecutor main;
     ManualTimers timers;
     ManualFolderEvents events;
+    ManualArchives archives;
     MemorySettings store;
     /// On the network, where no sizes are computed unasked.
     std::vector<Volume> volumes{{.mountPoint = "/", .type = "nfs", .isRemote = true}};

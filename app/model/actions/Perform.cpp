@@ -4,6 +4,29 @@
 
 namespace fennik::app {
 
+namespace {
+
+/// Why the action cannot do anything where an archive is shown.
+std::optional<std::string_view> obstacleInArchive(KAction action) {
+    switch (action) {
+    case KAction::edit:
+    case KAction::move:
+    case KAction::rename:
+    case KAction::newFolder:
+    case KAction::trash:
+    case KAction::pack:
+    case KAction::paste:
+    case KAction::moveFromClipboard:
+        return "Archiv je jen pro čtení.";
+    case KAction::copyToClipboard:
+        return "Z archivu nejde nic dát do schránky, nejdřív to rozbalte.";
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
 /// What an action does; nothing for those that this version has, but cannot do yet.
 AppModel::Handler AppModel::handlerOf(KAction action) {
     switch (action) {
@@ -50,8 +73,9 @@ AppModel::Handler AppModel::handlerOf(KAction action) {
     case KAction::trash:
         return [](AppModel& model) { model.trash(); };
     case KAction::pack:
+        return [](AppModel& model) { model.openPacking(); };
     case KAction::unpack:
-        return nullptr;
+        return [](AppModel& model) { model.openExtraction(); };
     case KAction::copyToClipboard:
         return [](AppModel& model) { model.copyToClipboard(); };
     case KAction::paste:
@@ -112,7 +136,11 @@ AppModel::Handler AppModel::handlerOf(KAction action) {
     return nullptr;
 }
 
-std::optional<std::string> AppModel::obstacle(KAction action) {
+std::optional<std::string> AppModel::obstacle(KAction action) const {
+    if (panel(activeSide_).archive()) {
+        if (const auto reason = obstacleInArchive(action))
+            return std::string(*reason);
+    }
     if (handlerOf(action) == nullptr)
         return quoted(KActions::shortTitle(action)) + ": to tato verze Fennika ještě neumí.";
     return std::nullopt;
