@@ -22,4 +22,11 @@ FileUrl home() {
     return {};
 }
 
+FileUrl cache() {
+    const char* given = std::getenv("XDG_CACHE_HOME"); // NOLINT(concurrency-mt-unsafe)
+    const bool isGiven = given != nullptr && std::string_view(given).starts_with('/');
+    const auto caches = isGiven ? FileUrl(given).standardized() : home().appending(".cache");
+    return caches.appending("fennik", FileUrl::Form::directory);
+}
+
 } // namespace fennik::UserFolders
