@@ -29,6 +29,9 @@ constexpr auto workerPatience = std::chrono::milliseconds(500);
 /// What a cancelled job has left half written is removed, and what is being moved arrives whole.
 constexpr auto filePatience = std::chrono::seconds(10);
 
+/// Of a single file that is opened out of an archive.
+constexpr std::int64_t mostBytesTaken = std::int64_t(4) << 30;
+
 /// Attempts on one remote volume wait for each other when it does not answer. Local folders do not:
 /// a link in one of them may lead to a dead volume, and must not hold up its neighbours.
 std::string laneOf(const std::string& path) {
@@ -77,6 +80,7 @@ Session::Session(const Options& options)
       right_(pathOf(options.right)),
       disk_(laneOf),
       sizingDisk_(laneOf, stuckAfter, Threads::giveWay),
+      temporaryPlaces_(UserFolders::cache(), sizingDisk_, mostBytesTaken),
       events_(makeFolderEvents()),
       settings_(makeSettings(options.task)),
       layout_(system::makeKeyboardLayout()),
@@ -90,6 +94,7 @@ Session::Session(const Options& options)
                        .delayed = main_,
                        .events = *events_,
                        .archives = archives_,
+                       .temporaryPlaces = temporaryPlaces_,
                        .volumes = Volumes::mounted,
                        .now = [] { return std::chrono::steady_clock::now(); },
                        .today = today,
@@ -166,6 +171,8 @@ std::unique_ptr<SettingsStore> Session::makeSettings(Options::Task task) {
 ShutDown Session::shutDown() {
     app_.saveNow();
     app_.stopJobs();
+    // After the jobs, which may still read what lies there.
+    transfers_.execute([this] { temporaryPlaces_.close(); });
     // Settings first: they are what the user would miss.
     auto result = writer_.shutDown(workerPatience);
     for (auto* worker : {&actions_, &transfers_}) {

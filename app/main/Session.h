@@ -17,6 +17,7 @@
 #include "core/base/SerialWorker.h"
 #include "core/operations/Trashes.h"
 #include "core/platform/FolderEvents.h"
+#include "core/platform/TemporaryPlaces.h"
 
 #include <memory>
 #include <optional>
@@ -59,6 +60,7 @@ private:
     SystemTrash trash_;
     DirectArchives archives_;
     DirectPacker packer_;
+    TemporaryPlaces temporaryPlaces_;
     std::unique_ptr<FolderEvents> events_;
     system::DesktopClipboard clipboard_;
     std::unique_ptr<SettingsStore> settings_;

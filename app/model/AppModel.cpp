@@ -39,8 +39,13 @@ AppModel::AppModel(AppServices services, FileUrl home)
       places_(settings_),
       pathSuggestions_(services_.panels, home_, [this] { emit changed(AppChange::suggestions); }),
       sizeCache_(sizesStayFor),
-      left_(PanelSide::left, services_.panels, settings_, sizeCache_, home_.path()),
-      right_(PanelSide::right, services_.panels, settings_, sizeCache_, home_.path()),
+      passwords_(
+          services_.panels.main,
+          [this](std::shared_ptr<PendingPassword> pending) { takePassword(std::move(pending)); }),
+      left_(PanelSide::left, services_.panels, settings_, sizeCache_,
+            passwords_.askingFor(PendingPassword::Asker::panel), home_.path()),
+      right_(PanelSide::right, services_.panels, settings_, sizeCache_,
+             passwords_.askingFor(PendingPassword::Asker::panel), home_.path()),
       leftRestoration_(left_, services_.panels, home_),
       rightRestoration_(right_, services_.panels, home_),
       preview_(services_.panels, [this] { emit changed(AppChange::outcome); }),
@@ -93,6 +98,7 @@ void AppModel::restore() {
 
 void AppModel::start(const std::optional<std::string>& left,
                      const std::optional<std::string>& right) {
+    services_.panels.temporaryPlaces.sweep();
     const auto saved = SavedState::fromJson(savedState_);
     leftRestoration_.start(left, pathFromStored(settings_.get(SettingKeys::leftPath)).value_or(""),
                            saved && !saved->left.tabs.empty());
@@ -106,6 +112,8 @@ void AppModel::followPanel(PanelSide side) {
     connect(&followed, &PanelModel::changed, this, [this, &followed](PanelChanges changes) {
         if (changes.testFlag(PanelChange::tabs))
             scheduleSave();
+        if (changes.testFlag(PanelChange::opening))
+            takeOpening(followed);
         if (changes.testFlag(PanelChange::visit)) {
             places_.noteRecent(followed.tab().path);
             emit changed(AppChange::places);

@@ -6,11 +6,13 @@
 #include "app/model/EngineBridge.h"
 #include "app/model/OutcomePreview.h"
 #include "app/model/PanelModel.h"
+#include "app/model/PasswordDesk.h"
 #include "app/model/PathSuggestions.h"
 #include "app/model/Places.h"
 #include "app/model/Settings.h"
 #include "app/model/TabRestoration.h"
 #include "app/model/Toast.h"
+#include "app/model/TransferTarget.h"
 #include "app/model/ports/Clipboard.h"
 #include "app/model/ports/SettingsStore.h"
 #include "core/archives/ArchivePacker.h"
@@ -26,6 +28,7 @@
 #include <QObject>
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -206,6 +209,7 @@ private:
     void restore();
     void scheduleSave();
     void open();
+    void openFile(const FileUrl& file);
     void pathFromClipboard();
     void toggleHidden();
     void escape();
@@ -228,8 +232,20 @@ private:
     void copyPath();
     void paste(TransferKind kind);
 
+    /// Calls `confirmed` once the target has been found and is none that is refused.
+    void confirmTarget(TransferTarget::Question question,
+                       std::function<void(std::vector<TransferPair>)> confirmed);
+
+    // Archives.
     void openPacking();
+    /// Of the archives among the sources, or of what is marked in an open one.
     void openExtraction();
+    bool refusesArchiveAsTarget();
+    void pack(const std::vector<FileUrl>& sources, const FileUrl& archive, PackOptions options);
+    void extract(const ExtractDialog& dialog, std::vector<TransferPair> pairs);
+    void takeOpening(const PanelModel& panel);
+    void takePassword(std::shared_ptr<PendingPassword> pending);
+    void rememberPassword(const FileUrl& archive, const std::optional<std::string>& password);
 
     void startRename();
     void requestRename(PanelSide side, std::string name);
@@ -248,6 +264,7 @@ private:
     void takeMarksOf(const JobSnapshot& job, const TransferRequest& request);
     void tellEnd(const JobSnapshot& job, const TransferRequest& request);
     void hideQueueLater();
+    void giveUpPassword(const Uuid& job);
 
     AppServices services_;
     FileUrl home_;
@@ -255,6 +272,7 @@ private:
     Places places_;
     PathSuggestions pathSuggestions_;
     FolderSizeCache sizeCache_;
+    PasswordDesk passwords_;
     PanelModel left_;
     PanelModel right_;
     TabRestoration leftRestoration_;
@@ -276,6 +294,8 @@ private:
     DelayedWork saveWork_;
     DelayedWork toastWork_;
 
+    /// Opened out of archives: other programs may have them open as long as this one runs.
+    std::vector<TakenFile> takenFiles_;
     std::optional<std::string> undoTitle_;
     std::vector<JobSnapshot> jobs_;
     std::size_t batchErrors_ = 0; ///< of the jobs that have ended since the queue was empty

@@ -24,6 +24,8 @@ struct ArchiveBrowse {
 
     /// The folder that is shown, as a path that leads through the archive. No such file exists.
     FileUrl location() const { return inner.empty() ? place : place.appending(inner); }
+    /// The archive that lies in a folder.
+    const ArchiveBrowse& outermost() const { return outer ? outer->outermost() : *this; }
 };
 
 } // namespace fennik::app

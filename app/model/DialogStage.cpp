@@ -5,6 +5,23 @@
 
 namespace fennik::app {
 
+namespace {
+
+bool isQuestion(const Dialog& dialog) {
+    return std::holds_alternative<ConflictDialog>(dialog) ||
+           std::holds_alternative<PasswordDialog>(dialog);
+}
+
+/// Whether a worker waits for the answer.
+bool isWaitedFor(const Dialog& dialog) {
+    if (const auto* clash = std::get_if<ConflictDialog>(&dialog))
+        return !clash->pending->isDecided();
+    const auto* password = std::get_if<PasswordDialog>(&dialog);
+    return password != nullptr && !password->pending->isAnswered();
+}
+
+} // namespace
+
 bool DialogStage::isOpen(Id id) const {
     return shownId() == id || std::ranges::find(waiting_, id, &Waiting::id) != waiting_.end();
 }
@@ -14,23 +31,17 @@ void DialogStage::show(Dialog dialog) {
     shownId_ = ++lastId_;
 }
 
-bool DialogStage::showsOpenConflict() const {
-    const auto* shown = shown_ ? std::get_if<ConflictDialog>(&*shown_) : nullptr;
-    return shown != nullptr && !shown->pending->isDecided();
-}
-
 void DialogStage::open(Dialog dialog) {
-    if (showsOpenConflict())
+    if (shown_ && isWaitedFor(*shown_))
         waiting_.push_back({++lastId_, std::move(dialog)});
     else
         show(std::move(dialog));
 }
 
-void DialogStage::openConflict(std::shared_ptr<PendingConflict> pending) {
-    const bool replaces = shown_ && !std::holds_alternative<ConflictDialog>(*shown_);
-    if (replaces)
-        waiting_.push_front({shownId_, std::move(*shown_)});
-    open(ConflictDialog{std::move(pending)});
+void DialogStage::openQuestion(Dialog question) {
+    if (shown_ && !isQuestion(*shown_))
+        waiting_.push_front({shownId_, std::move(*std::exchange(shown_, {}))});
+    open(std::move(question));
 }
 
 void DialogStage::close(Id id) {
@@ -38,6 +49,10 @@ void DialogStage::close(Id id) {
     if (shownId() != id)
         return;
     shown_.reset();
+    // Others may have answered meanwhile.
+    std::erase_if(waiting_, [](const Waiting& waiting) {
+        return isQuestion(waiting.dialog) && !isWaitedFor(waiting.dialog);
+    });
     if (waiting_.empty())
         return;
     shownId_ = waiting_.front().id;

@@ -8,9 +8,9 @@
 
 namespace fennik::app {
 
-/// The one dialog on show, and those that wait for it: nothing takes the place of a clash that is
-/// not decided, and what a clash has taken the place of comes back after it, with what was typed.
-/// Main thread only.
+/// The one dialog on show, and those that wait for it: nothing takes the place of a question that a
+/// worker waits for, and what such a question has taken the place of comes back after it, with what
+/// was typed. Main thread only.
 class DialogStage {
 public:
     /// Tells one dialog from all others.
@@ -26,9 +26,10 @@ public:
     }
     bool isOpen(Id id) const;
 
-    /// Shows the dialog in place of another one, or after a clash.
+    /// Shows the dialog in place of another one, or after the question of a worker.
     void open(Dialog dialog);
-    void openConflict(std::shared_ptr<PendingConflict> pending);
+    /// Shows the question of a worker.
+    void openQuestion(Dialog question);
     /// Closes the dialog, on show or not, and shows what waits.
     void close(Id id);
 
@@ -38,7 +39,6 @@ private:
         Dialog dialog = {};
     };
     void show(Dialog dialog);
-    bool showsOpenConflict() const;
 
     std::optional<Dialog> shown_;
     Id shownId_ = 0;

@@ -57,6 +57,12 @@ void LinkTargets::forget() {
     askAgain();
 }
 
+void LinkTargets::know(NamedTargets targets) {
+    forget();
+    for (auto& [name, target] : targets)
+        links_[name] = {.target = std::move(target), .asked = true};
+}
+
 void LinkTargets::askAgain() {
     reading_ = std::make_shared<int>();
     for (auto& [_, link] : links_)

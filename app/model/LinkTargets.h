@@ -24,6 +24,8 @@ struct LinkTarget {
 /// to see them. Lives on the main thread.
 class LinkTargets {
 public:
+    using NamedTargets = std::vector<std::pair<std::string, LinkTarget>>;
+
     /// `changed` is called when targets have become known.
     LinkTargets(PanelServices services, std::function<void()> changed);
 
@@ -36,6 +38,8 @@ public:
     /// The folder was read again: what is known is shown until it has been asked for again, and
     /// answers to older questions are dropped.
     void askAgain();
+    /// Of another folder, all is known in advance, and nothing is asked.
+    void know(NamedTargets targets);
     /// Whether all questions have been answered.
     bool settled() const { return questions_ == 0; }
 
@@ -44,7 +48,6 @@ private:
         std::optional<LinkTarget> target;
         bool asked = false;
     };
-    using NamedTargets = std::vector<std::pair<std::string, LinkTarget>>;
     void take(const std::shared_ptr<int>& reading, NamedTargets targets);
 
     PanelServices services_;

@@ -1,6 +1,9 @@
 #include "app/model/PanelModel.h"
 
+#include "app/model/ArchiveListing.h"
+#include "app/model/ArchivePaths.h"
 #include "app/model/CursorPlacement.h"
+#include "core/archives/ArchiveSupport.h"
 #include "core/base/FoldedText.h"
 #include "core/listing/DirectorySnapshot.h"
 #include "core/listing/FileMask.h"
@@ -41,6 +44,11 @@ FileItems shownItems(const FileItems& raw, const ListingView& view, const Folder
             rows.push_back(row);
     }
     return FileSorter::sort(raw.reordered(std::move(rows)), view.sort, sizes);
+}
+
+/// Whether the item is a file, or a link that may lead to one.
+bool isFileOrLinkToOne(const FileItem& item) {
+    return item.kind == FileKind::file || item.kind == FileKind::symlink;
 }
 
 std::expected<Listing, Failure> openNearestUsable(const FileSystem& files, FileUrl url) {
@@ -86,9 +94,13 @@ FolderSizes knownSizes(FolderSizeCache& cache, const FileItems& items, const Dat
 struct PanelModel::Loaded {
     std::expected<Listing, Failure> listing = std::unexpected(Failure{});
     ListingView view = {};
-    FileItems items = {};        ///< shown that way
-    FolderSizes knownSizes = {}; ///< of its folders
-    bool isUnchanged = false;    ///< since the listing that the panel had
+    std::optional<ArchiveBrowse> archive = {};  ///< that `listing` is of
+    LinkTargets::NamedTargets linkTargets = {}; ///< in an archive
+    TakenFile file = {};                        ///< in place of a listing
+    std::string openingFailure = {};            ///< a sentence; empty where there is nothing to say
+    FileItems items = {};                       ///< shown that way
+    FolderSizes knownSizes = {};                ///< of its folders
+    bool isUnchanged = false;                   ///< since the listing that the panel had
     std::vector<std::string> changedNames = {};
     std::vector<std::string> removedNames = {};
     std::optional<FolderSizing::Extent> automaticSizes =
@@ -100,22 +112,29 @@ struct PanelModel::Loaded {
 };
 
 PanelModel::PanelModel(PanelSide side, PanelServices services, const Settings& settings,
-                       FolderSizeCache& sizeCache, std::string path)
+                       FolderSizeCache& sizeCache, AskPassword askPassword, std::string path)
     : side_(side),
       services_(std::move(services)),
       settings_(settings),
       sizeCache_(sizeCache),
+      askPassword_(std::move(askPassword)),
       shown_{.tabs = PanelTabs(std::move(path))},
       sizing_(services_, sizeCache, [this] { takeSizes(); }),
       links_(services_, [this] { emit changed(PanelChange::linkTargets); }),
       reload_(services_.delayed) {}
 
-PanelModel::~PanelModel() = default;
+PanelModel::~PanelModel() {
+    loadFlag_->set();
+}
 
 std::vector<PanelTab> PanelModel::tabsToSave() const {
     auto tabs = this->tabs();
     if (const auto item = cursorItem())
         tabs[activeTab()].cursorName = std::string(item->name);
+    for (std::size_t i = 0; i < tabs.size(); ++i) {
+        if (const auto* browse = archiveOfTab(i))
+            tabs[i].cursorName = std::string(browse->outermost().place.lastComponent());
+    }
     return tabs;
 }
 
@@ -126,6 +145,8 @@ std::optional<FileItemView> PanelModel::cursorItem() const {
 }
 
 bool PanelModel::canGo(Step step) const {
+    if (archive() && step == Step::back)
+        return true;
     return shown_.history.target(tab().id, step).has_value();
 }
 
@@ -138,14 +159,19 @@ void PanelModel::refresh() {
     shown_.sizesStopped = false;
     if (error())
         load(shown_.failedRequest);
+    else if (archive())
+        load(toArchive(ArchiveWish::What::read, *archive()));
     else
-        load({.url = folder()});
+        load(here());
 }
 
 void PanelModel::reloadOn(std::string name) {
-    const bool isLeaving = loading_ && pendingRequest_.url.path() != tab().path;
-    if (!error() && !isLeaving)
-        load({.url = folder(), .selectName = std::move(name)});
+    const bool isLeaving = loading_ && pendingRequest_.location().path() != location().path();
+    if (error() || isLeaving)
+        return;
+    auto request = here();
+    request.selectName = std::move(name);
+    load(std::move(request));
 }
 
 void PanelModel::takeChange() {
@@ -164,23 +190,77 @@ void PanelModel::tryNavigate(const FileUrl& target) {
     load({.url = target, .step = stays ? Step::stay : Step::navigate, .isTyped = true});
 }
 
+PanelModel::Request PanelModel::here() const {
+    if (archive())
+        return toArchive(ArchiveWish::What::show, *archive());
+    return {.url = folder()};
+}
+
+PanelModel::Request PanelModel::toArchive(ArchiveWish::What what, ArchiveBrowse browse) const {
+    return {.url = folder(), .archive = ArchiveWish{.what = what, .browse = std::move(browse)}};
+}
+
+std::optional<PanelModel::Request> PanelModel::above(const std::optional<ArchiveBrowse>& browse,
+                                                     const FileUrl& folder) const {
+    if (!browse && folder.isRoot())
+        return std::nullopt;
+    if (!browse)
+        return Request{.url = folder.parent(), .step = Step::navigate, .isUpwards = true};
+    Request request{.url = this->folder(), .isUpwards = true};
+    if (!browse->inner.empty()) {
+        request.archive = ArchiveWish{.browse = *browse};
+        request.archive->browse.inner = std::string(ArchivePaths::parent(browse->inner));
+    } else if (browse->outer) {
+        request.archive = ArchiveWish{.browse = *browse->outer};
+    }
+    return request;
+}
+
 void PanelModel::goToParent() {
     // A second press counts from where the first one is still going.
     const bool isGoingUp = loading_ && pendingRequest_.isUpwards;
-    const auto here = isGoingUp ? pendingRequest_.url : folder();
-    if (here.isRoot())
+    auto from = isGoingUp ? std::optional<ArchiveBrowse>() : archive();
+    if (isGoingUp && pendingRequest_.archive)
+        from = pendingRequest_.archive->browse;
+    auto request = above(from, isGoingUp ? pendingRequest_.url : folder());
+    if (!request)
         return;
-    load({.url = here.parent(),
-          .step = Step::navigate,
-          .isUpwards = true,
-          .nearestUsable = error() && items().empty()});
+    request->nearestUsable = !request->archive && error() && items().empty();
+    load(std::move(*request));
 }
 
 void PanelModel::go(Step step) {
+    if (archive() && step == Step::back)
+        return leaveArchive();
     const auto target = shown_.history.target(tab().id, step);
     if (!target)
         return;
     load({.url = FileUrl(*target, FileUrl::Form::directory), .step = step});
+}
+
+void PanelModel::goToInner(std::string inner) {
+    if (!archive())
+        return;
+    auto browse = *archive();
+    browse.inner = std::move(inner);
+    load(toArchive(ArchiveWish::What::show, std::move(browse)));
+}
+
+void PanelModel::leaveArchive() {
+    if (archive())
+        load({.url = folder()});
+}
+
+void PanelModel::takePassword(const FileUrl& archiveFile,
+                              const std::optional<std::string>& password) {
+    const auto take = [&](ArchiveBrowse& browse) {
+        if (browse.index->url() == archiveFile)
+            browse.password = password;
+    };
+    if (archive())
+        take(*shown_.archive);
+    for (auto& [_, browse] : shown_.tabArchives)
+        take(browse);
 }
 
 bool PanelModel::openItem() {
@@ -193,36 +273,59 @@ bool PanelModel::openItem() {
     const auto item = items()[cursor()];
     if (item.isParentLink)
         goToParent();
+    else if (archive())
+        return openItemOfArchive(item);
     // Nothing here can open a package but going into it.
     else if (item.opensAsFolder() || item.kind == FileKind::package)
         navigate(item.resolvedURL());
+    else if (ArchiveSupport::archiveExtension(item.name) && isFileOrLinkToOne(item))
+        load(toArchive(ArchiveWish::What::read, {.place = item.url}));
     else
         return false;
     return true;
 }
 
-void PanelModel::goToInner(std::string inner) {
-    if (archive())
-        load({.url = folder(), .selectName = std::move(inner)});
+bool PanelModel::openItemOfArchive(const FileItem& item) {
+    const auto& browse = *archive();
+    const auto path = ArchivePaths::child(browse.inner, item.name);
+    if (item.isFolderLike()) {
+        // A link that shows as a folder leads to one.
+        goToInner(ArchivePaths::resolved(*browse.index, path).value_or(path));
+        return true;
+    }
+    if (const auto* link = linkTarget(item.name); link != nullptr && link->isBroken)
+        return false;
+    auto request = toArchive(ArchiveWish::What::enter, browse);
+    request.archive->entry = path;
+    load(std::move(request));
+    return true;
 }
 
-void PanelModel::leaveArchive() {
-    if (archive())
-        load({.url = folder(), .selectName = std::string(archive()->place.lastComponent())});
+const ArchiveBrowse* PanelModel::archiveOfTab(std::size_t index) const {
+    if (index == activeTab())
+        return archive() ? &*archive() : nullptr;
+    const auto found = shown_.tabArchives.find(tabs()[index].id);
+    return found == shown_.tabArchives.end() ? nullptr : &found->second;
 }
 
 void PanelModel::stopLoading() {
+    loadFlag_->set();
     ++loadToken_;
-    loading_ = false;
+    endLoading();
     changedWhileLoading_ = false;
+}
+
+void PanelModel::endLoading() {
+    loading_ = false;
+    pendingRequest_ = {}; // it may keep the copy of an archive
 }
 
 bool PanelModel::escape() {
     if (loading_) {
-        stopLoading();
         // Who leaves a reading does not want the next one at once.
-        if (pendingRequest_.step == Step::stay)
+        if (pendingRequest_.location().path() == location().path())
             isStale_ = false;
+        stopLoading();
         const bool nothingToShow = !error() && items().empty();
         emit changed(nothingToShow
                          ? showFailure({.url = folder()}, Failure::unreadable(folder(), stopped))
@@ -233,20 +336,26 @@ bool PanelModel::escape() {
     if (!error() || ownFolderFailed())
         return false;
     shown_.error.reset();
-    load({.url = folder()});
+    load(here());
     return true;
 }
 
 void PanelModel::load(Request request) {
     const auto token = ++loadToken_;
+    loadFlag_->set();
+    loadFlag_ = std::make_shared<CancelFlag>();
     loading_ = true;
     changedWhileLoading_ = false;
     typedFailure_.reset();
+    openingFailure_.clear();
+    takenFile_ = {};
     reload_.cancel();
     const auto started = services_.now();
     auto path = request.url.path();
     if (path == tab().path && !items().empty())
         request.wasFolder = true;
+    if (request.archive)
+        path = request.archive->browse.place.path();
     pendingRequest_ = request;
 
     // Told on the main thread. The worker too keeps the watcher for a while.
@@ -255,34 +364,39 @@ void PanelModel::load(Request request) {
             folderChanged(token);
     };
     auto work = [services = services_, &cache = sizeCache_, request, view = listingView(),
-                 folder = tab().path, before = rawItems(), onChange = std::move(onChange),
+                 location = location().path(), before = rawItems(), onChange = std::move(onChange),
+                 ask = askPassword_, flag = loadFlag_,
                  computesSizes = settings_.get(SettingKeys::autoFolderSizes)]() mutable {
         Loaded loaded;
         // A folder is watched before it is read, so that no change falls between the two.
         auto watcher =
             DirectoryWatcher::start(services.events, services.main, request.url, onChange);
-        loaded.listing = request.nearestUsable
-                             ? openNearestUsable(services.files, request.url)
-                             : FolderOpener::open(services.files, request.url, ShowHidden::yes);
+        if (request.archive)
+            findInArchive(ArchiveAccess(services, ask, flag), *request.archive, loaded);
+        else if (request.nearestUsable)
+            loaded.listing = openNearestUsable(services.files, request.url);
+        else
+            loaded.listing = FolderOpener::open(services.files, request.url, ShowHidden::yes);
         if (request.wasFolder && loaded.listing && loaded.listing->selectName)
             loaded.listing = std::unexpected(Failure::notFound(request.url));
         if (!loaded.listing)
             return loaded;
         auto& [directory, items, selectName] = *loaded.listing;
         const auto& listed = directory.path();
-        if (listed != request.url.path())
+        if (!loaded.archive && listed != request.url.path())
             watcher = DirectoryWatcher::start(services.events, services.main, directory, onChange);
         loaded.watcher = std::move(watcher);
         loaded.view = view;
-        if (listed != folder)
+        if (listed != location)
             loaded.view.revealed.reset();
         if (request.selectName && items.rowOf(*request.selectName))
             selectName = request.selectName;
         if (!selectName)
-            selectName = childTowards(directory, FileUrl(folder));
+            selectName = childTowards(directory, FileUrl(location));
         if (selectName)
             loaded.view.revealed = selectName;
-        loaded.knownSizes = knownSizes(cache, items, services.today());
+        if (!loaded.archive)
+            loaded.knownSizes = knownSizes(cache, items, services.today());
         loaded.items = shownItems(items, loaded.view, loaded.knownSizes);
         if (listed == before.folder().path()) {
             const DirectorySnapshot earlier(before);
@@ -294,12 +408,14 @@ void PanelModel::load(Request request) {
             for (const auto& name : loaded.removedNames)
                 cache.forget(directory.appending(name).path());
         }
-        if (const auto space = services.files.freeSpace(listed))
+        const auto& onDisk = loaded.archive ? request.url.path() : listed;
+        if (const auto space = services.files.freeSpace(onDisk))
             loaded.freeSpace = *space;
         const auto volumes = services.volumes();
-        loaded.volumeRoot = FileUrl(Volumes::containing(listed, volumes).mountPoint);
-        const auto realPath = loaded.watcher ? loaded.watcher->path() : listed;
-        if (computesSizes && Volumes::allowsAutomaticSizes(Volumes::containing(realPath, volumes)))
+        loaded.volumeRoot = FileUrl(Volumes::containing(onDisk, volumes).mountPoint);
+        const auto realPath = loaded.watcher ? loaded.watcher->path() : onDisk;
+        if (computesSizes && !loaded.archive &&
+            Volumes::allowsAutomaticSizes(Volumes::containing(realPath, volumes)))
             loaded.automaticSizes = FolderSizing::Extent{directory, FileUrl(realPath),
                                                          Volumes::withoutAutomaticSizes(volumes)};
         return loaded;
@@ -338,16 +454,18 @@ void PanelModel::reloadWhenStale() {
                                                                      loadTook_ * reloadPauseFactor);
     const auto wait = std::chrono::ceil<milliseconds>(loadEnded_ + pause - services_.now());
     if (wait <= milliseconds(0))
-        load({.url = folder()});
+        load(here());
     else
-        reload_.schedule(wait, [this] { load({.url = folder()}); });
+        reload_.schedule(wait, [this] { load(here()); });
 }
 
 PanelChanges PanelModel::finish(const Request& request, Loaded loaded) {
-    loading_ = false;
+    endLoading();
     loadTook_ = loaded.took;
     if (loaded.listing)
         return showListing(request, std::move(loaded));
+    if (request.archive)
+        return takeOpening(std::move(loaded));
     services_.log("Složku nejde otevřít: " + loaded.listing.error().message());
     if (request.isTyped) {
         typedFailure_ = std::move(loaded.listing.error());
@@ -356,12 +474,37 @@ PanelChanges PanelModel::finish(const Request& request, Loaded loaded) {
     return showFailure(request, std::move(loaded.listing.error()));
 }
 
+void PanelModel::findInArchive(const ArchiveAccess& access, const ArchiveWish& wish,
+                               Loaded& loaded) {
+    auto found = access.find(wish);
+    if (!found) {
+        loaded.openingFailure = std::move(found.error());
+    } else if (!found->browse) {
+        loaded.file = std::move(found->file);
+    } else {
+        auto listing = ArchiveListing::of(*found->browse);
+        loaded.listing = Listing{listing.items.folder(), listing.items, std::nullopt};
+        loaded.knownSizes = std::move(listing.folderSizes);
+        loaded.linkTargets = std::move(listing.linkTargets);
+        loaded.archive = std::move(found->browse);
+    }
+}
+
+PanelChanges PanelModel::takeOpening(Loaded loaded) {
+    if (!loaded.openingFailure.empty())
+        services_.log(loaded.openingFailure);
+    openingFailure_ = std::move(loaded.openingFailure);
+    takenFile_ = std::move(loaded.file);
+    return PanelChange::state | PanelChange::opening;
+}
+
 PanelChanges PanelModel::showFailure(const Request& request, Failure failure) {
     shown_.error = std::move(failure);
     shown_.failedRequest = request;
     if (request.step != Step::stay)
         return PanelChange::state;
     // What the panel showed of its folder is no longer true.
+    shown_.archive.reset();
     if (cursor() < items().size())
         activeTabState().cursorName = std::string(items().view(cursor()).name);
     clearRows();
@@ -384,8 +527,8 @@ void PanelModel::clearRows() {
 PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
     auto& listing = *loaded.listing;
     auto& current = activeTabState();
-    const auto& path = listing.directory.path();
-    const bool sameFolder = path == current.path;
+    const bool sameFolder = listing.directory.path() == location().path();
+    const auto path = loaded.archive ? current.path : listing.directory.path();
     shown_.history.record(current.id, request.step, current.path, path);
     PanelChanges changes = PanelChange::state;
     // A reading of the same folder is no news of the tabs: they are saved after each.
@@ -397,6 +540,8 @@ PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
         links_.forget();
         shown_.marks = {};
         shown_.sizesStopped = false;
+    }
+    if (!sameFolder || loaded.archive) {
         sizing_.begin(loaded.knownSizes);
         changes |= PanelChange::sizes;
     } else {
@@ -405,8 +550,11 @@ PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
         if (sizing_.learn(loaded.knownSizes))
             changes |= PanelChange::sizes;
     }
-    if (request.isVisit || !sameFolder)
+    if (request.isVisit || (!sameFolder && !loaded.archive))
         changes |= PanelChange::visit;
+    if (loaded.archive)
+        links_.know(std::move(loaded.linkTargets));
+    shown_.archive = std::move(loaded.archive);
     shown_.error.reset();
     shown_.freeSpace = loaded.freeSpace;
     shown_.volumeRoot = std::move(loaded.volumeRoot);
@@ -516,8 +664,7 @@ void PanelModel::dropTabs(const std::function<bool(const PanelTab&)>& isGone,
         if ((isActive && hasBegun()) || !isGone(tab)) {
             kept.push_back(tab);
         } else {
-            shown_.tabMarks.erase(tab.id);
-            shown_.history.forget(tab.id);
+            forgetTab(tab.id);
         }
     }
     if (kept.size() == tabs().size())
@@ -526,10 +673,18 @@ void PanelModel::dropTabs(const std::function<bool(const PanelTab&)>& isGone,
     emit changed(PanelChange::tabs);
 }
 
+void PanelModel::forgetTab(const Uuid& id) {
+    shown_.tabMarks.erase(id);
+    shown_.tabArchives.erase(id);
+    shown_.history.forget(id);
+}
+
 void PanelModel::leaveTab(Rows rows) {
     if (const auto item = cursorItem())
         activeTabState().cursorName = std::string(item->name);
     shown_.tabMarks[tab().id] = std::exchange(shown_.marks, {});
+    if (auto browse = std::exchange(shown_.archive, {}))
+        shown_.tabArchives[tab().id] = std::move(*browse);
     stopLoading();
     reload_.cancel();
     watcher_.reset();
@@ -544,6 +699,8 @@ void PanelModel::showTab(std::size_t index, bool isVisit) {
     shown_.tabs.setActive(index);
     shown_.marks = std::exchange(shown_.tabMarks[tab().id], {});
     shown_.tabMarks.erase(tab().id);
+    if (auto browse = shown_.tabArchives.extract(tab().id))
+        shown_.archive = std::move(browse.mapped());
     auto changes = PanelChange::cursor | PanelChange::tabs | PanelChange::state |
                    PanelChange::marks | PanelChange::sizes | PanelChange::items;
     if (items().empty()) {
@@ -553,7 +710,9 @@ void PanelModel::showTab(std::size_t index, bool isVisit) {
         placeCursor(CursorPlacement::byName(items(), tab().cursorName));
     }
     emit changed(changes);
-    load({.url = folder(), .isVisit = isVisit});
+    auto request = here();
+    request.isVisit = isVisit;
+    load(std::move(request));
 }
 
 void PanelModel::selectTab(std::size_t index) {
@@ -564,7 +723,9 @@ void PanelModel::select(std::size_t index, bool isVisit) {
     if (index >= tabs().size() || index == activeTab())
         return;
     // The rows of the same folder may stay until it has been read again.
-    const bool isSameFolder = tabs()[index].path == tab().path && !error();
+    const auto* browse = archiveOfTab(index);
+    const auto place = browse != nullptr ? browse->location() : FileUrl(tabs()[index].path);
+    const bool isSameFolder = place.path() == location().path() && !error();
     leaveTab(isSameFolder ? Rows::keep : Rows::clear);
     showTab(index, isVisit);
 }
@@ -573,15 +734,16 @@ void PanelModel::newTab() {
     PanelTab tab{.path = this->tab().path, .sort = this->tab().sort};
     if (const auto item = cursorItem())
         tab.cursorName = std::string(item->name);
+    if (archive())
+        shown_.tabArchives[tab.id] = *archive();
     shown_.tabs.insertAfterActive(std::move(tab));
     selectTab(activeTab() + 1);
 }
 
 void PanelModel::openTab(const std::string& path) {
-    const auto found = std::ranges::find(tabs(), path, &PanelTab::path);
-    if (found != tabs().end()) {
-        select(static_cast<std::size_t>(found - tabs().begin()), true);
-        return;
+    for (std::size_t i = 0; i < tabs().size(); ++i) {
+        if (tabs()[i].path == path && archiveOfTab(i) == nullptr)
+            return select(i, true);
     }
     shown_.tabs.insertAfterActive({.path = path, .sort = tab().sort});
     select(activeTab() + 1, true);
@@ -595,8 +757,7 @@ void PanelModel::closeTab(std::size_t index) {
     if (wasActive)
         leaveTab(Rows::clear);
     shown_.tabs.remove(index);
-    shown_.tabMarks.erase(closed);
-    shown_.history.forget(closed);
+    forgetTab(closed);
     if (wasActive)
         showTab(activeTab(), false);
     else
@@ -636,7 +797,7 @@ void PanelModel::swapWith(PanelModel& other) {
         emit panel.changed(PanelChange::items | PanelChange::cursor | PanelChange::tabs |
                            PanelChange::state | PanelChange::marks | PanelChange::sizes);
         if (!panel.error() || going.request)
-            panel.load(going.request.value_or(Request{.url = panel.folder()}));
+            panel.load(going.request.value_or(panel.here()));
         std::vector<FolderSizing::Job> jobs;
         for (const auto& name : going.asked)
             jobs.push_back({.name = name});
@@ -758,7 +919,7 @@ void PanelModel::markAndSize() {
     if (!item)
         return;
     std::vector<FolderSizing::Job> jobs;
-    if (canBeSized(*item))
+    if (canBeSized(*item) && !archive())
         jobs.push_back({.name = std::string(item->name)});
     if (!marks().isMarked(item->name))
         toggleMark(cursor());
@@ -771,7 +932,7 @@ bool PanelModel::sizeAllFolders() {
         if (const auto item = items().view(row); canBeSized(item))
             jobs.push_back({.name = std::string(item.name)});
     }
-    if (jobs.empty() || error())
+    if (jobs.empty() || error() || archive())
         return false;
     sizing_.start({folder(), folder()}, std::move(jobs), FolderSizing::Purpose::asked);
     return true;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "app/model/ArchiveAccess.h"
 #include "app/model/ArchiveBrowse.h"
+#include "app/model/CancelFlag.h"
 #include "app/model/DirectoryWatcher.h"
 #include "app/model/FolderSizing.h"
 #include "app/model/LinkTargets.h"
@@ -39,6 +41,7 @@ enum class PanelChange {
     sizes = 32, ///< sizes of folders, or which of them are being computed
     visit = 64, ///< the active tab has come to a folder
     linkTargets = 128,
+    opening = 256, ///< a file was taken out of an archive, or something of one cannot be opened
 };
 Q_DECLARE_FLAGS(PanelChanges, PanelChange)
 Q_DECLARE_OPERATORS_FOR_FLAGS(PanelChanges)
@@ -61,9 +64,9 @@ class PanelModel final : public QObject {
 
 public:
     /// Begins with one tab at `path`; nothing is read before `refresh` or a navigation. `settings`
-    /// and `sizeCache` outlive the panel.
+    /// and `sizeCache` outlive the panel. `askPassword` is called on workers.
     PanelModel(PanelSide side, PanelServices services, const Settings& settings,
-               FolderSizeCache& sizeCache, std::string path);
+               FolderSizeCache& sizeCache, AskPassword askPassword, std::string path);
     ~PanelModel() override;
 
     PanelSide side() const { return side_; }
@@ -73,7 +76,7 @@ public:
     /// The archive that is shown in place of the folder; none: a folder is shown.
     const std::optional<ArchiveBrowse>& archive() const { return shown_.archive; }
     /// Whether what is being loaded is an archive that has to be read first.
-    bool isOpeningArchive() const { return loading_ && isOpeningArchive_; }
+    bool isOpeningArchive() const { return loading_ && pendingRequest_.readsArchive(); }
     /// The folder of the active tab; in an archive, the one that holds the archive.
     FileUrl folder() const { return FileUrl(tab().path, FileUrl::Form::directory); }
     /// Where the rows lie: the folder, or a path that leads through the archive.
@@ -102,6 +105,7 @@ public:
     std::optional<std::int64_t> freeSpace() const { return shown_.freeSpace; }
     /// Where the volume of the shown folder is mounted.
     const FileUrl& volumeRoot() const { return shown_.volumeRoot; }
+    /// Back out of an archive leads to the folder that holds it.
     bool canGo(PanelHistory::Step step) const;
 
     const MarkState& marks() const { return shown_.marks; }
@@ -129,18 +133,26 @@ public:
     void tryNavigate(const FileUrl& target);
     /// Why the path typed last could not be opened; none while it may still be.
     const std::optional<FolderOpener::Failure>& typedFailure() const { return typedFailure_; }
-    /// Goes one folder up, with the cursor on the folder just left; where nothing of
-    /// the tab's own folder can be shown, to the nearest one that can be.
+    /// Why the archive, or the file in one, that was to be opened last could not be, as a sentence;
+    /// else empty. The panel goes on showing what it shows.
+    const std::string& openingFailure() const { return openingFailure_; }
+    /// The file in an archive that was opened last; without a place when there is none.
+    const TakenFile& takenFile() const { return takenFile_; }
+    /// Goes one folder up, also out of an archive, with the cursor on what was just left; where
+    /// nothing of the tab's own folder can be shown, to the nearest one that can be.
     void goToParent();
     void goBack() { go(PanelHistory::Step::back); }
     void goForward() { go(PanelHistory::Step::forward); }
-    /// Enters the folder under the cursor. Repeats what failed while an error is shown. False for
-    /// an item that is no folder.
+    /// Enters the folder or archive under the cursor; out of an archive, any other file is taken.
+    /// Repeats what failed while an error is shown. False for an item that is none of these.
     bool openItem();
     /// Shows another folder of the shown archive; "" is its root.
     void goToInner(std::string inner);
     /// Shows the folder that holds the archive, with the cursor on the archive.
     void leaveArchive();
+    /// The password of an archive that the panel shows: kept as long as it is open. None: it was
+    /// wrong.
+    void takePassword(const FileUrl& archiveFile, const std::optional<std::string>& password);
     /// Ends a load, or leaves an error for the tab's folder. False when there was nothing to leave.
     bool escape();
 
@@ -206,7 +218,8 @@ public:
     const LinkTarget* linkTarget(const std::string& name) const { return links_.find(name); }
     /// Asks for the targets of the links in these rows, the last excluded, on a worker.
     void wantLinkTargets(std::size_t firstRow, std::size_t lastRow) {
-        links_.want(items(), firstRow, lastRow);
+        if (!archive())
+            links_.want(items(), firstRow, lastRow);
     }
 
 signals:
@@ -223,13 +236,21 @@ private:
         bool isTyped = false;       ///< the user waits for the answer where the path was typed
         bool wasFolder = false;     ///< when it was shown, so that a file in its place will not do
         std::optional<std::string> selectName = {}; ///< where the cursor goes, if it is there
+        /// What of an archive is to be shown; none: the folder `url`. Otherwise that is where the
+        /// archive lies, or the outermost of several.
+        std::optional<ArchiveWish> archive = {};
+
+        /// Where the rows will lie.
+        FileUrl location() const { return archive ? archive->location() : url; }
+        bool readsArchive() const { return archive && archive->what != ArchiveWish::What::show; }
     };
     /// All that goes to the other side when the panels change places, but for the sizes.
     struct Shown {
         PanelTabs tabs;
         std::optional<ArchiveBrowse> archive = {};
         PanelHistory history = {};
-        std::map<Uuid, MarkState> tabMarks = {}; ///< of the tabs that are not active
+        std::map<Uuid, MarkState> tabMarks = {};        ///< of the tabs that are not active
+        std::map<Uuid, ArchiveBrowse> tabArchives = {}; ///< likewise
         FileItems items = {};
         FileItems rawItems = {};
         std::size_t cursor = 0;
@@ -246,8 +267,18 @@ private:
 
     PanelTab& activeTabState() { return shown_.tabs.active(); }
     void go(PanelHistory::Step step);
+    /// What the panel shows, once more.
+    Request here() const;
+    Request toArchive(ArchiveWish::What what, ArchiveBrowse browse) const;
+    /// One folder up from there; none from the root of all.
+    std::optional<Request> above(const std::optional<ArchiveBrowse>& browse,
+                                 const FileUrl& folder) const;
+    bool openItemOfArchive(const FileItem& item);
+    const ArchiveBrowse* archiveOfTab(std::size_t index) const;
     void load(Request request);
     PanelChanges finish(const Request& request, Loaded loaded);
+    static void findInArchive(const ArchiveAccess& access, const ArchiveWish& wish, Loaded& loaded);
+    PanelChanges takeOpening(Loaded loaded);
     PanelChanges showFailure(const Request& request, FolderOpener::Failure failure);
     PanelChanges showListing(const Request& request, Loaded loaded);
     ListingView listingView() const;
@@ -259,26 +290,31 @@ private:
     void computeAutomatically(const std::vector<std::string>& changedNames);
     void folderChanged(int watchedBy);
     void reloadWhenStale();
+    void forgetTab(const Uuid& id);
     enum class Rows { keep, clear };
     void leaveTab(Rows rows);
     void showTab(std::size_t index, bool isVisit);
     void select(std::size_t index, bool isVisit);
     void clearRows();
     void stopLoading();
+    void endLoading();
 
     PanelSide side_;
     PanelServices services_;
     const Settings& settings_;
     FolderSizeCache& sizeCache_;
+    AskPassword askPassword_;
     Shown shown_;
     FolderSizing sizing_;
     LinkTargets links_;
     std::int64_t generation_ = 0;
     bool loading_ = false;
     int loadToken_ = 0;
-    bool isOpeningArchive_ = false;
     Request pendingRequest_; ///< the newest load, while `loading_`
+    std::shared_ptr<CancelFlag> loadFlag_ = std::make_shared<CancelFlag>(); ///< of that load
     std::optional<FolderOpener::Failure> typedFailure_;
+    std::string openingFailure_;
+    TakenFile takenFile_;
     std::shared_ptr<DirectoryWatcher> watcher_;
     /// Where sizes may be computed unasked; none where they may not.
     std::optional<FolderSizing::Extent> automaticSizes_;

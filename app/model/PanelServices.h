@@ -6,6 +6,7 @@
 #include "core/base/Executor.h"
 #include "core/platform/FileSystem.h"
 #include "core/platform/FolderEvents.h"
+#include "core/platform/TemporaryPlaces.h"
 #include "core/platform/Volumes.h"
 
 #include <chrono>
@@ -24,6 +25,7 @@ struct PanelServices {
     DelayedExecutor& delayed;
     FolderEvents& events;
     const ArchiveOpener& archives;
+    TemporaryPlaces& temporaryPlaces;
     std::function<std::vector<Volume>()> volumes;               ///< what is mounted; on any thread
     std::function<std::chrono::steady_clock::time_point()> now; ///< for measuring; on any thread
     std::function<Date()> today;                                ///< the time of day; on any thread

@@ -4,9 +4,10 @@
 
 namespace fennik::app {
 
-PendingPassword::PendingPassword(FileUrl archiveFile, std::string encryptionLabel,
+PendingPassword::PendingPassword(Asker waiting, FileUrl archiveFile, std::string encryptionLabel,
                                  WasWrong lastWasWrong)
-    : archive(std::move(archiveFile)),
+    : asker(waiting),
+      archive(std::move(archiveFile)),
       encryption(std::move(encryptionLabel)),
       wasWrong(lastWasWrong) {}
 

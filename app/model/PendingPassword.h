@@ -16,9 +16,13 @@ enum class WasWrong { no, yes };
 /// asked.
 class PendingPassword {
 public:
-    PendingPassword(FileUrl archiveFile, std::string encryptionLabel, WasWrong lastWasWrong);
+    enum class Asker { panel, job };
+
+    PendingPassword(Asker waiting, FileUrl archiveFile, std::string encryptionLabel,
+                    WasWrong lastWasWrong);
 
     const Uuid id = Uuid::random();
+    const Asker asker;
     const FileUrl archive;
     const std::string encryption; ///< "AES-256"; empty where it is not known
     const WasWrong wasWrong;      ///< what was tried before

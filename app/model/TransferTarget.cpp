@@ -89,8 +89,10 @@ OrRefusal<Place> place(const FileSystem& files, const Question& question, const 
     const auto& url = typed.url;
     const auto status = files.status(url.path(), FollowLinks::yes);
     const bool isFolder = status && status->type == FileType::directory;
-    const bool takesOneItem = question.sources.size() == 1 && !typed.isFolder && !url.isRoot();
-    if (status && !isFolder && question.sources.size() > 1)
+    const bool isExtraction = question.kind == TransferKind::extract;
+    const bool takesOneItem =
+        question.sources.size() == 1 && !isExtraction && !typed.isFolder && !url.isRoot();
+    if (status && !isFolder && !isExtraction && question.sources.size() > 1)
         return Refusal(quoted(url.lastComponent()) + " je soubor a položek je víc.");
     const bool isNewName = takesOneItem && !isFolder;
     const auto folder = isNewName ? url.parent() : url;
@@ -153,8 +155,10 @@ std::optional<std::string> writeObstacle(const FileSystem& files, const FileUrl&
     }
 }
 
-/// Whether the items already lie in the folder of the target.
+/// Whether the items themselves already lie in the folder of the target.
 bool isSameFolder(const FileSystem& files, const Question& question, const Place& place) {
+    if (question.kind == TransferKind::extract)
+        return false;
     const auto status = files.status(question.sources.front().parent().path(), FollowLinks::yes);
     return place.isThere() && status && status->identity() == place.status.identity();
 }
@@ -169,15 +173,15 @@ std::optional<std::string> obstacle(const FileSystem& files, const Question& que
     if (isMove && keepsName && isSameFolder(files, question, place))
         return itemsInShort(question.sources) + " už v této složce " +
                std::string(pluralForm(std::ssize(question.sources), {"je.", "jsou.", "je."}));
-    if (const auto reason = writeObstacle(files, place.existing))
-        return "Do složky " + quoted(place.existing.lastComponent()) +
-               " nejde nic uložit: " + *reason;
+    if (auto reason = storingObstacle(files, place.existing))
+        return reason;
     const auto from = first.parent();
     if (const auto reason = isMove ? writeObstacle(files, from) : std::nullopt)
         return "Ze složky " + quoted(from.lastComponent()) + " nejde nic přesunout: " + *reason;
     const auto source = files.status(from.path(), FollowLinks::yes);
     const bool isOtherVolume = source && source->device != place.status.device;
-    if (isOtherVolume && freeSpace && question.knownBytes > *freeSpace)
+    const bool needsSpace = isOtherVolume || question.kind == TransferKind::extract;
+    if (needsSpace && freeSpace && question.knownBytes > *freeSpace)
         return "V cíli je málo místa: potřeba " + Format::bytes(question.knownBytes) + ", volno " +
                Format::bytes(*freeSpace) + ".";
     return std::nullopt;
@@ -244,6 +248,13 @@ Answer resolve(const FileSystem& files, const Question& question) {
     else
         answer.pairs = pairsInto(question.sources, where->folder);
     return answer;
+}
+
+std::optional<std::string> storingObstacle(const FileSystem& files, const FileUrl& folder) {
+    const auto reason = writeObstacle(files, folder);
+    if (!reason)
+        return std::nullopt;
+    return "Do složky " + quoted(folder.lastComponent()) + " nejde nic uložit: " + *reason;
 }
 
 std::vector<TransferPair> pairsInto(const std::vector<FileUrl>& sources, const FileUrl& folder) {

@@ -6,6 +6,7 @@
 #include "core/platform/FileSystem.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,8 +31,11 @@ struct Answer {
 /// with the levels above it. For a single item, a last component that is no folder is its new name,
 /// unless a "/" ends the text. Refused is what would fail for all items: a target inside one of
 /// them, no right to write, too little space on another volume, a folder that cannot be reached.
-/// Changes nothing. Waits for the disk; for workers.
+/// What is extracted always goes into a folder. Changes nothing. Waits for the disk; for workers.
 Answer resolve(const FileSystem& files, const Question& question);
+
+/// Why nothing can be stored in the folder, as a sentence; none where it can. Waits for the disk.
+std::optional<std::string> storingObstacle(const FileSystem& files, const FileUrl& folder);
 
 /// All items under their own names in `folder`.
 std::vector<TransferPair> pairsInto(const std::vector<FileUrl>& sources, const FileUrl& folder);

@@ -55,7 +55,7 @@ protected:
     void settle() {
         AppFixture::settle();
         const auto over = afterJobs();
-        while (!*over && clash() == nullptr) {
+        while (!*over && clash() == nullptr && password() == nullptr) {
             ASSERT_TRUE(main.await()) << "the jobs do not end";
             AppFixture::settle();
         }
@@ -65,6 +65,13 @@ protected:
         const auto& dialog = app().dialog();
         const auto* shown = dialog ? std::get_if<app::ConflictDialog>(&*dialog) : nullptr;
         return shown != nullptr && !shown->pending->isDecided() ? shown->pending : nullptr;
+    }
+
+    /// The password that a worker waits for.
+    std::shared_ptr<app::PendingPassword> password() {
+        const auto& dialog = app().dialog();
+        const auto* shown = dialog ? std::get_if<app::PasswordDialog>(&*dialog) : nullptr;
+        return shown != nullptr && !shown->pending->isAnswered() ? shown->pending : nullptr;
     }
 
     app::AppModel& app() { return program_->app; }

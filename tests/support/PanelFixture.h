@@ -2,6 +2,7 @@
 
 #include "app/model/PanelServices.h"
 #include "app/model/Settings.h"
+#include "core/archives/ArchiveExtractor.h"
 #include "core/listing/FileItems.h"
 #include "core/listing/FolderSizeCache.h"
 #include "tests/support/FaultyFileSystem.h"
@@ -38,6 +39,7 @@ protected:
                 .delayed = timers,
                 .events = events,
                 .archives = archives,
+                .temporaryPlaces = places,
                 .volumes = [this] { return volumes; },
                 .now = [this] { return timers.now(); },
                 .today = [] { return Date{1'795'184'760, 0}; },
@@ -60,12 +62,15 @@ protected:
     ManualTimers timers;
     ManualFolderEvents events;
     ManualArchives archives;
+    TemporaryPlaces places{FileUrl(temp.path("cache")), sizingDisk, 1000};
     MemorySettings store;
     /// On the network, where no sizes are computed unasked.
     std::vector<Volume> volumes{{.mountPoint = "/", .type = "nfs", .isRemote = true}};
     app::Settings settings{store};
     FolderSizeCache sizeCache{600};
     std::vector<std::string> lines; ///< logged
+    /// The user never gives one.
+    const AskPassword noPassword = [](const FileUrl&, bool) { return std::nullopt; };
 };
 
 } // namespace fennik::test

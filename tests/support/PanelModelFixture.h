@@ -3,8 +3,10 @@
 #include "app/model/PanelModel.h"
 #include "tests/support/PanelFixture.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace fennik::test {
 
@@ -27,7 +29,21 @@ protected:
     }
     std::string underCursor() const { return std::string(panel.items().view(panel.cursor()).name); }
 
-    app::PanelModel panel{app::PanelSide::left, services(), settings, sizeCache, temp.url().path()};
+    /// What the user would answer.
+    std::vector<std::optional<std::string>> passwords;
+    std::vector<bool> wasWrong; ///< what was said at each question
+
+    app::PanelModel panel{app::PanelSide::left,
+                          services(),
+                          settings,
+                          sizeCache,
+                          [this](const FileUrl&, bool wrong) -> std::optional<std::string> {
+                              wasWrong.push_back(wrong);
+                              return wasWrong.size() <= passwords.size()
+                                         ? passwords[wasWrong.size() - 1]
+                                         : std::nullopt;
+                          },
+                          temp.url().path()};
 };
 
 } // namespace fennik::test

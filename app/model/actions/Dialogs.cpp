@@ -14,6 +14,8 @@ namespace {
 /// A clash that comes within this after the last one is shown in the same card.
 constexpr auto nextClashWithin = std::chrono::milliseconds(100);
 
+constexpr std::size_t longestName = 255; // bytes, of the file systems in use
+
 TransferTarget::Question questionOf(const TransferDialog& dialog, const FileUrl& home) {
     return {.kind = dialog.kind,
             .sources = dialog.sources,
@@ -23,11 +25,64 @@ TransferTarget::Question questionOf(const TransferDialog& dialog, const FileUrl&
             .knownBytes = dialog.knownBytes};
 }
 
+TransferTarget::Question questionOf(const ExtractDialog& dialog, const FileUrl& home) {
+    TransferTarget::Question question{.kind = TransferKind::extract,
+                                      .sources = dialog.archives,
+                                      .text = dialog.target,
+                                      .from = dialog.from,
+                                      .home = home};
+    // What whole archives come to is not known before they are read.
+    if (const auto* browse = dialog.browse.get()) {
+        question.knownBytes = dialog.knownBytes;
+        question.sources.clear();
+        for (const auto& path : dialog.selection)
+            question.sources.push_back(browse->place.appending(path));
+    }
+    return question;
+}
+
+Outcome refused(std::string sentence) {
+    return {Outcome::Kind::refused, std::move(sentence), {}};
+}
+
+/// The archive that is to be made.
+FileUrl archiveOf(const PackDialog& dialog) {
+    const bool isOther = dialog.answer->place == PackAnswer::Place::other;
+    return (isOther ? dialog.other.value_or(dialog.here) : dialog.here)
+        .appending(dialog.answer->name);
+}
+
+/// Why there can be no such archive.
+Outcome outcomeOf(const FileSystem& files, const PackDialog& dialog) {
+    const auto& answer = *dialog.answer;
+    const auto& format = answer.options.format;
+    if (!answer.options.password.empty() && format != ArchiveFormat::zip)
+        return refused("Heslo umí jen formát ZIP.");
+    const bool isOnlyExtension = answer.name == "." + std::string(extensionOf(format));
+    const auto name = FileActions::validateName(isOnlyExtension ? "" : answer.name);
+    if (!name)
+        return refused(name.error().message());
+    if (name->contains('/'))
+        return refused("Název nesmí obsahovat „/“.");
+    if (name->size() > longestName)
+        return refused("Název " + quoted(*name) + " je příliš dlouhý.");
+    const auto archive = archiveOf(dialog);
+    if (files.status(archive.path(), FollowLinks::no))
+        return refused(quoted(*name) + " už ve složce je.");
+    for (const auto& source : dialog.sources) {
+        if (archive.path().starts_with(source.path() + "/"))
+            return refused("Archiv nemůže přepsat soubor, který se do něj balí.");
+    }
+    Outcome outcome;
+    if (auto reason = TransferTarget::storingObstacle(files, archive.parent()))
+        outcome = refused(std::move(*reason));
+    if (const auto space = files.freeSpace(archive.parent().path()))
+        outcome.freeSpace = *space;
+    return outcome;
+}
+
 /// Why there can be no new folder of that name.
 Outcome outcomeOf(const FileSystem& files, const NewFolderDialog& dialog) {
-    const auto refused = [](std::string sentence) {
-        return Outcome{Outcome::Kind::refused, std::move(sentence), {}};
-    };
     const auto name = FileActions::validateName(dialog.name);
     if (!name)
         return refused(name.error().message());
@@ -50,7 +105,7 @@ void AppModel::setDialog(Dialog dialog) {
 void AppModel::takeClash(std::shared_ptr<PendingConflict> pending) {
     const auto before = stage_.shownId();
     nextClash_.cancel();
-    stage_.openConflict(std::move(pending));
+    stage_.openQuestion(ConflictDialog{std::move(pending)});
     takeStage(before);
 }
 
@@ -70,12 +125,19 @@ void AppModel::takeStage(DialogStage::Id shownBefore) {
 
 void AppModel::previewOutcome(OutcomePreview::When when) {
     const auto& files = services_.panels.files;
-    if (const auto* transfer = stage_.shownAs<TransferDialog>()) {
-        auto question = questionOf(*transfer, home_);
+    const auto previewTarget = [&](TransferTarget::Question question) {
         auto path = PathCompleter::normalise(question.text, question.from, home_);
         preview_.ask(when, std::move(path), [&files, question = std::move(question)] {
             return TransferTarget::resolve(files, question).outcome;
         });
+    };
+    if (const auto* transfer = stage_.shownAs<TransferDialog>()) {
+        previewTarget(questionOf(*transfer, home_));
+    } else if (const auto* extraction = stage_.shownAs<ExtractDialog>()) {
+        previewTarget(questionOf(*extraction, home_));
+    } else if (const auto* packing = stage_.shownAs<PackDialog>()) {
+        preview_.ask(when, archiveOf(*packing).parent().path(),
+                     [&files, dialog = *packing] { return outcomeOf(files, dialog); });
     } else if (const auto* folder = stage_.shownAs<NewFolderDialog>();
                folder != nullptr && !folder->name.empty()) {
         preview_.ask(when, folder->folder.path(),
@@ -88,6 +150,8 @@ void AppModel::previewOutcome(OutcomePreview::When when) {
 void AppModel::dialogTextChanged(const std::string& text) {
     if (auto* transfer = stage_.shownAs<TransferDialog>())
         transfer->target = text;
+    else if (auto* extraction = stage_.shownAs<ExtractDialog>())
+        extraction->target = text;
     else if (auto* folder = stage_.shownAs<NewFolderDialog>())
         folder->name = text;
     else if (auto* mask = stage_.shownAs<MaskDialog>())
@@ -99,6 +163,8 @@ void AppModel::dialogTextChanged(const std::string& text) {
 void AppModel::closeDialog() {
     if (const auto* clash = stage_.shownAs<ConflictDialog>())
         clash->pending->decide({.choice = ConflictChoice::cancel});
+    else if (const auto* password = stage_.shownAs<PasswordDialog>())
+        password->pending->answer(std::nullopt);
     else
         confirmation_.reset();
     nextClash_.cancel();
@@ -110,15 +176,37 @@ void AppModel::confirmTransfer(const std::string& target) {
     if (dialog == nullptr || confirmation_)
         return;
     dialog->target = target;
+    confirmTarget(questionOf(*dialog, home_),
+                  [this, kind = dialog->kind](std::vector<TransferPair> pairs) {
+                      enqueue(kind, std::move(pairs));
+                  });
+}
+
+void AppModel::confirmExtract(const std::string& target, bool ownFolder) {
+    auto* dialog = stage_.shownAs<ExtractDialog>();
+    if (dialog == nullptr || confirmation_)
+        return;
+    dialog->target = target;
+    if (dialog->browse == nullptr) {
+        dialog->ownFolder = ownFolder;
+        settings_.set(SettingKeys::extractIntoOwnFolder, ownFolder);
+    }
+    confirmTarget(questionOf(*dialog, home_),
+                  [this, dialog = *dialog](std::vector<TransferPair> pairs) {
+                      extract(dialog, std::move(pairs));
+                  });
+}
+
+void AppModel::confirmTarget(TransferTarget::Question question,
+                             std::function<void(std::vector<TransferPair>)> confirmed) {
     confirmation_ = std::make_shared<int>();
-    auto question = questionOf(*dialog, home_);
-    auto path = PathCompleter::normalise(target, dialog->from, home_);
-    const auto id = stage_.shownId();
-    auto done = [this, id, kind = dialog->kind](TransferTarget::Answer answer) {
+    auto path = PathCompleter::normalise(question.text, question.from, home_);
+    auto done = [this, id = stage_.shownId(),
+                 confirmed = std::move(confirmed)](TransferTarget::Answer answer) {
         confirmation_.reset();
         if (answer.outcome.kind != Outcome::Kind::refused) {
             close(id);
-            enqueue(kind, std::move(answer.pairs));
+            confirmed(std::move(answer.pairs));
         } else if (stage_.shownId() == id) {
             preview_.set(std::move(answer.outcome));
         }
@@ -128,6 +216,35 @@ void AppModel::confirmTransfer(const std::string& target) {
         [&files = services_.panels.files, question = std::move(question)] {
             return TransferTarget::resolve(files, question);
         },
+        std::move(done));
+}
+
+void AppModel::packAnswerChanged(const PackAnswer& answer) {
+    if (auto* dialog = stage_.shownAs<PackDialog>())
+        dialog->answer = answer;
+    confirmation_.reset();
+    previewOutcome(OutcomePreview::When::afterTyping);
+}
+
+void AppModel::confirmPack(const PackAnswer& answer) {
+    auto* dialog = stage_.shownAs<PackDialog>();
+    if (dialog == nullptr || confirmation_)
+        return;
+    dialog->answer = answer;
+    confirmation_ = std::make_shared<int>();
+    auto done = [this, id = stage_.shownId(), dialog = *dialog](Outcome outcome) {
+        confirmation_.reset();
+        if (outcome.kind != Outcome::Kind::refused) {
+            close(id);
+            pack(dialog.sources, archiveOf(dialog), dialog.answer->options);
+        } else if (stage_.shownId() == id) {
+            preview_.set(std::move(outcome));
+        }
+    };
+    runThen(
+        services_.panels.disk, services_.panels.main, archiveOf(*dialog).parent().path(),
+        confirmation_,
+        [&files = services_.panels.files, dialog = *dialog] { return outcomeOf(files, dialog); },
         std::move(done));
 }
 

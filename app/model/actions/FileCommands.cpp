@@ -30,6 +30,10 @@ void AppModel::openTransfer(TransferKind kind) {
     auto items = sources();
     if (items.empty())
         return showToast(kind == TransferKind::move ? "Není co přesunout." : "Není co kopírovat.");
+    if (activePanel().archive())
+        return openExtraction();
+    if (refusesArchiveAsTarget())
+        return;
     const auto totals = sourceTotals();
     setDialog(TransferDialog{.kind = kind,
                              .sources = std::move(items),
@@ -59,6 +63,11 @@ void AppModel::receiveDrop(TransferKind kind, std::vector<FileUrl> sources, cons
 
 std::optional<std::string> AppModel::dropObstacle(const std::vector<FileUrl>& sources,
                                                   const FileUrl& folder) const {
+    for (const auto* panel : {&left_, &right_}) {
+        const auto& browse = panel->archive();
+        if (browse && (folder.path() + "/").starts_with(browse->outermost().place.path() + "/"))
+            return "Do archivu nejde nic přidat, je jen pro čtení.";
+    }
     for (const auto& source : sources) {
         if (source.isRoot() || (folder.path() + "/").starts_with(source.path() + "/"))
             return quoted(source.lastComponent()) + " nejde vložit do sebe sama.";

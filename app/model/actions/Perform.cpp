@@ -165,7 +165,11 @@ void AppModel::open() {
         showToast(quoted(item->name) + " nejde otevřít: cíl odkazu neexistuje.",
                   Toast::Kind::error);
     else
-        showToast(quoted(item->name) + " je soubor a ty tato verze Fennika ještě neotvírá.");
+        openFile(active.location().appending(item->name));
+}
+
+void AppModel::openFile(const FileUrl& file) {
+    showToast(quoted(file.lastComponent()) + " je soubor a ty tato verze Fennika ještě neotvírá.");
 }
 
 void AppModel::pathFromClipboard() {
@@ -187,7 +191,9 @@ void AppModel::toggleHidden() {
 }
 
 void AppModel::sizeAllFolders() {
-    if (activePanel().sizeAllFolders())
+    if (activePanel().archive())
+        showToast("Velikosti složek v archivu jsou spočítané hned.");
+    else if (activePanel().sizeAllFolders())
         showToast("Počítám velikosti složek… (Esc zastaví)");
 }
 

@@ -16,11 +16,34 @@ bool haveEnded(const std::vector<JobSnapshot>& jobs) {
     return std::ranges::all_of(jobs, &JobSnapshot::hasEnded);
 }
 
+/// Whether what is packed or unpacked, of which only the whole has an outcome, was done.
+bool isDoneAsAWhole(const JobSnapshot& job) {
+    const bool isWhole = job.kind == TransferKind::pack || job.kind == TransferKind::extract;
+    return isWhole && job.state == JobSnapshot::State::finished && job.errors->empty();
+}
+
 bool liesIn(const FileUrl& item, const std::string& folder) {
     const auto& path = item.path();
     const auto length = path.size() - item.lastComponent().size();
     const auto above = std::string_view(path).substr(0, length);
     return above == (folder == "/" ? folder : folder + "/");
+}
+
+std::string whatWasDone(const TransferRequest& request) {
+    const auto& pairs = request.pairs;
+    const auto items = pairs.size() == 1 ? quoted(pairs.front().source.lastComponent())
+                                         : itemCount(std::ssize(pairs));
+    switch (request.kind) {
+    case TransferKind::copy:
+        break;
+    case TransferKind::move:
+        return "Přesunuto: " + items;
+    case TransferKind::pack:
+        return "Zabaleno: " + quoted(pairs.front().destination.lastComponent());
+    case TransferKind::extract:
+        return "Rozbaleno: " + items;
+    }
+    return "Zkopírováno: " + items;
 }
 
 } // namespace
@@ -39,15 +62,31 @@ void AppModel::setShowsOperations(bool shows) {
 void AppModel::cancelJob(const Uuid& id) {
     engine_.cancel(id);
     bridge_.cancelClash(id);
+    giveUpPassword(id);
     const auto* clash = stage_.shownAs<ConflictDialog>();
     if (clash != nullptr && clash->pending->job.id == id)
+        closeDialog();
+}
+
+void AppModel::giveUpPassword(const Uuid& job) {
+    const auto jobs = engine_.snapshots();
+    const auto found = std::ranges::find(jobs, job, &JobSnapshot::id);
+    // Only the one job that runs can be asking.
+    if (found == jobs.end() || found->hasEnded() || found->state == JobSnapshot::State::waiting)
+        return;
+    passwords_.giveUp(PendingPassword::Asker::job);
+    const auto* password = stage_.shownAs<PasswordDialog>();
+    if (password != nullptr && password->pending->isAnswered())
         closeDialog();
 }
 
 void AppModel::stopJobs() {
     engine_.cancelAll();
     bridge_.close();
-    if (stage_.shownAs<ConflictDialog>() != nullptr)
+    passwords_.close();
+    const bool asks =
+        stage_.shownAs<ConflictDialog>() != nullptr || stage_.shownAs<PasswordDialog>() != nullptr;
+    if (asks)
         closeDialog();
 }
 
@@ -84,7 +123,7 @@ void AppModel::takeMarksOf(const JobSnapshot& job, const TransferRequest& reques
             const auto& source = request.pairs[i].source;
             const bool isDone =
                 job.outcomes[i] == PairOutcome::done || job.outcomes[i] == PairOutcome::skipped;
-            if (isDone && liesIn(source, panel->tab().path))
+            if ((isDone || isDoneAsAWhole(job)) && liesIn(source, panel->location().path()))
                 done.emplace(source.lastComponent());
         }
         panel->unmark(done);
@@ -109,11 +148,7 @@ void AppModel::tellEnd(const JobSnapshot& job, const TransferRequest& request) {
         return showToast({.text = "Hotovo, přeskočeno " + std::to_string(job.skipped),
                           .kind = Toast::Kind::ok,
                           .undoable = job.doneFiles > 0});
-    const auto& pairs = request.pairs;
-    const std::string what = job.kind == TransferKind::move ? "Přesunuto: " : "Zkopírováno: ";
-    const auto items = pairs.size() == 1 ? quoted(pairs.front().source.lastComponent())
-                                         : itemCount(std::ssize(pairs));
-    showToast({.text = what + items, .kind = Toast::Kind::ok, .undoable = true});
+    showToast({.text = whatWasDone(request), .kind = Toast::Kind::ok, .undoable = true});
 }
 
 } // namespace fennik::app

@@ -183,7 +183,7 @@ void AppModel::takeChanges() {
 
 void AppModel::showItem(PanelSide side, const FileUrl& folder, const std::string& name) {
     for (auto* shown : {&left_, &right_}) {
-        if (shown->side() == side && shown->folder() == folder)
+        if (shown->side() == side && shown->location() == folder)
             shown->reloadOn(name);
         else
             shown->takeChange();

@@ -76,7 +76,8 @@ TEST_F(PanelModelTest, aLateResultOfAnOlderLoadIsDropped) {
 
 TEST_F(PanelModelTest, nothingHappensToAPanelThatIsGone) {
     {
-        PanelModel other(PanelSide::right, services(), settings, sizeCache, temp.url().path());
+        PanelModel other(PanelSide::right, services(), settings, sizeCache, noPassword,
+                         temp.url().path());
         other.refresh();
         disk.runAll();
         events.tell(temp.url().path());
@@ -224,7 +225,8 @@ TEST_F(PanelModelTest, aLoadThatHangsCanBeLeft) {
     settle();
     EXPECT_EQ(panel.tab().path, temp.url().path()) << "what comes in late is not shown";
 
-    PanelModel fresh(PanelSide::right, services(), settings, sizeCache, temp.url().path());
+    PanelModel fresh(PanelSide::right, services(), settings, sizeCache, noPassword,
+                     temp.url().path());
     fresh.refresh();
     EXPECT_TRUE(fresh.escape());
     ASSERT_TRUE(fresh.error());
@@ -235,7 +237,8 @@ TEST_F(PanelModelTest, aLoadThatHangsCanBeLeft) {
 }
 
 TEST_F(PanelModelTest, aFileOpensItsFolderWithTheCursorOnIt) {
-    PanelModel other(PanelSide::right, services(), settings, sizeCache, temp.path("d.txt"));
+    PanelModel other(PanelSide::right, services(), settings, sizeCache, noPassword,
+                     temp.path("d.txt"));
     other.refresh();
     settle();
     EXPECT_EQ(other.tab().path, temp.url().path());
@@ -284,7 +287,8 @@ TEST_F(PanelModelTest, theRootHasNoWayUp) {
 }
 
 TEST_F(PanelModelTest, aHiddenItemThatWasAskedForIsShownAllTheSame) {
-    PanelModel other(PanelSide::right, services(), settings, sizeCache, temp.path(".hidden"));
+    PanelModel other(PanelSide::right, services(), settings, sizeCache, noPassword,
+                     temp.path(".hidden"));
     other.refresh();
     settle();
     EXPECT_THAT(namesOf(other.items()), ElementsAre("..", "a", "b", ".hidden", "c.txt", "d.txt"));
@@ -302,7 +306,7 @@ TEST_F(PanelModelTest, theWayUpNeverEndsAtAFolderThatCannotBeShown) {
     temp.folder("locked/a/b");
     chmod(temp.path("locked").c_str(), 0);
     EXPECT_TRUE(asOrdinaryUser([this] {
-        PanelModel other(PanelSide::right, services(), settings, sizeCache,
+        PanelModel other(PanelSide::right, services(), settings, sizeCache, noPassword,
                          temp.path("locked/a/b"));
         other.refresh();
         settle();

@@ -34,7 +34,7 @@ protected:
     PanelModel& other() {
         if (!other_)
             other_ = std::make_unique<PanelModel>(PanelSide::right, services(), settings, sizeCache,
-                                                  temp.url().path());
+                                                  noPassword, temp.url().path());
         return *other_;
     }
 

@@ -159,7 +159,7 @@ TEST_F(PanelTabsTest, marksAndCursorBelongToTheRowsInViewWhileAFolderIsLoaded) {
 }
 
 TEST_F(PanelTabsTest, aSwapTakesAllAlongAlsoWhatIsOnItsWay) {
-    PanelModel other(PanelSide::right, services(), settings, sizeCache, temp.path("c"));
+    PanelModel other(PanelSide::right, services(), settings, sizeCache, noPassword, temp.path("c"));
     open({"a", "b"});
     other.refresh();
     settle();

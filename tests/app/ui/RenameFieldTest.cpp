@@ -39,7 +39,8 @@ protected:
 
     void press(int key) { QTest::keyClick(&field, Qt::Key(key)); }
 
-    app::PanelModel panel{app::PanelSide::left, services(), settings, sizeCache, temp.path("left")};
+    app::PanelModel panel{app::PanelSide::left, services(),       settings, sizeCache,
+                          noPassword,           temp.path("left")};
     Theme theme{Appearance::light};
     Icons icons{theme};
     QWidget window;
