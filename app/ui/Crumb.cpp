@@ -10,6 +10,8 @@ namespace fennik::ui {
 namespace {
 
 constexpr double padding = 5;
+constexpr double iconSide = 16;
+constexpr double iconGap = 6;
 
 } // namespace
 
@@ -18,6 +20,16 @@ Crumb::Crumb(const QString& title, const Theme& theme, QWidget* parent)
     setAccessibleName(title);
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_Hover);
+}
+
+void Crumb::setIcon(FileLook look, Icons& icons) {
+    look_ = look;
+    icons_ = &icons;
+    update();
+}
+
+int Crumb::iconRoom() const {
+    return look_ ? theme_.px(iconSide) + theme_.px(iconGap) : 0;
 }
 
 void Crumb::setDropTarget(bool isTarget) {
@@ -34,7 +46,7 @@ void Crumb::setEmphasis(QFont::Weight weight) {
 QSize Crumb::sizeHint() const {
     const QFontMetricsF metrics(theme_.font(FontRole::body, weight_));
     const double width = metrics.horizontalAdvance(title_) + 2 * theme_.px(padding);
-    return {int(std::ceil(width)) + 1, theme_.px(24)};
+    return {int(std::ceil(width)) + 1 + iconRoom(), theme_.px(24)};
 }
 
 void Crumb::paintEvent(QPaintEvent*) {
@@ -50,8 +62,15 @@ void Crumb::paintEvent(QPaintEvent*) {
         painter.setBrush(isDown() ? tokens.pressed : tokens.hover);
         painter.drawRoundedRect(QRectF(rect()).adjusted(0, 2, 0, -2), 5, 5);
     }
+    const int left = theme_.px(padding);
+    if (look_) {
+        const int side = theme_.px(iconSide);
+        painter.drawPixmap(
+            left, (height() - side) / 2,
+            icons_->file(*look_, IconBadge::none, IconGround::panel, side, devicePixelRatioF()));
+    }
     const auto font = theme_.font(FontRole::body, weight_);
-    const auto inner = QRectF(rect()).adjusted(theme_.px(padding), 0, -theme_.px(padding) + 1, 0);
+    const auto inner = QRectF(rect()).adjusted(left + iconRoom(), 0, -left + 1, 0);
     painter.setFont(font);
     painter.setPen(weight_ == QFont::Normal ? tokens.text2 : tokens.text);
     painter.drawText(inner, Qt::AlignLeft | Qt::AlignVCenter,

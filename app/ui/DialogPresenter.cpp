@@ -5,8 +5,11 @@
 #include "app/ui/Text.h"
 #include "app/ui/dialogs/ConflictDialog.h"
 #include "app/ui/dialogs/DialogHost.h"
+#include "app/ui/dialogs/ExtractDialog.h"
 #include "app/ui/dialogs/MaskDialog.h"
 #include "app/ui/dialogs/NewFolderDialog.h"
+#include "app/ui/dialogs/PackDialog.h"
+#include "app/ui/dialogs/PasswordDialog.h"
 #include "app/ui/dialogs/PasteDialog.h"
 #include "app/ui/dialogs/TransferDialog.h"
 #include "app/ui/dialogs/TrashDialog.h"
@@ -64,6 +67,30 @@ SourceItems itemsOf(app::AppModel& app, const std::vector<FileUrl>& urls) {
     return items;
 }
 
+/// Those of an archive.
+SourceItems entriesOf(const ArchiveIndex& archive, const std::vector<std::string>& paths) {
+    SourceItems items{.count = std::int64_t(paths.size())};
+    const auto shown = std::min(paths.size(), SourceItems::mostRows);
+    for (const auto& path : std::span(paths).first(shown)) {
+        const auto entry = archive.find(path);
+        const auto name = std::string_view(path).substr(path.rfind('/') + 1);
+        if (!entry) {
+            items.rows.push_back({.name = shownName(name)});
+            continue;
+        }
+        const bool isFolder = entry->kind == ArchiveEntry::Kind::directory;
+        const auto size = isFolder ? archive.folderSize(path) : entry->size;
+        items.rows.push_back(
+            {.name = shownName(name),
+             .size = fromUtf8(Format::bytes(size)),
+             .look =
+                 lookOf({.name = name, .kind = isFolder ? FileKind::directory : FileKind::file}),
+             .badge =
+                 entry->kind == ArchiveEntry::Kind::symlink ? IconBadge::link : IconBadge::none});
+    }
+    return items;
+}
+
 /// "5,14 MB ze složky „Smlouvy 2026“", as far as the sizes are known.
 QString originText(std::int64_t bytes, bool isPart, const FileUrl& folder) {
     const auto origin = QStringLiteral("ze složky „%1“").arg(shownName(folder.lastComponent()));
@@ -104,18 +131,18 @@ void DialogPresenter::takeApp(app::AppChanges changes) {
         takeDialog();
     if (changes & (app::AppChange::dialog | app::AppChange::outcome))
         takeOutcome();
-    auto* transfer = qobject_cast<TransferDialog*>(host_->card());
-    if (changes.testFlag(app::AppChange::suggestions) && transfer != nullptr)
-        transfer->setSuggestions(app_.pathSuggestions().found(), app_.activePanel().tab().path);
+    auto* target = qobject_cast<TargetDialog*>(host_->card());
+    if (changes.testFlag(app::AppChange::suggestions) && target != nullptr)
+        target->setSuggestions(app_.pathSuggestions().found(), app_.activePanel().tab().path);
 }
 
 void DialogPresenter::takeDialog() {
-    if (qobject_cast<TransferDialog*>(host_->card()) != nullptr)
+    if (qobject_cast<TargetDialog*>(host_->card()) != nullptr)
         app_.pathSuggestions().clear();
     const auto& dialog = app_.dialog();
     if (dialog) {
         auto* shown = std::visit([this](const auto& content) { return card(content); }, *dialog);
-        if (shown != nullptr && shown != host_->card())
+        if (shown != host_->card())
             host_->open(shown);
     } else {
         host_->close();
@@ -125,27 +152,30 @@ void DialogPresenter::takeDialog() {
 
 void DialogPresenter::takeOutcome() {
     auto* card = qobject_cast<FieldDialog*>(host_->card());
-    if (card == nullptr)
+    if (card == nullptr || qobject_cast<PasswordDialog*>(card) != nullptr)
         return;
     const auto& [kind, sentence, freeSpace] = app_.outcome();
     card->setOutcome(kindOf(kind), fromUtf8(sentence));
-    if (auto* transfer = qobject_cast<TransferDialog*>(card))
-        transfer->setFreeSpace(freeSpace ? fromUtf8(Format::bytes(*freeSpace)) : QString());
+    if (auto* target = qobject_cast<TargetDialog*>(card))
+        target->setFreeSpace(freeSpace ? fromUtf8(Format::bytes(*freeSpace)) : QString());
 }
 
 DialogCard* DialogPresenter::card(const app::TransferDialog& dialog) {
     const auto origin = originText(dialog.knownBytes, dialog.hasUnsizedFolders, dialog.from);
     auto* card = new TransferDialog(dialog.kind, itemsOf(app_, dialog.sources), origin,
                                     dialog.target, context_.theme, context_.icons, host_);
-    connect(card, &FieldDialog::textChanged, &app_,
-            [this](const QString& text) { app_.dialogTextChanged(text.toStdString()); });
-    connect(card, &TransferDialog::typed, &app_, [this, base = dialog.from](const QString& text) {
-        askForSuggestions(app_, text, base);
-    });
+    follow(*card, dialog.from);
     connect(card, &FieldDialog::textConfirmed, &app_,
             [this](const QString& text) { app_.confirmTransfer(text.toStdString()); });
-    connect(card, &DialogCard::cancelled, &app_, &app::AppModel::closeDialog);
     return card;
+}
+
+void DialogPresenter::follow(TargetDialog& card, const FileUrl& base) {
+    connect(&card, &FieldDialog::textChanged, &app_,
+            [this](const QString& text) { app_.dialogTextChanged(text.toStdString()); });
+    connect(&card, &TargetDialog::typed, &app_,
+            [this, base](const QString& text) { askForSuggestions(app_, text, base); });
+    connect(&card, &DialogCard::cancelled, &app_, &app::AppModel::closeDialog);
 }
 
 DialogCard* DialogPresenter::card(const app::NewFolderDialog& dialog) {
@@ -192,16 +222,48 @@ DialogCard* DialogPresenter::card(const app::ConflictDialog& dialog) {
     return card;
 }
 
-DialogCard* DialogPresenter::card(const app::PackDialog&) {
-    return nullptr;
+DialogCard* DialogPresenter::card(const app::PackDialog& dialog) {
+    const auto origin = originText(dialog.knownBytes, dialog.hasUnsizedFolders, dialog.here);
+    auto* card = new PackDialog(dialog, itemsOf(app_, dialog.sources), origin, context_.theme,
+                                context_.icons, host_);
+    connect(card, &PackDialog::answerChanged, &app_, &app::AppModel::packAnswerChanged);
+    connect(card, &PackDialog::answerConfirmed, &app_, &app::AppModel::confirmPack);
+    connect(card, &DialogCard::cancelled, &app_, &app::AppModel::closeDialog);
+    return card;
 }
 
-DialogCard* DialogPresenter::card(const app::ExtractDialog&) {
-    return nullptr;
+DialogCard* DialogPresenter::card(const app::ExtractDialog& dialog) {
+    const auto amount = fromUtf8(Format::bytes(dialog.knownBytes));
+    const auto ownFolder =
+        dialog.ownFolder ? ExtractDialog::OwnFolder::yes : ExtractDialog::OwnFolder::no;
+    auto* card = dialog.browse == nullptr
+                     ? new ExtractDialog(itemsOf(app_, dialog.archives), amount, dialog.target,
+                                         ownFolder, context_.theme, context_.icons, host_)
+                     : new ExtractDialog(shownName(dialog.browse->place.lastComponent()),
+                                         entriesOf(*dialog.browse->index, dialog.selection), amount,
+                                         dialog.target, context_.theme, context_.icons, host_);
+    follow(*card, dialog.from);
+    connect(card, &FieldDialog::textConfirmed, &app_, [this, card](const QString& text) {
+        app_.confirmExtract(text.toStdString(), card->usesOwnFolder());
+    });
+    return card;
 }
 
-DialogCard* DialogPresenter::card(const app::PasswordDialog&) {
-    return nullptr;
+DialogCard* DialogPresenter::card(const app::PasswordDialog& dialog) {
+    const auto& pending = *dialog.pending;
+    const bool wasWrong = pending.wasWrong == app::WasWrong::yes;
+    auto* card = qobject_cast<PasswordDialog*>(host_->card());
+    if (card == nullptr || !wasWrong) {
+        card =
+            new PasswordDialog(shownName(pending.archive.lastComponent()),
+                               fromUtf8(pending.encryption), context_.theme, context_.icons, host_);
+        connect(card, &FieldDialog::textConfirmed, &app_,
+                [this](const QString& text) { app_.answerPassword(text.toStdString()); });
+        connect(card, &DialogCard::cancelled, &app_, &app::AppModel::closeDialog);
+    }
+    if (wasWrong)
+        card->showWrong();
+    return card;
 }
 
 DialogCard* DialogPresenter::card(const app::MaskDialog& dialog) {

@@ -10,6 +10,7 @@ namespace fennik::ui {
 
 class DialogCard;
 class DialogHost;
+class TargetDialog;
 
 /// Shows the dialog that the application has, over the content of a window, and passes its answers
 /// on.
@@ -27,6 +28,8 @@ private:
     void takeApp(app::AppChanges changes);
     void takeDialog();
     void takeOutcome();
+    /// Passes on what is typed; relative paths begin at `base`.
+    void follow(TargetDialog& card, const FileUrl& base);
     DialogCard* card(const app::TransferDialog& dialog);
     DialogCard* card(const app::NewFolderDialog& dialog);
     DialogCard* card(const app::TrashDialog& dialog);

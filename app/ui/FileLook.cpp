@@ -1,5 +1,6 @@
 #include "app/ui/FileLook.h"
 
+#include "core/archives/ArchiveSupport.h"
 #include "core/base/AsciiText.h"
 
 #include <array>
@@ -54,8 +55,6 @@ LooksByExtension looksByExtension() {
     add(FileLook::code,
         {"c",  "h",     "cpp", "hpp", "py",   "js",   "ts",  "json", "xml", "html", "css",
          "sh", "swift", "rs",  "go",  "java", "yaml", "yml", "toml", "sql", "cmake"});
-    add(FileLook::archive,
-        {"zip", "rar", "7z", "tar", "gz", "tgz", "bz2", "tbz", "tbz2", "xz", "txz"});
     return looks;
 }
 
@@ -76,6 +75,8 @@ FileLook lookOf(const FileItemView& item) {
         return FileLook::folder;
     if (item.kind == FileKind::other)
         return FileLook::other;
+    if (ArchiveSupport::archiveExtension(item.name))
+        return FileLook::archive;
     return lookOfExtension(item.fileExtension().value_or(std::string_view()));
 }
 

@@ -8,6 +8,7 @@
 #include "app/ui/MenuBar.h"
 #include "app/ui/OperationsCard.h"
 #include "app/ui/PanelView.h"
+#include "app/ui/PanelWords.h"
 #include "app/ui/PathBar.h"
 #include "app/ui/PlacesMenu.h"
 #include "app/ui/PlatformWords.h"
@@ -154,7 +155,7 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
     connect(qApp, &QApplication::focusChanged, this, &MainWindow::showFocus);
     takeTabs();
     focusPanel();
-    setTitle();
+    takePlace();
 }
 
 MainWindow::~MainWindow() {
@@ -179,10 +180,10 @@ void MainWindow::addPanel(app::PanelSide side) {
     connect(&app_.panel(side), &app::PanelModel::changed, this, [this](app::PanelChanges changes) {
         if (changes & (app::PanelChange::cursor | app::PanelChange::items))
             placeToast();
-        if (!changes.testFlag(app::PanelChange::tabs))
-            return;
-        takeTabs();
-        setTitle();
+        if (changes.testFlag(app::PanelChange::tabs))
+            takeTabs();
+        if (changes & (app::PanelChange::tabs | app::PanelChange::items))
+            takePlace();
     });
 }
 
@@ -190,7 +191,7 @@ void MainWindow::takeApp(app::AppChanges changes) {
     if (changes.testFlag(app::AppChange::activeSide)) {
         focusPanel();
         placeToast();
-        setTitle();
+        takePlace();
     }
     if (changes.testFlag(app::AppChange::toast))
         takeToast();
@@ -318,10 +319,13 @@ void MainWindow::showFocus() {
     }
 }
 
-void MainWindow::setTitle() {
-    const auto folder = app_.activePanel().folder();
+void MainWindow::takePlace() {
+    // Some actions cannot do anything in an archive.
+    const bool isInArchive = app_.activePanel().archive().has_value();
+    if (std::exchange(keysAreForArchive_, isInArchive) != isInArchive)
+        functionKeys_->refresh();
     // "[*]" is a place holder of the toolkit's.
-    auto name = shownName(folder.lastComponent());
+    auto name = placeName(app_.activePanel());
     name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
     setWindowTitle(name + QStringLiteral(" – Fennik"));
 }

@@ -59,7 +59,8 @@ private:
     void askToQuit();
     void focusPanel();
     void showFocus();
-    void setTitle();
+    /// The active panel shows something else, or another panel is the active one.
+    void takePlace();
     void placeToast();
 
     UiContext context_;
@@ -75,6 +76,7 @@ private:
     bool closesAnyway_ = false;
     bool menuIsOpen_ = false;
     bool wasPainted_ = false;
+    bool keysAreForArchive_ = false; ///< those of the function bar
     int seenPathRequest_ = 0;
     int seenPlacesRequest_ = 0;
 };

@@ -70,6 +70,8 @@ bool PanelDrops::eventFilter(QObject* watched, QEvent* event) {
 }
 
 PanelDrops::Place PanelDrops::rowAt(const QPoint& point) const {
+    if (panel_.archive())
+        return {.isInArchive = true};
     const int row = table_.rowAt(point.y());
     const auto& items = panel_.items();
     if (row >= 0 && static_cast<std::size_t>(row) < items.size()) {
@@ -86,8 +88,9 @@ std::optional<PanelDrops::Place> PanelDrops::placeAt(const QWidget* widget,
                                                      const QPoint& point) const {
     if (widget == &path_) {
         const auto crumb = path_.crumbAt(point);
-        return crumb ? std::optional(Place{Kind::crumb, crumb->first, crumb->second})
-                     : std::nullopt;
+        if (!crumb)
+            return std::nullopt;
+        return Place{Kind::crumb, crumb->index, crumb->folder.value_or(FileUrl()), !crumb->folder};
     }
     if (widget == &tabs_) {
         const int tab = tabs_.tabAt(point);
@@ -99,7 +102,15 @@ std::optional<PanelDrops::Place> PanelDrops::placeAt(const QWidget* widget,
     // While an error is shown there is no folder to drop into.
     if (panel_.error())
         return std::nullopt;
-    return widget == &message_ ? Place{Kind::panel, -1, panel_.folder()} : rowAt(point);
+    const bool isBesideRows = widget == &message_ && !panel_.archive();
+    return isBesideRows ? Place{Kind::panel, -1, panel_.folder()} : rowAt(point);
+}
+
+std::optional<std::string> PanelDrops::obstacle(const Place& place,
+                                                const std::vector<FileUrl>& files) const {
+    if (place.isInArchive)
+        return "Archiv je jen pro čtení.";
+    return context_.app.dropObstacle(files, place.folder);
 }
 
 void PanelDrops::drag(QWidget* widget, QDropEvent& event) {
@@ -121,9 +132,9 @@ void PanelDrops::drag(QWidget* widget, QDropEvent& event) {
 
 bool PanelDrops::showAt(QWidget* widget, const QPoint& point, TransferKind kind) {
     const auto place = placeAt(widget, point);
-    const auto obstacle = place ? context_.app.dropObstacle(files_, place->folder) : std::nullopt;
-    if (!place || obstacle) {
-        show(std::nullopt, obstacle ? fromUtf8(*obstacle) : QString());
+    const auto reason = place ? obstacle(*place, files_) : std::nullopt;
+    if (!place || reason) {
+        show(std::nullopt, reason ? fromUtf8(*reason) : QString());
         return false;
     }
     show(place, QStringLiteral("Ctrl kopíruje · Shift přesouvá · Esc zruší"));
@@ -156,7 +167,7 @@ void PanelDrops::drop(QWidget* widget, QDropEvent& event) {
     const auto kind = FileDrag::kind(event);
     const auto files = std::exchange(files_, {});
     end();
-    if (!place || files.empty() || context_.app.dropObstacle(files, place->folder)) {
+    if (!place || files.empty() || obstacle(*place, files)) {
         event.ignore();
         return;
     }

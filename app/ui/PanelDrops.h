@@ -48,11 +48,15 @@ private:
         Kind kind = Kind::panel;
         int index = -1; ///< of the row, crumb or tab
         FileUrl folder = {};
+        bool isInArchive = false; ///< where nothing can be put
 
         friend bool operator==(const Place&, const Place&) = default;
     };
     std::optional<Place> placeAt(const QWidget* widget, const QPoint& point) const;
     Place rowAt(const QPoint& point) const;
+    /// Why nothing can be dropped there; none where it can.
+    std::optional<std::string> obstacle(const Place& place,
+                                        const std::vector<FileUrl>& files) const;
     void drag(QWidget* widget, QDropEvent& event);
     /// Shows what a drop would do there. False where it is not possible.
     bool showAt(QWidget* widget, const QPoint& point, TransferKind kind);

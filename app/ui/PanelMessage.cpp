@@ -122,7 +122,7 @@ void PanelMessage::takePanel() {
     leave_->setVisible(isFailure && !isOwn);
     upwards_->setVisible(isFailure && isOwn && !panel_.folder().isRoot());
     for (auto* button : {newFolder_, paste_})
-        button->setVisible(what == Content::emptyFolder);
+        button->setVisible(what == Content::emptyFolder && !panel_.archive());
     hint_->setVisible(!hint_->text().isEmpty());
     setVisible(what != Content::nothing);
 
@@ -164,7 +164,9 @@ void PanelMessage::showFailure(const Failure& failure) {
 void PanelMessage::showEmptyFolder() {
     icon_ = QStringLiteral("folder-open");
     iconColor_ = theme_.tokens().text2;
-    text_->setText(QStringLiteral("Složka je prázdná"));
+    const bool isArchive = panel_.archive() && panel_.archive()->inner.empty();
+    text_->setText(isArchive ? QStringLiteral("Archiv je prázdný")
+                             : QStringLiteral("Složka je prázdná"));
     text_->setAccessibleName(text_->text());
     const auto hidden = static_cast<std::int64_t>(panel_.rawItems().size());
     if (hidden == 0) {

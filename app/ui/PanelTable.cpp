@@ -105,7 +105,7 @@ void PanelTable::takeChanges(app::PanelChanges changes) {
 }
 
 void PanelTable::takeItems() {
-    const bool isSameFolder = panel_.tab().path == shownFolder_;
+    const bool isSameFolder = panel_.location().path() == shownFolder_;
     const int cursor = static_cast<int>(panel_.cursor());
     const bool cursorWasInView =
         shownCursor_ >= topRow_ && shownCursor_ < topRow_ + rowsPerPage() + 1;
@@ -117,7 +117,7 @@ void PanelTable::takeItems() {
     } else {
         endSearch();
     }
-    shownFolder_ = panel_.tab().path;
+    shownFolder_ = panel_.location().path();
     if (!isSameFolder || cursorWasInView)
         showCursor();
     else
@@ -373,7 +373,7 @@ void PanelTable::mouseMoveEvent(QMouseEvent* event) {
 void PanelTable::dragItems() {
     // The cursor went to the row that was pressed, and stays with its item.
     const auto item = panel_.cursorItem();
-    if (!item || item->isParentLink)
+    if (!item || item->isParentLink || panel_.archive()) // what is in an archive is no file
         return;
     const bool isMarked = panel_.marks().isMarked(item->name);
     const auto rows = isMarked ? panel_.targets() : std::vector{panel_.cursor()};

@@ -6,6 +6,7 @@
 #include "app/ui/PanelDrops.h"
 #include "app/ui/PanelHeader.h"
 #include "app/ui/PanelMessage.h"
+#include "app/ui/PanelWords.h"
 #include "app/ui/PathBar.h"
 #include "app/ui/PlatformWords.h"
 #include "app/ui/RenameField.h"
@@ -184,6 +185,8 @@ void PanelView::takeTabs() {
         const FileUrl folder(tab.path, FileUrl::Form::directory);
         tabs.push_back({shownName(folder.lastComponent()), shownName(tab.path)});
     }
+    if (panel_.archive())
+        tabs[panel_.activeTab()] = {placeName(panel_), shownName(panel_.archive()->place.path())};
     tabStrip_->setTabs(tabs, static_cast<int>(panel_.activeTab()));
 }
 
@@ -205,7 +208,7 @@ void PanelView::takePanel(app::PanelChanges changes) {
     if (std::exchange(shownLoad_, load) != load)
         setLoadingStage(LoadingStage::none);
     holdPicture();
-    if (changes.testFlag(app::PanelChange::tabs))
+    if (changes & (app::PanelChange::tabs | app::PanelChange::items))
         takeTabs();
     if (changes & (app::PanelChange::items | app::PanelChange::state)) {
         message_->takePanel();
@@ -255,8 +258,7 @@ void PanelView::placeOverlays() {
 void PanelView::nameTable() {
     const auto side = panel_.side() == app::PanelSide::left ? QStringLiteral("Levý panel")
                                                             : QStringLiteral("Pravý panel");
-    const auto folder = shownName(panel_.folder().lastComponent());
-    auto name = QStringLiteral("%1, %2").arg(side, folder);
+    auto name = QStringLiteral("%1, %2").arg(side, spokenPlace(panel_));
     // While nothing is known of the rows there is no count, and a failure has a sentence to say.
     const auto& error = panel_.error();
     if (!error && panel_.generation() > 0)

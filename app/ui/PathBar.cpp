@@ -2,8 +2,10 @@
 
 #include "app/model/PathCrumbs.h"
 #include "app/ui/ActionIcons.h"
+#include "app/ui/ArchiveBadge.h"
 #include "app/ui/Crumb.h"
 #include "app/ui/IconButton.h"
+#include "app/ui/PanelWords.h"
 #include "app/ui/PathField.h"
 #include "app/ui/PlatformWords.h"
 #include "app/ui/Suggestions.h"
@@ -14,6 +16,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <utility>
+
 namespace fennik::ui {
 
 namespace {
@@ -23,6 +27,7 @@ using Step = app::PanelHistory::Step;
 constexpr int buttonSide = 28;
 constexpr int separatorWidth = 15;
 constexpr int leastCrumb = 44; ///< wide, to be worth reading
+constexpr int roomBeforeBadge = 160;
 
 IconButton* actionButton(const UiContext& context, app::KAction action, QWidget* parent) {
     return new IconButton(ActionIcons::iconOf(app::KActions::symbolName(action)),
@@ -44,10 +49,12 @@ PathBar::PathBar(const UiContext& context, app::PanelModel& panel, QWidget* pare
       star_(new IconButton(QStringLiteral("star"), {}, {}, theme_, icons_, this)),
       terminal_(actionButton(context, app::KAction::terminal, this)),
       pathField_(new PathField(PathField::Place::pathBar, theme_, icons_, this)),
-      more_(new Crumb(QStringLiteral("…"), theme_, this)) {
+      more_(new Crumb(QStringLiteral("…"), theme_, this)),
+      badge_(new ArchiveBadge(theme_, icons_, this)) {
     setObjectName(QStringLiteral("pathBar"));
     setFixedHeight(theme_.px(38));
     pathField_->hide();
+    badge_->hide();
     terminal_->setAccessibleName(QStringLiteral("Terminál v této složce"));
     more_->setAccessibleName(QStringLiteral("Další složky cesty"));
     const auto onClick = [this](IconButton* button, auto act) {
@@ -95,31 +102,73 @@ void PathBar::takePanel() {
     const auto folder = panel_.folder();
     back_->setEnabled(panel_.canGo(Step::back));
     forward_->setEnabled(panel_.canGo(Step::forward));
-    up_->setEnabled(!folder.isRoot());
-    if (shownPath_ == folder.path() && shownVolume_ == panel_.volumeRoot())
+    const auto& archive = panel_.archive();
+    const auto index = archive ? archive->index : nullptr;
+    up_->setEnabled(archive || !folder.isRoot());
+    if (shownLocation_ == panel_.location() && shownVolume_ == panel_.volumeRoot() &&
+        shownArchive_ == index)
         return;
-    shownPath_ = folder.path();
-    takePlaces();
+    shownLocation_ = panel_.location();
     shownVolume_ = panel_.volumeRoot();
-    for (auto* crumb : crumbs_)
-        crumb->deleteLater();
-    crumbs_.clear();
-    folders_.clear();
-    const auto way = app::PathCrumbs::of(folder, app_.home(), shownVolume_);
-    startsAtHome_ = way.start == app::PathCrumbs::Start::home;
-    for (const auto& [title, url] : way.crumbs) {
-        auto* crumb = new Crumb(shownName(title), theme_, this);
-        crumb->setToolTip(toolTipText(shownName(url.path())));
-        crumb->setAccessibleDescription(shownName(url.path())); // else the tooltip with its markup
-        connect(crumb, &QAbstractButton::clicked, this, [this, target = url] {
-            app_.activate(panel_.side());
-            panel_.navigate(target);
-        });
-        crumb->show();
-        crumbs_.push_back(crumb);
-        folders_.push_back(url);
-    }
+    shownArchive_ = index;
+    takePlaces();
+    addCrumbs();
     setActive(isActive_);
+}
+
+void PathBar::addCrumbs() {
+    for (auto* crumb : crumbs_)
+        crumb->deleteLater(); // it may be the one that was clicked
+    crumbs_.clear();
+    targets_.clear();
+    const auto way = app::PathCrumbs::of(panel_.folder(), app_.home(), shownVolume_);
+    startsAtHome_ = way.start == app::PathCrumbs::Start::home;
+    for (const auto& [title, url] : way.crumbs)
+        addCrumb(title, {.url = url});
+    if (panel_.archive())
+        addArchiveCrumbs(*panel_.archive(), 0);
+}
+
+void PathBar::addArchiveCrumbs(const app::ArchiveBrowse& archive, int archivesToLeave) {
+    if (archive.outer != nullptr)
+        addArchiveCrumbs(*archive.outer, archivesToLeave + 1);
+    const auto add = [&](std::string_view title, std::string_view inner) -> Crumb& {
+        return addCrumb(title,
+                        {.url = inner.empty() ? archive.place : archive.place.appending(inner),
+                         .isInside = true,
+                         .archivesToLeave = archivesToLeave,
+                         .inner = std::string(inner)});
+    };
+    add(archive.place.lastComponent(), {}).setIcon(FileLook::archive, icons_);
+    const std::string_view inner = archive.inner;
+    for (std::size_t begin = 0; begin < inner.size();) {
+        const auto end = std::min(inner.find('/', begin), inner.size());
+        add(inner.substr(begin, end - begin), inner.substr(0, end));
+        begin = end + 1;
+    }
+}
+
+Crumb& PathBar::addCrumb(std::string_view title, Target target) {
+    auto* crumb = new Crumb(shownName(title), theme_, this);
+    const auto path = shownName(target.url.path());
+    crumb->setToolTip(toolTipText(path));
+    crumb->setAccessibleDescription(path); // else the tooltip with its markup
+    connect(crumb, &QAbstractButton::clicked, this, [this, target] { open(target); });
+    crumb->show();
+    crumbs_.push_back(crumb);
+    targets_.push_back(std::move(target));
+    return *crumb;
+}
+
+void PathBar::open(const Target& target) {
+    app_.activate(panel_.side());
+    if (!target.isInside) {
+        panel_.navigate(target.url);
+        return;
+    }
+    for (int left = 0; left < target.archivesToLeave; ++left)
+        panel_.leaveArchive();
+    panel_.goToInner(target.inner);
 }
 
 void PathBar::takeKeys() {
@@ -141,10 +190,12 @@ void PathBar::takePlaces() {
     star_->setAccessibleName(isFavorite ? title : PlatformWords::title(app::KAction::addFavorite));
 }
 
-std::optional<std::pair<int, FileUrl>> PathBar::crumbAt(const QPoint& point) const {
+std::optional<PathBar::CrumbPlace> PathBar::crumbAt(const QPoint& point) const {
     for (std::size_t i = 0; i < crumbs_.size() && !pathField_->isVisible(); ++i) {
-        if (!crumbs_[i]->isHidden() && crumbs_[i]->geometry().contains(point))
-            return std::pair(int(i), folders_[i]);
+        if (crumbs_[i]->isHidden() || !crumbs_[i]->geometry().contains(point))
+            continue;
+        const auto& target = targets_[i];
+        return CrumbPlace{int(i), target.isInside ? std::nullopt : std::optional(target.url)};
     }
     return std::nullopt;
 }
@@ -230,7 +281,8 @@ void PathBar::resizeEvent(QResizeEvent*) {
 }
 
 void PathBar::layOutCrumbs() {
-    const auto room = field().adjusted(theme_.px(28), 0, -theme_.px(6), 0);
+    auto room = field().adjusted(theme_.px(28), 0, -theme_.px(6), 0);
+    layOutBadge(room);
     const int gap = theme_.px(separatorWidth);
     const int count = static_cast<int>(crumbs_.size());
     const auto widthOf = [this](int crumb) {
@@ -280,6 +332,28 @@ void PathBar::layOutCrumbs() {
             place(crumb, i == 0 && count > 1 ? firstWidth : widthOf(i));
     }
     update();
+}
+
+void PathBar::layOutBadge(QRect& room) {
+    badge_->setVisible(shownArchive_ != nullptr);
+    if (badge_->isHidden())
+        return;
+    // The way comes first: in a narrow panel only the format is left, or nothing.
+    const auto whole = archiveBadge(*shownArchive_);
+    badge_->setAccessibleName(whole);
+    badge_->setToolTip(whole);
+    const auto spare = [&] { return room.width() - badge_->sizeHint().width(); };
+    badge_->setText(whole);
+    if (spare() < theme_.px(roomBeforeBadge))
+        badge_->setText(fromUtf8(shownArchive_->formatLabel()));
+    if (spare() < theme_.px(roomBeforeBadge) / 2) {
+        badge_->hide();
+        return;
+    }
+    const auto size = badge_->sizeHint();
+    badge_->setGeometry(room.right() - theme_.px(2) - size.width(),
+                        room.center().y() - size.height() / 2 + 1, size.width(), size.height());
+    room.setRight(badge_->x() - theme_.px(6));
 }
 
 void PathBar::showHiddenCrumbs() {

@@ -4,20 +4,22 @@
 
 #include <QWidget>
 
+#include <memory>
 #include <optional>
-#include <utility>
+#include <string>
 #include <vector>
 
 class QAbstractButton;
 
 namespace fennik::ui {
 
+class ArchiveBadge;
 class Crumb;
 class IconButton;
 class PathField;
 
 /// Back, forward and up, the way to the folder as crumbs, each of which opens its folder, and a
-/// field in their place while a path is being typed.
+/// field in their place while a path is being typed. In an archive the way leads on into it.
 class PathBar final : public QWidget {
     Q_OBJECT
 
@@ -27,8 +29,11 @@ public:
     void setActive(bool isActive);
     /// Lets the user type a path.
     void openField();
-    /// The crumb at a point, counted from the start, and its folder.
-    std::optional<std::pair<int, FileUrl>> crumbAt(const QPoint& point) const;
+    struct CrumbPlace {
+        int index = 0;                      ///< counted from the start
+        std::optional<FileUrl> folder = {}; ///< none inside an archive
+    };
+    std::optional<CrumbPlace> crumbAt(const QPoint& point) const;
     /// The crumb into whose folder something would be dropped; none with -1.
     void setDropCrumb(int crumb);
 
@@ -43,7 +48,20 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
+    /// Where a crumb leads.
+    struct Target {
+        FileUrl url = {};      ///< inside an archive, a path that leads through it
+        bool isInside = false; ///< of an archive
+        int archivesToLeave = 0;
+        std::string inner = {}; ///< of the archive that is shown then
+    };
+
     void takePanel();
+    void addCrumbs();
+    void addArchiveCrumbs(const app::ArchiveBrowse& archive, int archivesToLeave);
+    Crumb& addCrumb(std::string_view title, Target target);
+    void open(const Target& target);
+    void layOutBadge(QRect& room);
     void takeKeys();
     void takePlaces();
     void takeTyped(const QString& text);
@@ -68,10 +86,12 @@ private:
     int typedLoad_ = -1; ///< the load of the path that was typed
     Crumb* more_;        ///< stands for the crumbs that have no room
     std::vector<Crumb*> crumbs_;
-    std::vector<FileUrl> folders_; ///< of the crumbs
+    std::vector<Target> targets_; ///< of the crumbs
+    ArchiveBadge* badge_;
     std::vector<QPoint> separators_;
-    std::string shownPath_;
+    FileUrl shownLocation_;
     FileUrl shownVolume_;
+    std::shared_ptr<const ArchiveIndex> shownArchive_; ///< null: none
     bool startsAtHome_ = false;
     bool isActive_ = false;
 };

@@ -1,6 +1,7 @@
 #include "app/ui/StatusLine.h"
 
 #include "app/ui/MarksChip.h"
+#include "app/ui/PanelWords.h"
 #include "app/ui/RunLabel.h"
 #include "app/ui/Text.h"
 #include "core/listing/Format.h"
@@ -21,7 +22,7 @@ constexpr double iconRoom = 20;
 
 std::int64_t shownItemCount(const app::PanelModel& panel) {
     const auto& items = panel.items();
-    const bool hasParent = !items.empty() && !items.folder().isRoot();
+    const bool hasParent = !items.empty() && items.view(0).isParentLink;
     return static_cast<std::int64_t>(items.size()) - (hasParent ? 1 : 0);
 }
 
@@ -87,11 +88,20 @@ void StatusLine::takePanel() {
     marks_->show(marksText());
     summary_->setRuns({{summary(), tokens.text2}});
     details_->setRuns({{details(), tokens.text2}});
+    showSpace();
+    update();
+}
+
+void StatusLine::showSpace() {
+    const auto& tokens = theme_.tokens();
+    if (panel_.archive()) {
+        space_->setRuns({{contentInWords(*panel_.archive()->index), tokens.text2}});
+        return;
+    }
     const auto free = panel_.error() ? std::nullopt : panel_.freeSpace();
     const auto amount = free ? fromUtf8(Format::bytes(*free)) : QStringLiteral("–");
     space_->setRuns(
         {{QStringLiteral("Volno "), tokens.text2}, {amount, tokens.text, QFont::Medium}});
-    update();
 }
 
 QString StatusLine::summary() const {
@@ -100,6 +110,8 @@ QString StatusLine::summary() const {
         return busy_;
     if (!hint_.isEmpty())
         return hint_;
+    if (stage_ != LoadingStage::none && panel_.isOpeningArchive())
+        return QStringLiteral("Čtu archiv…");
     if (stage_ == LoadingStage::noAnswer)
         return QStringLiteral("Složka neodpovídá – Esc ji opustí");
     if (stage_ != LoadingStage::none)

@@ -15,7 +15,7 @@ class RunLabel;
 enum class LoadingStage { none, noticeable, rowless, noAnswer };
 
 /// The line under the rows: how many items there are, the item under the cursor, and the free
-/// space.
+/// space, or what an archive comes to.
 class StatusLine final : public QWidget {
     Q_OBJECT
 
@@ -35,6 +35,7 @@ protected:
 
 private:
     void takePanel();
+    void showSpace();
     void makeRoomForIcon();
     bool isAtWork() const;
     QString summary() const;

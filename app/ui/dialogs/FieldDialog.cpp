@@ -26,7 +26,15 @@ void FieldDialog::setOutcome(OutcomeLine::Kind kind, const QString& sentence) {
     outcome_->setOutcome(kind, sentence);
     field_->setAccessibleDescription(sentence);
     showInvalid(*field_, isRefused);
-    setConfirmable(!isRefused && !text().trimmed().isEmpty());
+    takeCompleteness();
+}
+
+bool FieldDialog::isComplete() const {
+    return !text().trimmed().isEmpty();
+}
+
+void FieldDialog::takeCompleteness() {
+    setConfirmable(outcome_->kind() != OutcomeLine::Kind::error && isComplete());
 }
 
 void FieldDialog::takeText() {
@@ -35,10 +43,10 @@ void FieldDialog::takeText() {
         return;
     }
     // What was wrong with the last text need not be wrong with this one.
-    if (outcome_->kind() == OutcomeLine::Kind::error || text().trimmed().isEmpty())
+    if (outcome_->kind() == OutcomeLine::Kind::error || !isComplete())
         setOutcome(OutcomeLine::Kind::note, {});
     else
-        setConfirmable(true);
+        takeCompleteness();
     emit textChanged(text());
 }
 

@@ -26,6 +26,10 @@ protected:
 
     /// Both belong to the content of the dialog; to be called once.
     void watch(QLineEdit* field, OutcomeLine* outcome);
+    /// Whether what was entered so far could be confirmed, unless it is refused.
+    virtual bool isComplete() const;
+    /// To be called when something else than the text has changed.
+    void takeCompleteness();
 
 private:
     void takeText();

@@ -63,7 +63,7 @@ TEST_F(OperationDialogsTest, transferStartsWithTheTargetSelectedAndSaysWhatItDoe
     auto& dialog = transfer("/media/Záloha", TransferKind::move);
     const QSignalSpy typed(&dialog, &TransferDialog::typed);
     QSignalSpy confirmed(&dialog, &FieldDialog::textConfirmed);
-    auto* field = dialog.findChild<QLineEdit*>("transferField");
+    auto* field = dialog.findChild<QLineEdit*>("targetField");
     EXPECT_EQ(title(), "Přesunout „0.pdf“");
     EXPECT_EQ(confirm()->text(), "Přesunout");
     EXPECT_EQ(focus(), field);
@@ -112,7 +112,7 @@ TEST_F(OperationDialogsTest, keysAreAboutTheSuggestionsFirst) {
     auto& dialog = transfer("/home/jana/s");
     const QSignalSpy confirmed(&dialog, &FieldDialog::textConfirmed);
     const QSignalSpy cancelled(&dialog, &DialogCard::cancelled);
-    auto* field = dialog.findChild<QLineEdit*>("transferField");
+    auto* field = dialog.findChild<QLineEdit*>("targetField");
     auto* list = window.findChild<SuggestionList*>();
     const auto suggest = [&] {
         dialog.setSuggestions({"/home/jana/Směrnice", "/home/jana/Smlouvy"}, "/home/jana");

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "app/model/PanelModel.h"
+
+#include <QString>
+
+namespace fennik::ui {
+
+/// The name of what the panel shows: of the folder, or of the archive, wherever in it.
+QString placeName(const app::PanelModel& panel);
+/// The same for screen readers, who hear where in the archive too: "web.zip › css".
+QString spokenPlace(const app::PanelModel& panel);
+/// What all of an archive comes to: "1 204 souborů · 118 MB".
+QString contentInWords(const ArchiveIndex& archive);
+/// "tar.gz · jen pro čtení"
+QString archiveBadge(const ArchiveIndex& archive);
+
+} // namespace fennik::ui
