@@ -170,7 +170,10 @@ bool DialogCard::focusNextPrevChild(bool next) {
     const auto count = std::ptrdiff_t(order.size());
     const auto index = current == order.end() ? (next ? -1 : 0) : current - order.begin();
     const auto target = (index + (next ? 1 : count - 1)) % count;
-    order[std::size_t(target)]->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    auto* widget = order[std::size_t(target)];
+    widget->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    if (area_->isAncestorOf(widget)) // the area itself only hears of steps within it
+        area_->ensureWidgetVisible(widget);
     return true;
 }
 
