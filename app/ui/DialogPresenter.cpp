@@ -251,18 +251,19 @@ DialogCard* DialogPresenter::card(const app::ExtractDialog& dialog) {
 
 DialogCard* DialogPresenter::card(const app::PasswordDialog& dialog) {
     const auto& pending = *dialog.pending;
-    const bool wasWrong = pending.wasWrong == app::WasWrong::yes;
-    auto* card = qobject_cast<PasswordDialog*>(host_->card());
-    if (card == nullptr || !wasWrong) {
-        card =
-            new PasswordDialog(shownName(pending.archive.lastComponent()),
-                               fromUtf8(pending.encryption), context_.theme, context_.icons, host_);
-        connect(card, &FieldDialog::textConfirmed, &app_,
-                [this](const QString& text) { app_.answerPassword(text.toStdString()); });
-        connect(card, &DialogCard::cancelled, &app_, &app::AppModel::closeDialog);
-    }
-    if (wasWrong)
-        card->showWrong();
+    auto* card =
+        new PasswordDialog(shownName(pending.archive.lastComponent()), fromUtf8(pending.encryption),
+                           context_.theme, context_.icons, host_);
+    const auto tried = std::exchange(tried_, std::nullopt);
+    const bool isAboutTried = tried && tried->archive == pending.archive;
+    if (pending.wasWrong == app::WasWrong::yes)
+        card->showWrong(isAboutTried ? tried->password : QString());
+    connect(card, &FieldDialog::textConfirmed, &app_,
+            [this, archive = pending.archive](const QString& text) {
+                tried_ = Tried{archive, text};
+                app_.answerPassword(text.toStdString());
+            });
+    connect(card, &DialogCard::cancelled, &app_, &app::AppModel::closeDialog);
     return card;
 }
 

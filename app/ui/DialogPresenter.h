@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+#include <optional>
+
 class QWidget;
 
 namespace fennik::ui {
@@ -40,9 +42,16 @@ private:
     DialogCard* card(const app::PasswordDialog& dialog);
     DialogCard* card(const app::MaskDialog& dialog);
 
+    /// The password that was given last, until it is known whether it was right.
+    struct Tried {
+        FileUrl archive = {};
+        QString password = {};
+    };
+
     UiContext context_;
     app::AppModel& app_;
     DialogHost* host_;
+    std::optional<Tried> tried_;
 };
 
 } // namespace fennik::ui

@@ -1,6 +1,7 @@
 #include "app/ui/PanelTableModel.h"
 
 #include "app/ui/FileLook.h"
+#include "app/ui/PanelWords.h"
 #include "app/ui/Text.h"
 #include "core/listing/Format.h"
 
@@ -73,7 +74,8 @@ QVariant PanelTableModel::headerData(int section, Qt::Orientation orientation, i
 
 QString PanelTableModel::sizeText(const FileItemView& item) const {
     if (!item.isFolderLike())
-        return fromUtf8(Format::bytes(item.size));
+        return isSizeUnknown(panel_, item) ? QStringLiteral("—")
+                                           : fromUtf8(Format::bytes(item.size));
     const auto& known = panel_.folderSizes();
     if (panel_.sizing().contains(item.name))
         return QStringLiteral("počítám…");
@@ -99,7 +101,9 @@ QString PanelTableModel::rowText(const FileItemView& item) const {
     if (item.isParentLink)
         return kindText(item);
     QStringList parts{shownName(item.name), kindText(item)};
-    if (!item.isFolderLike() || panel_.folderSizes().contains(item.name))
+    const bool hasSize = item.isFolderLike() ? panel_.folderSizes().contains(item.name)
+                                             : !isSizeUnknown(panel_, item);
+    if (hasSize)
         parts << sizeText(item);
     if (const auto date = czechDate(item.modified, DateDetail::minutes); !date.isEmpty())
         parts << QStringLiteral("změněno ") + date;

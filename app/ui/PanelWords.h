@@ -12,6 +12,9 @@ QString placeName(const app::PanelModel& panel);
 QString spokenPlace(const app::PanelModel& panel);
 /// What all of an archive comes to: "1 204 souborů · 118 MB".
 QString contentInWords(const ArchiveIndex& archive);
+/// Whether nobody knows how large the item is: a compressed file does not always tell before it is
+/// unpacked.
+bool isSizeUnknown(const app::PanelModel& panel, const FileItemView& item);
 /// "tar.gz · jen pro čtení"
 QString archiveBadge(const ArchiveIndex& archive);
 

@@ -152,7 +152,7 @@ QString StatusLine::details() const {
     if (const auto* target = panel_.linkTarget(std::string(item.name)))
         parts << QStringLiteral("→ ") + shownName(target->path);
     const auto folderSize = panel_.folderSizes().find(item.name);
-    if (!item.isFolderLike())
+    if (!item.isFolderLike() && !isSizeUnknown(panel_, item))
         parts << fromUtf8(Format::grouped(item.size)) + QStringLiteral(" B");
     else if (folderSize != panel_.folderSizes().end())
         parts << fromUtf8(Format::grouped(folderSize->second)) + QStringLiteral(" B");

@@ -194,7 +194,8 @@ QString Theme::styleSheet() const {
         QMenu::separator { background: $line; height: 1px; margin: 4u 8u; }
         QLineEdit { background: $field; color: $text; border: 1px solid $control;
             border-radius: 7u; min-height: 28u; padding: 1px $fieldPaddingpx;
-            selection-background-color: $accent; selection-color: $onAccent; }
+            selection-background-color: $accent; selection-color: $onAccent;
+            lineedit-password-character: 8226; }
         QLineEdit:focus { border: 2px solid $accent; padding: 0 $focusedPaddingpx; }
         QLineEdit[invalid="true"] { border: 2px solid $err; padding: 0 $focusedPaddingpx; }
         QLineEdit:disabled { background: $chrome; color: $control; }

@@ -5,6 +5,7 @@
 #include "app/ui/dialogs/CheckBox.h"
 #include "app/ui/dialogs/ChoiceTile.h"
 #include "app/ui/dialogs/ConflictSide.h"
+#include "app/ui/dialogs/Deafness.h"
 #include "core/base/CzechText.h"
 #include "core/listing/Format.h"
 
@@ -12,17 +13,13 @@
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <chrono>
 
 namespace fennik::ui {
 
 namespace {
-
-constexpr auto deafFor = std::chrono::milliseconds(400);
 
 struct Choice {
     ConflictChoice choice;
@@ -120,8 +117,7 @@ ConflictDialog::ConflictDialog(const Theme& theme, Icons& icons, QWidget* parent
       mismatch_(new WarningStrip(QStringLiteral("Pozor: jedno je složka a druhé soubor."), theme,
                                  icons, nullptr)),
       forAll_(new CheckBox(QStringLiteral("Použít i pro všechny další shody v této operaci"), theme,
-                           nullptr)),
-      deafness_(new QTimer(this)) {
+                           nullptr)) {
     setPreferredWidth(mostWidth);
     newItem_->setObjectName(QStringLiteral("newItem"));
     existing_->setObjectName(QStringLiteral("existingItem"));
@@ -154,9 +150,8 @@ ConflictDialog::ConflictDialog(const Theme& theme, Icons& icons, QWidget* parent
     layout->addLayout(grid);
     layout->addWidget(forAll_);
     setContent(content);
-    deafness_->setSingleShot(true);
-    deafness_->setInterval(deafFor);
     qApp->installEventFilter(this);
+    new Deafness(*this);
 }
 
 ConflictDialog::~ConflictDialog() {
@@ -194,11 +189,6 @@ void ConflictDialog::ask(const Conflict& conflict, const JobSnapshot& job) {
     if (isVisible())
         takeFocus();
     emit heightChanged();
-}
-
-void ConflictDialog::showEvent(QShowEvent* event) {
-    DialogCard::showEvent(event);
-    deafness_->start();
 }
 
 void ConflictDialog::answer(std::size_t choice) {
@@ -250,7 +240,7 @@ bool ConflictDialog::eventFilter(QObject* watched, QEvent* event) {
     if (!isKey || widget == nullptr || !(widget == this || isAncestorOf(widget)))
         return DialogCard::eventFilter(watched, event);
     const auto& press = *static_cast<QKeyEvent*>(event);
-    if (deafness_->isActive() || press.isAutoRepeat()) {
+    if (press.isAutoRepeat()) {
         event->accept();
         return true;
     }

@@ -7,7 +7,6 @@
 #include <array>
 
 class QCheckBox;
-class QTimer;
 
 namespace fennik::ui {
 
@@ -31,7 +30,6 @@ signals:
     void answered(const fennik::ConflictDecision& decision);
 
 protected:
-    void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -46,7 +44,6 @@ private:
     ConflictSide* existing_;
     QWidget* mismatch_;
     QCheckBox* forAll_;
-    QTimer* deafness_; ///< runs while keys do nothing
 };
 
 } // namespace fennik::ui

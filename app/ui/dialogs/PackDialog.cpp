@@ -171,11 +171,13 @@ QWidget* PackDialog::makeContent(OutcomeLine* outcome) {
     layout->addWidget(heading(QStringLiteral("Název archivu"), name_, theme()));
     layout->addWidget(name_);
     layout->addWidget(outcome);
+    layout->addSpacing(theme().px(2));
     layout->addWidget(heading(QStringLiteral("Formát"), format_, theme()));
     layout->addWidget(format_);
     part();
     layout->addLayout(line(heading(QStringLiteral("Komprese"), level_, theme()), levelText_));
     layout->addWidget(level_);
+    layout->addSpacing(-theme().px(3));
     layout->addLayout(
         line(legend(levelText(leastLevel), theme()), legend(levelText(mostLevel), theme())));
     part();
@@ -185,14 +187,16 @@ QWidget* PackDialog::makeContent(OutcomeLine* outcome) {
     auto* passwordHeading = new QHBoxLayout;
     passwordHeading->setSpacing(theme().px(4));
     passwordHeading->addWidget(heading(QStringLiteral("Heslo"), password_, theme()));
-    passwordHeading->addWidget(legend(QStringLiteral("(nepovinné, AES-256, jen ZIP)"), theme()), 1);
+    passwordHeading->addWidget(legend(QStringLiteral("(nepovinné, AES-256, jen ZIP)"), theme()));
+    passwordHeading->addSpacing(theme().px(10));
+    passwordHeading->addWidget(aboutPassword_, 1);
     layout->addLayout(passwordHeading);
     auto* passwords = new QHBoxLayout;
     passwords->setSpacing(theme().px(16));
     passwords->addWidget(password_, 1);
     passwords->addWidget(repeated_, 1);
     layout->addLayout(passwords);
-    layout->addWidget(aboutPassword_);
+    layout->addSpacing(theme().px(3));
     layout->addWidget(skipJunk_);
     // Who types a password goes on to repeat it.
     QWidget::setTabOrder(password_, repeated_);

@@ -50,7 +50,8 @@ PasswordDialog::PasswordDialog(const QString& archive, const QString& encryption
     watch(field_, outcome);
 }
 
-void PasswordDialog::showWrong() {
+void PasswordDialog::showWrong(const QString& tried) {
+    field_->setText(tried);
     setOutcome(OutcomeLine::Kind::error, QStringLiteral("Špatné heslo."));
     field_->selectAll();
 }

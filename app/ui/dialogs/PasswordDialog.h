@@ -15,8 +15,9 @@ public:
     PasswordDialog(const QString& archive, const QString& encryption, const Theme& theme,
                    Icons& icons, QWidget* parent);
 
-    /// The last password was wrong: it stands selected, so that another one takes its place.
-    void showWrong();
+    /// The last password was wrong, that was `tried`: it stands selected, so that another one takes
+    /// its place.
+    void showWrong(const QString& tried);
 
 protected:
     bool isComplete() const override;

@@ -288,11 +288,11 @@ TEST_F(ArchiveDialogsTest, aWrongPasswordStandsSelectedUntilAnotherOneIsTyped) {
     type("  "); // which may be somebody's password
     press(Qt::Key_Return);
     EXPECT_EQ(given, std::vector<QString>{"  "});
-    dialog->showWrong();
+    dialog->showWrong("  ");
     EXPECT_EQ(focus()->accessibleDescription(), "Špatné heslo.");
     press(Qt::Key_Return);
     EXPECT_EQ(given.size(), 1U);
-    type("b");
+    type("b"); // in the place of the wrong one
     EXPECT_EQ(focus()->accessibleDescription(), "");
     press(Qt::Key_Return);
     EXPECT_EQ(given.back(), "b");
