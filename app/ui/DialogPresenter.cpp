@@ -79,14 +79,14 @@ SourceItems entriesOf(const ArchiveIndex& archive, const std::vector<std::string
             continue;
         }
         const bool isFolder = entry->kind == ArchiveEntry::Kind::directory;
+        const bool isLink = entry->linkTarget.has_value();
         const auto size = isFolder ? archive.folderSize(path) : entry->size;
         items.rows.push_back(
             {.name = shownName(name),
-             .size = fromUtf8(Format::bytes(size)),
+             .size = isLink ? QString() : fromUtf8(Format::bytes(size)),
              .look =
                  lookOf({.name = name, .kind = isFolder ? FileKind::directory : FileKind::file}),
-             .badge =
-                 entry->kind == ArchiveEntry::Kind::symlink ? IconBadge::link : IconBadge::none});
+             .badge = isLink ? IconBadge::link : IconBadge::none});
     }
     return items;
 }

@@ -157,7 +157,7 @@ void DialogCard::takeFocus() {
     // Without a field the answer that Enter gives stands ready.
     auto* answer = canConfirm() ? static_cast<QWidget*>(confirm_) : order.front();
     auto* first = field != order.end() ? *field : answer;
-    first->setFocus(Qt::TabFocusReason);
+    focus(*first, Qt::TabFocusReason);
     if (auto* line = qobject_cast<QLineEdit*>(first))
         line->selectAll();
 }
@@ -170,11 +170,14 @@ bool DialogCard::focusNextPrevChild(bool next) {
     const auto count = std::ptrdiff_t(order.size());
     const auto index = current == order.end() ? (next ? -1 : 0) : current - order.begin();
     const auto target = (index + (next ? 1 : count - 1)) % count;
-    auto* widget = order[std::size_t(target)];
-    widget->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-    if (area_->isAncestorOf(widget)) // the area itself only hears of steps within it
-        area_->ensureWidgetVisible(widget);
+    focus(*order[std::size_t(target)], next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
     return true;
+}
+
+void DialogCard::focus(QWidget& widget, Qt::FocusReason reason) {
+    widget.setFocus(reason);
+    if (area_->isAncestorOf(&widget)) // the area itself only hears of steps within it
+        area_->ensureWidgetVisible(&widget);
 }
 
 bool DialogCard::canConfirm() const {

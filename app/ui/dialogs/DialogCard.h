@@ -74,6 +74,7 @@ protected:
 
 private:
     std::vector<QWidget*> focusOrder() const;
+    void focus(QWidget& widget, Qt::FocusReason reason);
     void confirm();
     bool canConfirm() const;
     void takeTheme();

@@ -4,6 +4,7 @@
 #include "app/ui/Text.h"
 #include "app/ui/dialogs/ArchiveNameField.h"
 #include "app/ui/dialogs/CheckBox.h"
+#include "app/ui/dialogs/ElidedLabel.h"
 #include "app/ui/dialogs/LabelColor.h"
 #include "app/ui/dialogs/LevelSlider.h"
 #include "app/ui/dialogs/PasswordField.h"
@@ -101,7 +102,7 @@ QLabel* heading(const QString& text, QWidget* buddy, const Theme& theme) {
 }
 
 QLabel* legend(const QString& text, const Theme& theme) {
-    auto* label = new QLabel(text);
+    auto* label = new ElidedLabel(text, nullptr);
     label->setFont(theme.font(FontRole::small));
     followColor(*label, theme, &Tokens::text3);
     return label;
@@ -143,6 +144,8 @@ PackDialog::PackDialog(const app::PackDialog& dialog, const SourceItems& sources
     repeated_->setObjectName(QStringLiteral("packPasswordAgain"));
     aboutPassword_->setObjectName(QStringLiteral("aboutPassword"));
     skipJunk_->setObjectName(QStringLiteral("skipJunk"));
+    // Large letters in a small window cut it off rather than everything beside it.
+    skipJunk_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     levelText_->setFont(theme.font(FontRole::detail, QFont::DemiBold));
     followColor(*levelText_, theme, &Tokens::text);
 
