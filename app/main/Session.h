@@ -11,8 +11,9 @@
 #include "app/ui/Icons.h"
 #include "app/ui/MainWindow.h"
 #include "app/ui/Theme.h"
-#include "core/archives/ArchivePacker.h"
-#include "core/archives/ArchiveReader.h"
+#include "core/archives/helper/HelperArchives.h"
+#include "core/archives/helper/HelperPacker.h"
+
 #include "core/base/BackgroundPool.h"
 #include "core/base/SerialWorker.h"
 #include "core/operations/Trashes.h"
@@ -58,8 +59,8 @@ private:
     SerialWorker transfers_;
     SerialWorker actions_;
     SystemTrash trash_;
-    DirectArchives archives_;
-    DirectPacker packer_;
+    HelperArchives archives_;
+    HelperPacker packer_;
     TemporaryPlaces temporaryPlaces_;
     std::unique_ptr<FolderEvents> events_;
     system::DesktopClipboard clipboard_;
