@@ -59,6 +59,31 @@ TEST_F(ArchiveExtractorTest, takesEverythingAsTheArchiveHasIt) {
     EXPECT_THAT(target(), IsEmpty());
 }
 
+TEST_F(ArchiveExtractorTest, closesFoldersToTheirOwnerOnlyAtTheEnd) {
+    // More than are kept open.
+    for (int i = 0; i < 150; ++i) {
+        const auto folder = "f" + std::to_string(i);
+        archives.entries.push_back(File::folder(folder, 0));
+        archives.entries.push_back(File::folder(folder + "/closed", 0500));
+        archives.entries.push_back(File::file(folder + "/closed/a", "content"));
+    }
+    archives.entries.push_back(File::file("f0/closed/b", "content"));
+    archives.entries.push_back(File::link("f0/link", "closed"));
+    chmod(temp.path("target").c_str(), 0777);
+    chmod(temp.url().path().c_str(), 0755);
+    EXPECT_TRUE(asOrdinaryUser([this] {
+        EXPECT_EQ(extract(), PairOutcome::done);
+        EXPECT_THAT(context.errors, IsEmpty());
+        return !HasFailure();
+    }));
+    EXPECT_EQ(target().size(), 452U);
+    for (const auto* name : {"target/f0", "target/f149"}) {
+        EXPECT_EQ(statusOf(temp.path(name)).st_mode & 07777U, 0U);
+        EXPECT_EQ(statusOf(temp.path(name) + "/closed").st_mode & 07777U, 0500U);
+        EXPECT_EQ(statusOf(temp.path(name)).st_mtim.tv_sec, 1'500'000'000);
+    }
+}
+
 TEST_F(ArchiveExtractorTest, refusesWhatLeadsOutOfTheTarget) {
     archives.entries = {File::file("../outside/evil", "x"), File::file("a/../../outside/b", "x"),
                         File::file("/etc/evil", "x"),       File::file(".", "x"),
