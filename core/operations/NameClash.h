@@ -9,11 +9,9 @@
 #include <optional>
 #include <string>
 
-namespace fennik {
-
 /// A name that is taken where an item is to go: lets the user settle it, and clears the name by
 /// moving what has it into the trash.
-namespace NameClash {
+namespace fennik::NameClash {
 
 /// The item that is to get the name, as the user is told of it.
 struct Newcomer {
@@ -55,6 +53,4 @@ Settled settle(TransferLedger& ledger, const Newcomer& newcomer, const Occupant&
 /// behind. Its step must be the last one of the job.
 void bringBack(TransferLedger& ledger, const Occupant& occupant, const FileUrl& displaced);
 
-} // namespace NameClash
-
-} // namespace fennik
+} // namespace fennik::NameClash
