@@ -67,10 +67,11 @@ bool ArchiveExtraction::goesOn() {
 bool ArchiveExtraction::run() {
     if (!prepare())
         return !isStopped_;
-    stream_.emplace(around_.archives, context_, around_.askPassword,
-                    ArchiveRequest{.url = what_.archive,
-                                   .password = password_,
-                                   .charset = index_ ? index_->charset() : std::string()});
+    stream_ = std::make_unique<UnlockingStream>(
+        around_.archives, context_, around_.askPassword,
+        ArchiveRequest{.url = what_.archive,
+                       .password = password_,
+                       .charset = index_ ? index_->charset() : std::string()});
     auto first = stream_->next();
     if (first && !isAsSeen()) {
         ledger_.failed("Archiv " + quoted(what_.archive.lastComponent()) +
@@ -237,12 +238,14 @@ std::optional<EntryStream::Block> ArchiveExtraction::firstData(const ArchiveEntr
 
 void ArchiveExtraction::takeDataOfLink(const ArchiveEntry& entry) {
     const auto first = firstData(entry);
-    const auto file = empty_.find(entry.linkTarget.value_or(std::string()));
+    const auto target = entry.linkTarget.value_or(std::string());
+    const auto standIn = linksOut_.find(target);
+    const auto file = empty_.find(standIn == linksOut_.end() ? target : standIn->second.path);
     if (!first || first->bytes.empty() || file == empty_.end())
         return;
-    const auto [target, base] = file->second;
+    const auto later = file->second;
     empty_.erase(file);
-    writeFile({.entry = target}, base, *first);
+    writeFile({.entry = later.entry}, later.base, *first);
 }
 
 void ArchiveExtraction::writeFile(const StreamEntry& met, std::size_t base,
@@ -411,7 +414,7 @@ std::optional<std::string> ArchiveExtraction::objection(const FileStatus& there)
 ExtractionFolders* ArchiveExtraction::folders() {
     if (!folders_ && !isOver_)
         isOver_ = !makeTop();
-    return isOver_ ? nullptr : &*folders_;
+    return isOver_ ? nullptr : folders_.get();
 }
 
 bool ArchiveExtraction::makeTop() {
@@ -424,8 +427,9 @@ bool ArchiveExtraction::makeTop() {
     auto target = around_.targets.complete(*way, ledger_);
     if (!target)
         return false;
-    folders_.emplace(ledger_, disk_, placing_, index_.get(), std::move(target),
-                     [this](const std::string& folder) { return newcomer(folder); });
+    folders_ = std::make_unique<ExtractionFolders>(
+        ledger_, disk_, placing_, index_.get(), std::move(target),
+        [this](const std::string& folder) { return newcomer(folder); });
     const auto own = ownFolderName();
     return !own || folders_->beginIn(*own);
 }
@@ -433,9 +437,9 @@ bool ArchiveExtraction::makeTop() {
 std::optional<std::string> ArchiveExtraction::ownFolderName() const {
     if (!what_.ownFolder || stream_->facts().isRaw)
         return std::nullopt;
-    const std::string whole(what_.archive.lastComponent());
+    std::string whole(what_.archive.lastComponent());
     const auto extension = ArchiveSupport::archiveExtension(whole);
-    const auto name = extension ? whole.substr(0, whole.size() - extension->size() - 1) : whole;
+    auto name = extension ? whole.substr(0, whole.size() - extension->size() - 1) : whole;
     if (name == "." || name == "..")
         return whole;
     if (!index_ || what_.selection)

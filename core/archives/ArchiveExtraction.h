@@ -101,9 +101,9 @@ private:
     std::string password_;
     std::shared_ptr<const ArchiveIndex> index_;
     EntrySelection selection_;
-    std::optional<UnlockingStream> stream_ = {};
+    std::unique_ptr<UnlockingStream> stream_ = {};
     NamePlacing placing_;
-    std::optional<ExtractionFolders> folders_ = {};
+    std::unique_ptr<ExtractionFolders> folders_ = {};
     /// By their paths in the archive; empty where the archive can have no hard links.
     std::unordered_map<std::string, WrittenFile> written_ = {};
     std::vector<Later> links_ = {};

@@ -51,8 +51,6 @@ TransferTotals EntrySelection::totals(const ArchiveIndex& index) const {
 
 std::map<std::string, ArchiveEntry> EntrySelection::linksOut(const ArchiveIndex& index) const {
     std::map<std::string, ArchiveEntry> links;
-    if (!selected_)
-        return links;
     visit(index, [&](const ArchiveEntry& entry) {
         if (entry.kind == ArchiveEntry::Kind::hardlink && entry.linkTarget &&
             !baseLength(*entry.linkTarget))
@@ -63,6 +61,8 @@ std::map<std::string, ArchiveEntry> EntrySelection::linksOut(const ArchiveIndex&
 
 void EntrySelection::visit(const ArchiveIndex& index, const Visit& visit) const {
     std::vector<std::string> left;
+    if (!selected_)
+        return;
     for (const auto& path : *selected_) {
         const auto slash = path.rfind('/');
         const bool isBelowAnother =

@@ -32,7 +32,7 @@ public:
 
 private:
     using Visit = std::function<void(const ArchiveEntry&)>;
-    /// All that was selected but folders, each once.
+    /// All that was selected one by one but folders, each once.
     void visit(const ArchiveIndex& index, const Visit& visit) const;
 
     struct Hash {

@@ -135,7 +135,7 @@ NamePlacing::Made ExtractionFolders::make(Folder& folder, const FolderNode::Poin
     auto node = FolderNode::below(parent, name);
     if (!node) {
         // It is empty, and so is whatever else it may be that is removed.
-        static_cast<void>(held.removeFolder(name));
+        [[maybe_unused]] const auto removed = held.removeFolder(name);
         return fail(node.error());
     }
     folder.node = std::move(*node);
@@ -157,10 +157,11 @@ void ExtractionFolders::forget(const FileIdentity& folder) {
 void ExtractionFolders::finish() {
     for (auto& folder : folders_ | std::views::reverse) {
         if (folder.isNew && folder.look) {
+            const auto held = folder.node->open();
             // A folder without these is complete all the same.
-            if (const auto held = folder.node->open())
-                static_cast<void>(
-                    setModeAndTime(**held, plainMode(*folder.look), folder.look->modified));
+            if (held) [[maybe_unused]]
+                const auto set =
+                    setModeAndTime(**held, plainMode(*folder.look), folder.look->modified);
         }
         folder.node.reset();
     }

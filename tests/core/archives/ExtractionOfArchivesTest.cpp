@@ -135,6 +135,11 @@ TEST_F(ExtractionOfArchivesTest, findsTheDataOfAFileWithItsLastName) {
     EXPECT_EQ(extract("x.cpio", cpioWithTwoNames()), PairOutcome::done);
     EXPECT_THAT(context.errors, IsEmpty());
     EXPECT_EQ(target(), (Tree{{"one", "the data"}, {"two", "the data"}}));
+
+    fs::remove_all(temp.path("target"));
+    extraction.selection = {{"two"}};
+    EXPECT_EQ(extract("x.cpio", cpioWithTwoNames()), PairOutcome::done);
+    EXPECT_EQ(target(), (Tree{{"two", "the data"}}));
 }
 
 TEST_F(ExtractionOfArchivesTest, writesCzechNamesThatAreNotUtf8) {
