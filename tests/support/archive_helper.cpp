@@ -10,7 +10,9 @@
 #include <ctime>
 #include <functional>
 #include <memory>
+#include <new>
 #include <string>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <unistd.h>
 #include <utility>
@@ -57,6 +59,18 @@ void useProcessor(double seconds) {
     const auto end = clock() + static_cast<clock_t>(seconds * CLOCKS_PER_SEC);
     while (clock() < end) {
     }
+}
+
+/// Maps what it may, as an allocator does, and then fails as one does.
+[[noreturn]] void useUpMemory() {
+    constexpr std::size_t size = 1 << 20;
+    std::vector<void*> pieces;
+    while (pieces.empty() || pieces.back() != MAP_FAILED)
+        pieces.push_back(
+            mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+    for (auto* const piece : pieces)
+        munmap(piece, size);
+    throw std::bad_alloc();
 }
 
 /// Entries made by a function that is told how many there were before.
@@ -129,11 +143,7 @@ MadeStream::Make makerFor(std::string_view name) {
             spin();
         });
     if (name == "eats memory")
-        return afterOwnNumber([] {
-            std::vector<std::unique_ptr<std::array<char, 1 << 20>>> eaten;
-            while (true)
-                eaten.push_back(std::make_unique<std::array<char, 1 << 20>>());
-        });
+        return afterOwnNumber([] { useUpMemory(); });
     if (name == "writes garbage")
         return afterOwnNumber([] {
             const std::vector<char> garbage(1 << 20, 'x');
@@ -243,6 +253,6 @@ int main() {
     const MadePacker packer;
     return runArchiveHelper({.open = open,
                              .packer = packer,
-                             .memory = 128 << 20,
+                             .memory = 512 << 20,
                              .processorTime = std::chrono::seconds(1)});
 }

@@ -68,7 +68,8 @@ int main(int argumentCount, char** arguments) {
     const auto texts = std::span<const char* const>(arguments, std::size_t(argumentCount))
                            .subspan(argumentCount > 0 ? 1 : 0);
     if (texts.size() == 1 && texts.front() == archiveHelperOption)
-        return runArchiveHelper();
+        if (const int code = runArchiveHelper(); code != HelperExit::noHelper)
+            return code;
     const auto options = app::readOptions(texts);
     if (!options) {
         std::cerr << options.error() << '\n';

@@ -9,7 +9,8 @@
 namespace fennik {
 
 /// Opens each archive in a process of its own, which may hang, crash or ask for all the memory
-/// there is: to whoever reads, the archive is then damaged. Safe on any thread.
+/// there is: to whoever reads, the archive is then damaged. One that sleeps for ever, without using
+/// the processor, is ended by a cancellation alone. Safe on any thread.
 class HelperArchives final : public ArchiveOpener {
 public:
     /// `program` calls `runArchiveHelper` when its argument is `archiveHelperOption`.

@@ -69,6 +69,8 @@ class Options(ProgramTest):
     def test_what_makes_no_sense_is_said_in_a_sentence(self):
         for arguments, sentence in (
                 (["--nesmysl"], "Neznámá volba „--nesmysl“. Všechny ukáže --help."),
+                (["--archive-helper"],
+                 "Neznámá volba „--archive-helper“. Všechny ukáže --help."),
                 (["-x"], "Neznámá volba „-x“. Všechny ukáže --help."),
                 (["--size"], "Za volbou --size chybí hodnota."),
                 (["--size", "veliká"], "Hodnotě „veliká“ u volby --size nerozumím."),

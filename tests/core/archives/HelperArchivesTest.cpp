@@ -3,6 +3,7 @@
 #include "core/archives/ArchiveIndex.h"
 #include "core/archives/ArchiveReader.h"
 #include "core/archives/helper/ArchiveHelper.h"
+#include "core/archives/helper/ArchiveMessages.h"
 #include "core/platform/ChildProcess.h"
 #include "tests/support/Processes.h"
 #include "tests/support/TempFolder.h"
@@ -182,6 +183,36 @@ TEST_F(HelperArchivesTest, believesNoEntryThatCannotBe) {
         EXPECT_EQ(stream->next().error(),
                   (ArchiveError{ArchiveError::Case::damaged, "čtení nedává smysl"}));
     }
+}
+
+TEST_F(HelperArchivesTest, takesNoPartOfAMessageForAWholeOne) {
+    MessageWriter writer;
+    const auto fieldsOf = [&](const auto& put) {
+        writer.clear();
+        writer.begin(MessageKind::entry);
+        put();
+        writer.finish();
+        return writer.bytes().subspan(sizeof(MessageHead));
+    };
+    const auto checkParts = [](std::span<const std::byte> fields, const auto& take) {
+        ASSERT_TRUE(take(MessageReader(fields)));
+        for (std::size_t size = 0; size < fields.size(); ++size)
+            EXPECT_FALSE(take(MessageReader(fields.first(size)))) << size;
+        std::vector<std::byte> longer(fields.begin(), fields.end());
+        longer.push_back({});
+        EXPECT_FALSE(take(MessageReader(longer)));
+    };
+    namespace Messages = ArchiveMessages;
+    const StreamEntry link{
+        .entry = {.path = "a/b", .kind = ArchiveEntry::Kind::symlink, .linkTarget = "target"}};
+    checkParts(fieldsOf([&] { Messages::put(writer, link, FollowedBy::data); }), Messages::entry);
+    checkParts(fieldsOf([&] { Messages::put(writer, ArchiveFacts{.formatName = "made"}); }),
+               Messages::facts);
+    checkParts(
+        fieldsOf([&] { Messages::put(writer, ArchiveError{ArchiveError::Case::damaged, "why"}); }),
+        Messages::error);
+    const ArchiveRequest request{.url = temp.url(), .wanted = std::vector<std::string>{"a", "b"}};
+    checkParts(fieldsOf([&] { Messages::put(writer, request); }), Messages::archiveRequest);
 }
 
 TEST_F(HelperArchivesTest, letsWorkTakeLongThatGetsOn) {
