@@ -264,6 +264,8 @@ Result<archive_entry*> ArchiveReader::State::nextHeader() {
     int result = ARCHIVE_RETRY;
     for (int i = 0; i < patience && result == ARCHIVE_RETRY; ++i)
         result = archive_read_next_header(reader.get(), &met);
+    if (entries == 0)
+        learnFormat();
     if (result == ARCHIVE_EOF) {
         hasEnded = true;
         return nullptr;
@@ -409,8 +411,6 @@ Result<std::optional<StreamEntry>> ArchiveReader::next() {
         const auto met = state_->nextHeader();
         if (!met)
             return std::unexpected(met.error());
-        if (state_->entries == 0)
-            state_->learnFormat();
         if (*met == nullptr && !state_->isEmptyCompressedFile())
             return std::nullopt;
         state_->entries += 1;

@@ -326,6 +326,14 @@ TEST_F(ArchiveReaderTest, asksForPasswordsAndChecksThem) {
     }
 }
 
+TEST_F(ArchiveReaderTest, saysThatAnEncryptedListOfEntriesCannotBeRead) {
+    // Encrypted, strongly, and so is the directory.
+    const auto found = read("a.zip", zipOf({{.name = "a", .content = "x", .flags = 0x2041}}));
+    EXPECT_EQ(found.error, (ArchiveError{Case::unsupportedEncryption, "ZIP"}));
+    EXPECT_EQ(found.error->message(),
+              "Šifrovaný archiv ZIP Fennik neumí rozbalit (umí jen šifrovaný ZIP).");
+}
+
 TEST_F(ArchiveReaderTest, endsWhenItIsCancelled) {
     std::vector<LibraryEntry> entries;
     for (int i = 0; i < 100; ++i)
