@@ -120,18 +120,21 @@ bool ArchiveExtraction::isAsSeen() const {
 }
 
 void ArchiveExtraction::takeEntries(EntryStream::Result<std::optional<StreamEntry>> met) {
-    while (met && *met && goesOn() && !isOver_) {
-        take(**met);
+    while (met) {
+        const auto& entry = *met;
+        if (!entry || !goesOn())
+            return;
+        take(*entry);
         if (disk_.isFull()) {
             ledger_.failed("Na disku už není místo, zbytek archivu " +
                            quoted(what_.archive.lastComponent()) + " zůstal nerozbalený.");
             isOver_ = true;
         }
-        if (!isStopped_ && !isOver_)
-            met = stream_->next();
+        if (isStopped_ || isOver_)
+            return;
+        met = stream_->next();
     }
-    if (!met)
-        fail(met.error());
+    fail(met.error());
 }
 
 void ArchiveExtraction::take(const StreamEntry& met) {
