@@ -105,7 +105,7 @@ private:
     PackItems items_;
     std::vector<Level> levels_;
     std::unordered_set<std::string> topNames_;
-    std::optional<FileUrl> lastFolder_; ///< of the sources, the last one of `tops`
+    std::optional<FileUrl> lastFolder_; ///< that held the source before
     std::uint32_t lastFolderIndex_ = 0;
 };
 
