@@ -31,7 +31,7 @@ namespace ArchiveMessages {
 void put(MessageWriter& message, const ArchiveRequest& request);
 void put(MessageWriter& message, const PackRequest& request);
 void put(MessageWriter& message, const ArchiveFacts& facts);
-void put(MessageWriter& message, const StreamEntry& entry, FollowedBy followedBy);
+void put(MessageWriter& message, const StreamEntry& met, FollowedBy followedBy);
 void put(MessageWriter& message, const ArchiveError& error);
 
 std::optional<ArchiveRequest> archiveRequest(MessageReader fields);

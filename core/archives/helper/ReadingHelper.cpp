@@ -82,17 +82,14 @@ public:
         tellFacts();
         if (!outbox_.send())
             return HelperExit::abandoned;
-        for (bool isFirst = true;; isFirst = false) {
-            const auto met = stream_->next();
-            if (isFirst)
-                tellFacts();
-            if (!met)
-                return endWith(met.error());
-            if (!*met)
-                return endWithAll();
-            if (!tell(**met))
+        auto met = stream_->next();
+        tellFacts(); // by now they are complete
+        while (met && met->has_value()) {
+            if (!tell(met->value()))
                 return HelperExit::abandoned;
+            met = stream_->next();
         }
+        return met ? endWithAll() : endWith(met.error());
     }
 
 private:
@@ -111,15 +108,10 @@ private:
     }
 
     bool isWanted(std::string_view path) const {
-        if (!wanted_)
+        if (!wanted_ || wanted_->contains(path))
             return true;
-        while (!wanted_->contains(path)) {
-            const auto slash = path.rfind('/');
-            if (slash == std::string_view::npos)
-                return false;
-            path = path.substr(0, slash);
-        }
-        return true;
+        const auto slash = path.rfind('/');
+        return slash != std::string_view::npos && isWanted(path.substr(0, slash));
     }
 
     void tellFacts() {

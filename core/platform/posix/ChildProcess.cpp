@@ -110,13 +110,14 @@ environmentWith(const std::vector<std::pair<std::string, std::string>>& variable
             all.emplace_back(text);
     }
     for (const auto& [name, value] : variables)
-        all.push_back(name + '=' + value);
+        all.emplace_back(name).append("=").append(value);
     return all;
 }
 
 /// As the system wants them: pointers into `texts` with none at the end.
 std::vector<char*> pointersInto(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (auto& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);

@@ -56,16 +56,16 @@ EntryStream::Result<std::string> contentOf(EntryStream& stream) {
 class HelperArchivesTest : public testing::Test {
 protected:
     EntryStream::Result<std::unique_ptr<EntryStream>>
-    open(const std::string& name, IsCancelled isCancelled = never,
+    open(const std::string& name, const IsCancelled& isCancelled = never,
          std::optional<std::vector<std::string>> wanted = std::nullopt) {
         return archives.open({.url = temp.url().appending(name), .wanted = std::move(wanted)},
                              isCancelled);
     }
     /// An archive that the helper does not read, but knows by its name.
     std::unique_ptr<EntryStream> openMade(const std::string& name,
-                                          IsCancelled isCancelled = never) {
+                                          const IsCancelled& isCancelled = never) {
         temp.file(name);
-        return open(name, std::move(isCancelled)).value();
+        return open(name, isCancelled).value();
     }
     /// The first entry of those that misbehave: the number of the helper.
     static std::string processOf(EntryStream& stream) {

@@ -193,7 +193,7 @@ TEST_F(HelperPackerTest, leavesAllOrNothingWhereverItIsKilled) {
         RecordingContext job(TransferKind::pack, trash);
         bool isPacked = false;
         {
-            std::jthread worker([&] {
+            const std::jthread worker([&] {
                 isPacked = packer.pack({temp.url().appending("source")}, archive(name),
                                        {.format = format, .level = 1}, job);
             });
