@@ -124,7 +124,8 @@ public:
     TransferEngine& engine() { return engine_; }
     /// Cancels a job, even while it asks.
     void cancelJob(const Uuid& id);
-    /// Cancels all jobs and whatever one of them asks, for good: the window closes.
+    /// Cancels all jobs, the reading of archives and whatever they ask, for good: the window
+    /// closes.
     void stopJobs();
     /// Whether the card of the queue is shown.
     bool showsOperations() const { return showsOperations_; }

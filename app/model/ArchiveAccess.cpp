@@ -96,11 +96,11 @@ ArchiveAccess::Result<ArchiveAccess::Found> ArchiveAccess::find(ArchiveWish wish
         return enter(*outer, entry, std::move(browse));
     }
     const auto file = browse.place;
-    return found(read(file, std::move(browse)));
+    return found(read(file, std::move(browse), Asking::allowed));
 }
 
-ArchiveAccess::Result<ArchiveBrowse> ArchiveAccess::read(const FileUrl& file,
-                                                         ArchiveBrowse wanted) const {
+ArchiveAccess::Result<ArchiveBrowse> ArchiveAccess::read(const FileUrl& file, ArchiveBrowse wanted,
+                                                         Asking asking) const {
     const auto isCancelled = [flag = cancelled_] { return flag->isSet(); };
     for (;;) {
         const ArchiveRequest request{.url = file,
@@ -118,7 +118,7 @@ ArchiveAccess::Result<ArchiveBrowse> ArchiveAccess::read(const FileUrl& file,
         const bool wasWrong = kind == ArchiveError::Case::wrongPassword;
         if (!wasWrong && kind != ArchiveError::Case::passwordRequired)
             return Failure(index.error().message());
-        wanted.password = askPassword_(file, wasWrong);
+        wanted.password = asking == Asking::allowed ? askPassword_(file, wasWrong) : std::nullopt;
         if (!wanted.password)
             return Failure("");
     }
@@ -127,8 +127,9 @@ ArchiveAccess::Result<ArchiveBrowse> ArchiveAccess::read(const FileUrl& file,
 ArchiveBrowse ArchiveAccess::show(ArchiveBrowse known) const {
     if (isCurrent(services_.files, known))
         return known;
-    // What cannot be read any more, or is still being written, stays as it was read.
-    const auto anew = read(known.index->url(), known);
+    // What cannot be read any more, or is still being written, stays as it was read. Nobody expects
+    // to be asked about it.
+    const auto anew = read(known.index->url(), known, Asking::forbidden);
     return anew ? *anew : known;
 }
 
@@ -146,7 +147,7 @@ ArchiveAccess::enter(ArchiveBrowse holder, const std::string& entry, ArchiveBrow
     wanted.place = holder.place.appending(*target);
     wanted.outer = std::make_shared<const ArchiveBrowse>(std::move(holder));
     wanted.copy = file->place;
-    return found(read(file->url, std::move(wanted)));
+    return found(read(file->url, std::move(wanted), Asking::allowed));
 }
 
 ArchiveAccess::Result<TakenFile> ArchiveAccess::takeOut(ArchiveBrowse& holder,

@@ -54,7 +54,8 @@ public:
     Result<Found> find(ArchiveWish wish) const;
 
 private:
-    Result<ArchiveBrowse> read(const FileUrl& file, ArchiveBrowse wanted) const;
+    enum class Asking { forbidden, allowed }; ///< for a password
+    Result<ArchiveBrowse> read(const FileUrl& file, ArchiveBrowse wanted, Asking asking) const;
     ArchiveBrowse show(ArchiveBrowse known) const;
     /// `wanted` says what of an archive inside is to be shown.
     Result<Found> enter(ArchiveBrowse holder, const std::string& entry, ArchiveBrowse wanted) const;

@@ -153,6 +153,8 @@ public:
     /// The password of an archive that the panel shows: kept as long as it is open. None: it was
     /// wrong.
     void takePassword(const FileUrl& archiveFile, const std::optional<std::string>& password);
+    /// Ends the reading of an archive, for good: the window closes.
+    void stopReading() { loadFlag_->set(); }
     /// Ends a load, or leaves an error for the tab's folder. False when there was nothing to leave.
     bool escape();
 

@@ -84,6 +84,8 @@ void AppModel::stopJobs() {
     engine_.cancelAll();
     bridge_.close();
     passwords_.close();
+    left_.stopReading();
+    right_.stopReading();
     const bool asks =
         stage_.shownAs<ConflictDialog>() != nullptr || stage_.shownAs<PasswordDialog>() != nullptr;
     if (asks)

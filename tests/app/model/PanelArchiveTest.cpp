@@ -306,6 +306,12 @@ TEST_F(PanelArchiveTest, aPasswordIsAskedForUntilItIsRightOrNoneIsGiven) {
     events.tell(shownPath());
     settle();
     EXPECT_EQ(wasWrong.size(), 2U) << "it is known as long as the archive is open";
+    archives.passwords["a.zip"] = "another";
+    replaceArchive();
+    events.tell(shownPath());
+    settle();
+    EXPECT_EQ(wasWrong.size(), 2U) << "nobody is asked out of the blue";
+    EXPECT_TRUE(panel.archive());
     panel.goToParent();
     settle();
     open("a.zip");
