@@ -238,10 +238,12 @@ void PanelModel::go(Step step) {
     load({.url = FileUrl(*target, FileUrl::Form::directory), .step = step});
 }
 
-void PanelModel::goToInner(std::string inner) {
+void PanelModel::goToInner(std::string inner, int outwards) {
     if (!archive())
         return;
     auto browse = *archive();
+    for (; outwards > 0 && browse.outer != nullptr; --outwards)
+        browse = ArchiveBrowse(*browse.outer);
     browse.inner = std::move(inner);
     load(toArchive(ArchiveWish::What::show, std::move(browse)));
 }

@@ -77,6 +77,8 @@ public:
     const std::optional<ArchiveBrowse>& archive() const { return shown_.archive; }
     /// Whether what is being loaded is an archive that has to be read first.
     bool isOpeningArchive() const { return loading_ && pendingRequest_.readsArchive(); }
+    /// The archive that a tab shows; null where it shows a folder.
+    const ArchiveBrowse* archiveOfTab(std::size_t index) const;
     /// The folder of the active tab; in an archive, the one that holds the archive.
     FileUrl folder() const { return FileUrl(tab().path, FileUrl::Form::directory); }
     /// Where the rows lie: the folder, or a path that leads through the archive.
@@ -146,8 +148,9 @@ public:
     /// Enters the folder or archive under the cursor; out of an archive, any other file is taken.
     /// Repeats what failed while an error is shown. False for an item that is none of these.
     bool openItem();
-    /// Shows another folder of the shown archive; "" is its root.
-    void goToInner(std::string inner);
+    /// Shows another folder of the shown archive, or of one that it lies in, as many archives
+    /// further out as `outwards` says; "" is its root.
+    void goToInner(std::string inner, int outwards = 0);
     /// Shows the folder that holds the archive, with the cursor on the archive.
     void leaveArchive();
     /// The password of an archive that the panel shows: kept as long as it is open. None: it was
@@ -276,7 +279,6 @@ private:
     std::optional<Request> above(const std::optional<ArchiveBrowse>& browse,
                                  const FileUrl& folder) const;
     bool openItemOfArchive(const FileItem& item);
-    const ArchiveBrowse* archiveOfTab(std::size_t index) const;
     void load(Request request);
     PanelChanges finish(const Request& request, Loaded loaded);
     static void findInArchive(const ArchiveAccess& access, const ArchiveWish& wish, Loaded& loaded);
