@@ -4,6 +4,7 @@
 #include "app/ui/Suggestions.h"
 #include "app/ui/Text.h"
 #include "app/ui/dialogs/ConflictDialog.h"
+#include "app/ui/dialogs/Deafness.h"
 #include "app/ui/dialogs/DialogHost.h"
 #include "app/ui/dialogs/ExtractDialog.h"
 #include "app/ui/dialogs/MaskDialog.h"
@@ -258,6 +259,8 @@ DialogCard* DialogPresenter::card(const app::PasswordDialog& dialog) {
     const bool isAboutTried = tried && tried->archive == pending.archive;
     if (pending.wasWrong == app::WasWrong::yes)
         card->showWrong(isAboutTried ? tried->password : QString());
+    else if (pending.asker == app::PendingPassword::Asker::job)
+        new Deafness(*card); // nobody has just opened what the job needs
     connect(card, &FieldDialog::textConfirmed, &app_,
             [this, archive = pending.archive](const QString& text) {
                 tried_ = Tried{archive, text};

@@ -181,12 +181,12 @@ void PanelView::setTabsShown(bool areShown) {
 
 void PanelView::takeTabs() {
     std::vector<TabStrip::Tab> tabs;
-    for (const auto& tab : panel_.tabs()) {
-        const FileUrl folder(tab.path, FileUrl::Form::directory);
-        tabs.push_back({shownName(folder.lastComponent()), shownName(tab.path)});
+    for (std::size_t i = 0; i < panel_.tabs().size(); ++i) {
+        const auto* archive = panel_.archiveOfTab(i);
+        const FileUrl folder(panel_.tabs()[i].path, FileUrl::Form::directory);
+        const auto place = archive != nullptr ? archive->place : folder;
+        tabs.push_back({shownName(place.lastComponent()), shownName(place.path())});
     }
-    if (panel_.archive())
-        tabs[panel_.activeTab()] = {placeName(panel_), shownName(panel_.archive()->place.path())};
     tabStrip_->setTabs(tabs, static_cast<int>(panel_.activeTab()));
 }
 

@@ -117,8 +117,10 @@ void PathBar::takePanel() {
 }
 
 void PathBar::addCrumbs() {
-    for (auto* crumb : crumbs_)
+    for (auto* crumb : crumbs_) {
+        crumb->hide();
         crumb->deleteLater(); // it may be the one that was clicked
+    }
     crumbs_.clear();
     targets_.clear();
     const auto way = app::PathCrumbs::of(panel_.folder(), app_.home(), shownVolume_);
@@ -166,9 +168,7 @@ void PathBar::open(const Target& target) {
         panel_.navigate(target.url);
         return;
     }
-    for (int left = 0; left < target.archivesToLeave; ++left)
-        panel_.leaveArchive();
-    panel_.goToInner(target.inner);
+    panel_.goToInner(target.inner, target.archivesToLeave);
 }
 
 void PathBar::takeKeys() {
