@@ -293,16 +293,17 @@ void PathBar::layOutCrumbs() {
         total += widthOf(crumb) + gap;
 
     // Those between the first and the last one give way to "…", then the first one shrinks, then it
-    // gives way too. The last one, where the panel is, stays.
-    int firstHidden = 1;
+    // gives way too. The last one, where the panel is, stays. On the way into an archive the first
+    // ones give way first, so that the archive is still named.
+    int firstHidden = shownArchive_ == nullptr ? 1 : 0;
     int hidden = 0;
     const auto hide = [&](int crumb) {
         total -= widthOf(crumb) + gap;
         total += hidden++ == 0 ? more_->sizeHint().width() + gap : 0;
     };
-    while (hidden < count - 2 && total > room.width())
+    while (hidden < count - 1 - firstHidden && total > room.width())
         hide(firstHidden + hidden);
-    const int shrinksBy = count > 1 ? std::max(0, total - room.width()) : 0;
+    const int shrinksBy = count > 1 && firstHidden == 1 ? std::max(0, total - room.width()) : 0;
     const int firstWidth = count > 0 ? widthOf(0) - shrinksBy : 0;
     const bool firstGives = shrinksBy > 0 && firstWidth < theme_.px(leastCrumb);
     if (firstGives) {
@@ -339,21 +340,25 @@ void PathBar::layOutBadge(QRect& room) {
     if (badge_->isHidden())
         return;
     // The way comes first: in a narrow panel only the format is left, or nothing.
+    const int leastWay =
+        crumbs_.back()->sizeHint().width() + more_->sizeHint().width() + theme_.px(separatorWidth);
     const auto whole = archiveBadge(*shownArchive_);
     badge_->setAccessibleName(whole);
     badge_->setToolTip(whole);
-    const auto spare = [&] { return room.width() - badge_->sizeHint().width(); };
+    const int margin = theme_.px(2);
+    const int gap = theme_.px(6);
+    const auto spare = [&] { return room.width() - margin - badge_->sizeHint().width() - gap; };
     badge_->setText(whole);
-    if (spare() < theme_.px(roomBeforeBadge))
+    if (spare() < std::max(leastWay, theme_.px(roomBeforeBadge)))
         badge_->setText(fromUtf8(shownArchive_->formatLabel()));
-    if (spare() < theme_.px(roomBeforeBadge) / 2) {
+    if (spare() < leastWay) {
         badge_->hide();
         return;
     }
     const auto size = badge_->sizeHint();
-    badge_->setGeometry(room.right() - theme_.px(2) - size.width(),
+    badge_->setGeometry(room.right() - margin - size.width(),
                         room.center().y() - size.height() / 2 + 1, size.width(), size.height());
-    room.setRight(badge_->x() - theme_.px(6));
+    room.setRight(badge_->x() - gap);
 }
 
 void PathBar::showHiddenCrumbs() {

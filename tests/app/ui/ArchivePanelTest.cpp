@@ -250,6 +250,7 @@ TEST_F(ArchivePanelTest, whereThereIsLittleRoomTheBadgeGivesWayToThePath) {
     EXPECT_EQ(badge->text(), "ZIP");
     EXPECT_TRUE(badge->isVisible());
     EXPECT_EQ(badge->accessibleName(), "ZIP · jen pro čtení");
+    EXPECT_EQ((*(crumbs().end() - 2))->title(), "web.zip");
     view().pathBar().resize(280, view().pathBar().height());
     EXPECT_FALSE(badge->isVisible());
     EXPECT_EQ(crumbs().back()->title(), "css");
