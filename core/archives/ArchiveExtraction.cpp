@@ -71,7 +71,8 @@ bool ArchiveExtraction::run() {
         around_.archives, context_, around_.askPassword,
         ArchiveRequest{.url = what_.archive,
                        .password = password_,
-                       .charset = index_ ? index_->charset() : std::string()});
+                       .charset = index_ ? index_->charset() : std::string(),
+                       .wanted = wanted()});
     auto first = stream_->next();
     if (first && !isAsSeen()) {
         ledger_.failed("Archiv " + quoted(what_.archive.lastComponent()) +
@@ -88,7 +89,7 @@ bool ArchiveExtraction::run() {
 bool ArchiveExtraction::prepare() {
     if (!index_) {
         UnlockingStream stream(around_.archives, context_, around_.askPassword,
-                               {.url = what_.archive, .password = password_});
+                               {.url = what_.archive, .password = password_, .wanted = std::vector<std::string>()});
         auto read = ArchiveIndex::read(stream, what_.archive);
         password_ = stream.password();
         // What comes before the damage can be taken all the same.
@@ -109,6 +110,14 @@ bool ArchiveExtraction::prepare() {
     for (const auto& path : selection_.missingIn(*index_))
         ledger_.failed(quoted(path) + " v archivu není.");
     return goesOn();
+}
+
+std::optional<std::vector<std::string>> ArchiveExtraction::wanted() const {
+    auto paths = what_.selection;
+    if (paths)
+        for (const auto& link : linksOut_)
+            paths->push_back(link.first);
+    return paths;
 }
 
 bool ArchiveExtraction::isAsSeen() const {

@@ -56,6 +56,8 @@ private:
     bool goesOn();
     /// False where there is nothing more to do.
     bool prepare();
+    /// The entries whose data is going to be read; none: all.
+    std::optional<std::vector<std::string>> wanted() const;
     bool isAsSeen() const;
 
     void takeEntries(EntryStream::Result<std::optional<StreamEntry>> met);
