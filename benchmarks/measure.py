@@ -7,6 +7,7 @@ import sys
 
 import fixtures
 from archives import ENTRIES, make_archives, measure_index
+from extracting import measure_extraction
 from packing import measure_packing
 from programs import Programs, forget_user, others_with_toolkit, private_display
 from table import AtLeast, AtMost, Table, count, mebibytes
@@ -231,6 +232,8 @@ def main():
     measure_moving(table, transfers)
     say("Packing…")
     measure_packing(table, programs, workspace)
+    say("Extracting…")
+    measure_extraction(table, programs, workspace)
 
     print(table)
     print(f"\nMedians on {os.cpu_count()} cores, load {os.getloadavg()[0]:.1f}. A ratio is "

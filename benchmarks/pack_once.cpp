@@ -1,7 +1,8 @@
-// Packs items through the whole queue:
+// Packs items through the whole queue, in a process of its own:
 //   pack_once EXTENSION LEVEL ARCHIVE SOURCE…
 #include "benchmarks/OneJob.h"
-#include "core/archives/ArchivePacker.h"
+#include "core/archives/helper/ArchiveHelper.h"
+#include "core/archives/helper/HelperPacker.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -11,6 +12,8 @@
 
 int main(int argumentCount, char** arguments) {
     using namespace fennik;
+    if (argumentCount == 2 && arguments[1] == archiveHelperOption)
+        return runArchiveHelper();
     if (argumentCount < 5)
         return 2;
     const auto format =
@@ -26,7 +29,7 @@ int main(int argumentCount, char** arguments) {
         request.pairs.push_back({sources.back(), archive});
     }
     const auto body = [&](OperationContext& context) {
-        DirectPacker().pack(sources, archive, options, context);
+        HelperPacker().pack(sources, archive, options, context);
     };
     return runOneJob(std::move(request), archive.parent().appending("trash"), body) ? 0 : 1;
 }

@@ -88,8 +88,9 @@ bool ArchiveExtraction::run() {
 
 bool ArchiveExtraction::prepare() {
     if (!index_) {
-        UnlockingStream stream(around_.archives, context_, around_.askPassword,
-                               {.url = what_.archive, .password = password_, .wanted = std::vector<std::string>()});
+        UnlockingStream stream(
+            around_.archives, context_, around_.askPassword,
+            {.url = what_.archive, .password = password_, .wanted = std::vector<std::string>()});
         auto read = ArchiveIndex::read(stream, what_.archive);
         password_ = stream.password();
         // What comes before the damage can be taken all the same.
