@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <latch>
 #include <ostream>
 #include <semaphore>
 #include <sys/resource.h>
@@ -185,21 +186,27 @@ TEST_F(FolderSizerTest, cancellingEndsAlsoInsideOneGiantFolder) {
 TEST_F(FolderSizerTest, aSecondThreadThatHangsIsLeftBehindAfterACancellation) {
     makeManyFolders(500);
     const auto self = std::this_thread::get_id();
-    std::binary_semaphore hangs{0};
+    std::latch hangs(1);
     std::binary_semaphore released{0};
     std::binary_semaphore left{0};
     std::atomic<int> readsOfOther = 0;
+    int reads = 0;
     files.beforeReadSizes([&](const std::string&) {
-        if (std::this_thread::get_id() == self || ++readsOfOther > 1)
+        if (std::this_thread::get_id() == self) {
+            if (++reads == 100)
+                hangs.wait(); // the other one may be slow to begin
+            return;
+        }
+        if (++readsOfOther > 1)
             return;
         threadEnd.told = &left;
-        hangs.release();
+        hangs.count_down();
         released.acquire();
     });
     std::atomic<bool> isCancelled = false;
     SteadyClock::time_point cancelled;
     const std::jthread canceller([&] {
-        hangs.acquire();
+        hangs.wait();
         std::this_thread::sleep_for(50ms); // the first thread has done the rest and waits
         cancelled = SteadyClock::now();
         isCancelled = true;
