@@ -1,16 +1,12 @@
 #include "core/archives/helper/ReadingHelper.h"
 
+#include "core/archives/EntrySelection.h"
 #include "core/archives/helper/ArchiveMessages.h"
 #include "core/archives/helper/Outbox.h"
 #include "core/platform/OwnProcess.h"
 
 #include <algorithm>
 #include <chrono>
-#include <functional>
-#include <optional>
-#include <set>
-#include <string>
-#include <string_view>
 #include <utility>
 
 namespace fennik {
@@ -64,10 +60,7 @@ private:
 class Reading {
 public:
     Reading(const HelperWork& work, const ArchiveRequest& request)
-        : work_(work), request_(request), progress_(work.processorTime) {
-        if (request.wanted)
-            wanted_.emplace(request.wanted->begin(), request.wanted->end());
-    }
+        : work_(work), request_(request), wanted_(request.wanted), progress_(work.processorTime) {}
 
     int run() {
         OwnProcess::limitProcessor(work_.processorTime);
@@ -107,13 +100,6 @@ private:
         return outbox_.send() ? HelperExit::done : HelperExit::abandoned;
     }
 
-    bool isWanted(std::string_view path) const {
-        if (!wanted_ || wanted_->contains(path))
-            return true;
-        const auto slash = path.rfind('/');
-        return slash != std::string_view::npos && isWanted(path.substr(0, slash));
-    }
-
     void tellFacts() {
         auto& messages = outbox_.messages();
         messages.begin(MessageKind::facts);
@@ -127,7 +113,7 @@ private:
         const bool mayHaveData =
             kind == ArchiveEntry::Kind::file || kind == ArchiveEntry::Kind::hardlink;
         const bool hasData =
-            mayHaveData && !met.isRefused && !met.isSpecial && isWanted(met.entry.path);
+            mayHaveData && !met.isRefused && !met.isSpecial && wanted_.baseLength(met.entry.path);
         auto& messages = outbox_.messages();
         messages.begin(MessageKind::entry);
         ArchiveMessages::put(messages, met, hasData ? FollowedBy::data : FollowedBy::nothing);
@@ -180,7 +166,7 @@ private:
 
     const HelperWork& work_;
     const ArchiveRequest& request_;
-    std::optional<std::set<std::string, std::less<>>> wanted_; ///< none: everything
+    EntrySelection wanted_; ///< entries whose data is going to be read
     Progress progress_;
     Outbox outbox_;
     std::unique_ptr<EntryStream> stream_;
