@@ -1,7 +1,7 @@
 // Reads what is in archives with Fennik, with a bare loop over the library's headers and with the
 // tools that are there:
 //   index_benchmark [options of Google Benchmark] ARCHIVE…
-#include "benchmarks/Tools.h"
+#include "benchmarks/WholeRun.h"
 #include "core/archives/ArchiveIndex.h"
 #include "core/archives/ArchiveLocale.h"
 #include "core/archives/ArchiveReader.h"
@@ -15,7 +15,6 @@
 #include <filesystem>
 #include <iostream>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -48,23 +47,6 @@ std::int64_t filesWithBareLoop(const std::string& path) {
     return files;
 }
 
-template <class Work>
-void add(const std::string& name, const Work& work) {
-    benchmark::RegisterBenchmark(name.c_str(),
-                                 [work](benchmark::State& state) {
-                                     for ([[maybe_unused]] auto _ : state)
-                                         work();
-                                 })
-        ->Iterations(1)
-        ->UseRealTime()
-        ->Unit(benchmark::kMillisecond);
-}
-
-void addTool(const std::string& name, const std::vector<std::string>& words) {
-    if (std::filesystem::exists("/usr/bin/" + words.front()))
-        add(name, [words] { bench::runTool(words); });
-}
-
 } // namespace
 
 int main(int argumentCount, char** arguments) {
@@ -81,14 +63,14 @@ int main(int argumentCount, char** arguments) {
             return EXIT_FAILURE;
         }
         const auto name = std::filesystem::path(path).filename().string();
-        add(name + "/fennik", [path] { filesWithFennik(path); });
-        add(name + "/bare", [path] { filesWithBareLoop(path); });
+        bench::addWholeRun(name + "/fennik", [path] { filesWithFennik(path); });
+        bench::addWholeRun(name + "/bare", [path] { filesWithBareLoop(path); });
         if (name.ends_with(".zip"))
-            addTool(name + "/unzip", {"unzip", "-l", path});
+            bench::addTool(name + "/unzip", {"unzip", "-l", path});
         else if (name.ends_with(".7z"))
-            addTool(name + "/7z", {"7z", "l", path});
+            bench::addTool(name + "/7z", {"7z", "l", path});
         else
-            addTool(name + "/tar", {"tar", "-tvf", path});
+            bench::addTool(name + "/tar", {"tar", "-tvf", path});
     }
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -1,16 +1,14 @@
 // Adds up a tree with Fennik, with bare system calls and with the tools that are there:
 //   sizing_benchmark [options of Google Benchmark] FOLDER
 #include "benchmarks/BareSizing.h"
-#include "benchmarks/Tools.h"
+#include "benchmarks/WholeRun.h"
 #include "core/listing/FolderSizer.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <iostream>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -24,23 +22,6 @@ FolderSizer::Result sizeWithFennik(const std::string& folder) {
         std::exit(EXIT_FAILURE);
     }
     return *result;
-}
-
-template <class Work>
-void add(const std::string& name, const Work& work) {
-    benchmark::RegisterBenchmark(name.c_str(),
-                                 [work](benchmark::State& state) {
-                                     for ([[maybe_unused]] auto _ : state)
-                                         work();
-                                 })
-        ->Iterations(1)
-        ->UseRealTime()
-        ->Unit(benchmark::kMillisecond);
-}
-
-void addTool(const std::string& name, const std::vector<std::string>& words) {
-    if (std::filesystem::exists("/usr/bin/" + name))
-        add(name, [words] { bench::runTool(words); });
 }
 
 } // namespace
@@ -58,12 +39,12 @@ int main(int argumentCount, char** arguments) {
             return EXIT_FAILURE;
         }
     }
-    add("fennik", [folder] { sizeWithFennik(folder); });
-    add("two threads", [folder] { bench::addUpTree(folder, 2); });
-    add("one thread", [folder] { bench::addUpTree(folder, 1); });
-    addTool("du", {"du", "-sb", folder});
-    addTool("gdu", {"gdu", "--non-interactive", "--no-progress", folder});
-    addTool("ncdu", {"ncdu", "-0", "-o", "/dev/null", folder});
+    bench::addWholeRun("fennik", [folder] { sizeWithFennik(folder); });
+    bench::addWholeRun("two threads", [folder] { bench::addUpTree(folder, 2); });
+    bench::addWholeRun("one thread", [folder] { bench::addUpTree(folder, 1); });
+    bench::addTool("du", {"du", "-sb", folder});
+    bench::addTool("gdu", {"gdu", "--non-interactive", "--no-progress", folder});
+    bench::addTool("ncdu", {"ncdu", "-0", "-o", "/dev/null", folder});
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }
