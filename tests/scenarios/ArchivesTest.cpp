@@ -1,10 +1,8 @@
 #include "tests/scenarios/Scenario.h"
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <future>
-#include <iterator>
 #include <variant>
 
 namespace fennik::test {
@@ -49,27 +47,9 @@ protected:
         worker.wait();
         settle();
     }
-    void mark(const std::vector<std::string>& names) {
-        for (const auto& name : names)
-            active().toggleMark(active().items().rowOf(name).value());
-    }
-    template <class T>
-    const T& dialog() {
-        return std::get<T>(app().dialog().value());
-    }
-    /// Until the panels show what is on the disk.
-    void settleAll() {
-        settle();
-        timers.pass(std::chrono::seconds(1));
-        settle();
-    }
     void extractTo(const std::string& target, bool ownFolder = false) {
         app().confirmExtract(target, ownFolder);
         settleAll();
-    }
-    std::string content(std::string_view name) {
-        std::ifstream stream(temp.path(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
     }
     void answerPack(PackAnswer answer) {
         app().packAnswerChanged(answer);

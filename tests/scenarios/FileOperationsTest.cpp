@@ -1,9 +1,7 @@
 #include "tests/scenarios/Scenario.h"
 
 #include <filesystem>
-#include <fstream>
 #include <future>
-#include <iterator>
 #include <sys/stat.h>
 #include <variant>
 
@@ -31,23 +29,6 @@ protected:
         temp.file("left/tree/inner/deep.txt", "deep");
         startAt("left", "right");
     }
-    /// Until the panels show what is on the disk.
-    void settleAll() {
-        settle();
-        // In steps: what takes long is read again only after a longer pause.
-        for (int step = 0; step < 10; ++step) {
-            timers.pass(std::chrono::milliseconds(100));
-            settle();
-        }
-    }
-    void mark(const std::vector<std::string>& names) {
-        for (const auto& name : names)
-            active().toggleMark(active().items().rowOf(name).value());
-    }
-    template <class T>
-    const T& dialog() {
-        return std::get<T>(app().dialog().value());
-    }
     void confirmTransfer(const std::string& target) {
         app().confirmTransfer(target);
         settleAll();
@@ -66,10 +47,6 @@ protected:
         settleAll();
     }
 
-    std::string content(std::string_view name) {
-        std::ifstream stream(temp.path(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
     bool exists(std::string_view name) {
         return std::filesystem::exists(std::filesystem::symlink_status(temp.path(name)));
     }

@@ -5,6 +5,7 @@
 #include "app/model/AppModel.h"
 #include "core/base/CzechText.h"
 #include "tests/support/AppFixture.h"
+#include "tests/support/DiskTree.h"
 
 #include <chrono>
 #include <memory>
@@ -60,6 +61,15 @@ protected:
             AppFixture::settle();
         }
     }
+    /// Until the panels show what is on the disk.
+    void settleAll() {
+        settle();
+        // In steps: what takes long is read again only after a longer pause.
+        for (int step = 0; step < 10; ++step) {
+            timers.pass(std::chrono::milliseconds(100));
+            settle();
+        }
+    }
     /// The clash that waits for the user.
     std::shared_ptr<app::PendingConflict> clash() {
         const auto& dialog = app().dialog();
@@ -73,6 +83,13 @@ protected:
         const auto* shown = dialog ? std::get_if<app::PasswordDialog>(&*dialog) : nullptr;
         return shown != nullptr && !shown->pending->isAnswered() ? shown->pending : nullptr;
     }
+
+    template <class T>
+    const T& dialog() {
+        return std::get<T>(app().dialog().value());
+    }
+    /// Of a file in the test's own folder.
+    std::string content(std::string_view name) { return contentOf(temp.path(name)); }
 
     app::AppModel& app() { return program_->app; }
     app::ShortcutStore& shortcuts() { return program_->shortcuts; }
@@ -91,6 +108,10 @@ protected:
         const auto row = active().items().rowOf(name);
         ASSERT_TRUE(row) << name;
         active().setCursor(static_cast<std::ptrdiff_t>(*row));
+    }
+    void mark(const std::vector<std::string>& names) {
+        for (const auto& name : names)
+            active().toggleMark(active().items().rowOf(name).value());
     }
 
     static std::string underCursor(const app::PanelModel& panel) {

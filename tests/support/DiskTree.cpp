@@ -17,12 +17,16 @@ std::string described(const fs::directory_entry& entry) {
         return "folder/";
     if (!entry.is_regular_file())
         return "special";
-    std::ostringstream content;
-    content << std::ifstream(entry.path(), std::ios::binary).rdbuf();
-    return content.str();
+    return contentOf(entry.path());
 }
 
 } // namespace
+
+std::string contentOf(const std::string& path) {
+    std::ostringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    return content.str();
+}
 
 std::map<std::string, std::string> diskTree(const std::string& folder) {
     std::map<std::string, std::string> tree;

@@ -9,4 +9,7 @@ namespace fennik::test {
 /// "-> target" of a link, or "special" for anything else.
 std::map<std::string, std::string> diskTree(const std::string& folder);
 
+/// The bytes of a file; none where it cannot be read.
+std::string contentOf(const std::string& path);
+
 } // namespace fennik::test

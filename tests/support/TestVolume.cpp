@@ -1,6 +1,7 @@
 #include "tests/support/TestVolume.h"
 
 #include "core/base/PosixError.h"
+#include "tests/support/DiskTree.h"
 #include "tests/support/TempFolder.h"
 
 #include <cerrno>
@@ -9,11 +10,9 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <sched.h>
 #include <spawn.h>
-#include <sstream>
 #include <sys/mount.h>
 #include <sys/wait.h>
 #include <thread>
@@ -56,12 +55,6 @@ std::expected<pid_t, std::string> started(std::vector<std::string> command,
     if (error != 0)
         return std::unexpected(command[0] + " cannot be started");
     return child;
-}
-
-std::string contentOf(const std::string& path) {
-    std::ostringstream content;
-    content << std::ifstream(path).rdbuf();
-    return content.str();
 }
 
 /// By the kernel's table, because a folder bound to a second place has the same device there.

@@ -1,10 +1,9 @@
 #include "app/model/PanelModel.h"
 
+#include "tests/support/DiskTree.h"
 #include "tests/support/PanelModelFixture.h"
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace fennik::test {
 
@@ -351,8 +350,7 @@ TEST_F(PanelArchiveTest, aSingleFileIsTakenOutForReadingOnly) {
     openArchive();
     open("z.txt");
     ASSERT_EQ(taken.size(), 1U);
-    std::ifstream stream(taken[0].url.path());
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}), "zzz");
+    EXPECT_EQ(contentOf(taken[0].url.path()), "zzz");
     EXPECT_EQ(std::filesystem::status(taken[0].url.path()).permissions(),
               std::filesystem::perms::owner_read);
     EXPECT_EQ(inner(), "") << "the panel shows what it did";

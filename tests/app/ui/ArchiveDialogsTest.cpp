@@ -1,10 +1,10 @@
-#include "app/ui/dialogs/DialogHost.h"
 #include "app/ui/dialogs/ExtractDialog.h"
 #include "app/ui/dialogs/LevelSlider.h"
 #include "app/ui/dialogs/PackDialog.h"
 #include "app/ui/dialogs/PasswordDialog.h"
 #include "app/ui/dialogs/PasswordField.h"
 #include "app/ui/dialogs/SegmentedControl.h"
+#include "tests/support/DialogFixture.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -24,15 +24,8 @@ using namespace ui;
 using Kind = OutcomeLine::Kind;
 using Place = app::PackAnswer::Place;
 
-class ArchiveDialogsTest : public testing::Test {
+class ArchiveDialogsTest : public DialogFixture {
 protected:
-    ArchiveDialogsTest() {
-        window.resize(760, 480);
-        window.show();
-        window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-    }
-
     static SourceItems items(int count) {
         SourceItems all{.count = count};
         for (int i = 0; i < std::min(count, 4); ++i)
@@ -60,16 +53,8 @@ protected:
     }
     QString title() { return host.card()->accessibleName(); }
     QAbstractButton& confirm() { return part<QAbstractButton>("dialogConfirm"); }
-    static QWidget* focus() { return QApplication::focusWidget(); }
-    static void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        QTest::keyClick(focus(), Qt::Key(key), modifiers);
-    }
     static void type(const QString& text) { QTest::keyClicks(focus(), text); }
 
-    Theme theme{Appearance::light};
-    Icons icons{theme};
-    QWidget window;
-    DialogHost host{theme, &window};
     std::vector<app::PackAnswer> changed;
     std::vector<app::PackAnswer> confirmed;
 };

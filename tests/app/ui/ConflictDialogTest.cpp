@@ -1,7 +1,7 @@
 #include "app/ui/dialogs/ConflictDialog.h"
 #include "app/ui/dialogs/ChoiceTile.h"
 #include "app/ui/dialogs/ConflictSide.h"
-#include "app/ui/dialogs/DialogHost.h"
+#include "tests/support/DialogFixture.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -19,13 +19,9 @@ namespace {
 using namespace ui;
 using enum ConflictChoice;
 
-class ConflictDialogTest : public testing::Test {
+class ConflictDialogTest : public DialogFixture {
 protected:
     ConflictDialogTest() {
-        window.resize(760, 480);
-        window.show();
-        window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
         job.title = "Kopírování 12 položek";
         job.doneFiles = 3;
         job.totalFiles = 12;
@@ -44,16 +40,11 @@ protected:
         return dialog->findChild<ConflictSide*>(side)->accessibleName();
     }
     static QString focused() { return QApplication::focusWidget()->accessibleName(); }
-    static void press(int key) { QTest::keyClick(QApplication::focusWidget(), Qt::Key(key)); }
     static void holdDown(int key) {
         QKeyEvent repeated(QEvent::KeyPress, key, Qt::NoModifier, {}, true);
         QApplication::sendEvent(QApplication::focusWidget(), &repeated);
     }
 
-    Theme theme{Appearance::light};
-    Icons icons{theme};
-    QWidget window;
-    DialogHost host{theme, &window};
     Conflict conflict{.source = FileUrl("/home/jana/Smlouvy/a.pdf"),
                       .destination = FileUrl("/media/Záloha/a.pdf"),
                       .sourceSize = 213'906,

@@ -1,5 +1,6 @@
 #include "app/ui/dialogs/DialogCard.h"
 #include "app/ui/dialogs/DialogHost.h"
+#include "tests/support/DialogFixture.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -19,14 +20,11 @@ namespace {
 
 using namespace ui;
 
-class DialogTest : public testing::Test {
+class DialogTest : public DialogFixture {
 protected:
-    DialogTest() {
-        window.resize(1000, 700);
+    DialogTest() : DialogFixture({1000, 700}) {
         behind.setGeometry(0, 0, 200, 30);
-        window.show();
-        window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        behind.show();
         behind.setFocus();
     }
 
@@ -48,18 +46,11 @@ protected:
             layout->addWidget(widget);
         return content;
     }
-    static void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key(key), modifiers);
-    }
     static QAbstractButton* button(const DialogCard& card, const char* name) {
         return card.findChild<QAbstractButton*>(name);
     }
 
-    Theme theme{Appearance::light};
-    Icons icons{theme};
-    QWidget window;
     QLineEdit behind{&window};
-    DialogHost host{theme, &window};
 };
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "app/ui/dialogs/MaskDialog.h"
 #include "app/ui/dialogs/Chip.h"
-#include "app/ui/dialogs/DialogHost.h"
 #include "app/ui/dialogs/OutcomeLine.h"
+#include "tests/support/DialogFixture.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -17,25 +17,18 @@ namespace {
 
 using namespace ui;
 
-class MaskDialogTest : public testing::Test {
+class MaskDialogTest : public DialogFixture {
 protected:
+    MaskDialogTest() : DialogFixture({900, 600}) {}
+
     MaskDialog& open(const QStringList& recents) {
-        window.resize(900, 600);
-        window.show();
-        window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
         auto* dialog = new MaskDialog(MaskDialog::Purpose::mark, "Smlouvy 2026 · 23 položek",
                                       recents, theme, icons, &window);
         host.open(dialog);
         field = dialog->findChild<QLineEdit*>("maskField");
         return *dialog;
     }
-    void press(int key) { QTest::keyClick(QApplication::focusWidget(), Qt::Key(key)); }
 
-    Theme theme{Appearance::light};
-    Icons icons{theme};
-    QWidget window;
-    DialogHost host{theme, &window};
     QLineEdit* field = nullptr;
 };
 

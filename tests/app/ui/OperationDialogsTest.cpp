@@ -1,10 +1,10 @@
 #include "app/ui/SuggestionList.h"
-#include "app/ui/dialogs/DialogHost.h"
 #include "app/ui/dialogs/NewFolderDialog.h"
 #include "app/ui/dialogs/PasteDialog.h"
 #include "app/ui/dialogs/TransferDialog.h"
 #include "app/ui/dialogs/TrashDialog.h"
 #include "core/base/PathText.h"
+#include "tests/support/DialogFixture.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -23,15 +23,8 @@ namespace {
 using namespace ui;
 using Kind = OutcomeLine::Kind;
 
-class OperationDialogsTest : public testing::Test {
+class OperationDialogsTest : public DialogFixture {
 protected:
-    OperationDialogsTest() {
-        window.resize(760, 480);
-        window.show();
-        window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-    }
-
     static SourceItems items(int count) {
         SourceItems all{.count = count};
         for (int i = 0; i < std::min(count, 4); ++i)
@@ -46,15 +39,6 @@ protected:
     }
     QString title() { return host.card()->accessibleName(); }
     QAbstractButton* confirm() { return host.card()->findChild<QAbstractButton*>("dialogConfirm"); }
-    static QWidget* focus() { return QApplication::focusWidget(); }
-    static void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        QTest::keyClick(focus(), Qt::Key(key), modifiers);
-    }
-
-    Theme theme{Appearance::light};
-    Icons icons{theme};
-    QWidget window;
-    DialogHost host{theme, &window};
 };
 
 } // namespace

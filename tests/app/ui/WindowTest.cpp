@@ -8,6 +8,7 @@
 #include "app/ui/dialogs/DialogCard.h"
 #include "app/ui/dialogs/OutcomeLine.h"
 #include "app/ui/dialogs/SourceList.h"
+#include "tests/support/DiskTree.h"
 #include "tests/support/WindowFixture.h"
 
 #include <QAbstractButton>
@@ -19,8 +20,6 @@
 
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sys/stat.h>
 
 namespace fennik::test {
@@ -73,10 +72,6 @@ protected:
         QApplication::processEvents();
     }
     ui::PanelTable& table(PanelSide side) { return window.view(side).table(); }
-    std::string contentOf(std::string_view name) {
-        std::ifstream file(temp.path(name));
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
     QString statusText(PanelSide side) {
         QStringList parts;
         for (const auto* label : window.view(side).findChildren<ui::RunLabel*>())
@@ -280,7 +275,8 @@ TEST_F(WindowTest, aClashShowsBothItemsAndTheNextOneInTheSameCard) {
         first->findChild<ui::ConflictSide*>("existingItem")->accessibleName().contains("složka"));
     press(Qt::Key_P);
     QTest::qWait(450);
-    EXPECT_EQ(contentOf("right/Faktury"), "no folder") << "a key meant for something else";
+    EXPECT_EQ(contentOf(temp.path("right/Faktury")), "no folder")
+        << "a key meant for something else";
     press(Qt::Key_K);
     ASSERT_TRUE(shows("„Smlouva.pdf“ už v cíli je"));
     EXPECT_EQ(card(), first);
@@ -290,7 +286,7 @@ TEST_F(WindowTest, aClashShowsBothItemsAndTheNextOneInTheSameCard) {
         timers.pass(std::chrono::milliseconds(100));
         return !app.dialog() && std::filesystem::exists(temp.path("right/Smlouva 2.pdf"));
     }));
-    EXPECT_EQ(contentOf("right/Smlouva.pdf"), "old");
+    EXPECT_EQ(contentOf(temp.path("right/Smlouva.pdf")), "old");
     EXPECT_EQ(QApplication::focusWidget(), &table(PanelSide::left));
 }
 

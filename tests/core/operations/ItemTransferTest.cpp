@@ -25,11 +25,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace UndoSteps;
 
-std::string contentOf(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 bool isThere(const std::string& path) {
     struct stat info{};
     return lstat(path.c_str(), &info) == 0;

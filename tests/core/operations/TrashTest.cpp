@@ -36,11 +36,6 @@ using Trashed = std::expected<FileUrl, std::string>;
 
 const std::string ownTrash = ".Trash-" + std::to_string(geteuid());
 
-std::string contentOf(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator(stream), {}};
-}
-
 void write(const std::string& path, std::string_view content) {
     fs::create_directories(fs::path(path).parent_path());
     std::ofstream(path, std::ios::binary) << content;

@@ -2,6 +2,7 @@
 
 #include "core/base/PosixError.h"
 #include "core/operations/Trashes.h"
+#include "tests/support/DiskTree.h"
 #include "tests/support/SystemCallFaults.h"
 #include "tests/support/TempFolder.h"
 
@@ -10,7 +11,6 @@
 #include <cerrno>
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <malloc.h>
 #include <thread>
 
@@ -41,11 +41,6 @@ public:
 private:
     FolderTrash trash_;
 };
-
-std::string contentOf(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator(stream), {}};
-}
 
 } // namespace
 

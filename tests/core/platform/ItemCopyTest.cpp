@@ -14,9 +14,7 @@
 #include <chrono>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <numeric>
-#include <sstream>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -37,12 +35,6 @@ OpenFolder opened(const std::string& path) {
 
 CopyStep goOn(std::int64_t) {
     return CopyStep::goOn;
-}
-
-std::string content(const std::string& path) {
-    std::ostringstream bytes;
-    bytes << std::ifstream(path, std::ios::binary).rdbuf();
-    return bytes.str();
 }
 
 struct stat statusOf(const std::string& path) {
@@ -154,7 +146,7 @@ TEST_F(ItemCopyTest, keepsContentTimesModeAndAttributes) {
     const auto copied = copy();
     ASSERT_TRUE(copied);
     expectTimes(d);
-    EXPECT_EQ("obsah", content(d));
+    EXPECT_EQ("obsah", contentOf(d));
     EXPECT_EQ(04751U, modeOf(d));
     EXPECT_EQ("x", attribute(d, "user.note"));
     EXPECT_EQ("", attribute(d, "user.empty"));
@@ -274,8 +266,8 @@ TEST_F(ItemCopyTest, clonesOnlyWhereThatIsAllowed) {
     EXPECT_EQ(0, moved);
     ASSERT_TRUE(copyItem(root, "s", FileType::regular, root, "copy", Cloning::forbidden, count));
     EXPECT_EQ(std::ssize(data), moved);
-    EXPECT_EQ(data, content(volume->path("clone")));
-    EXPECT_EQ(data, content(volume->path("copy")));
+    EXPECT_EQ(data, contentOf(volume->path("clone")));
+    EXPECT_EQ(data, contentOf(volume->path("copy")));
 }
 
 TEST_F(ItemCopyTest, copiesLinksAsLinks) {
@@ -318,8 +310,8 @@ TEST_F(ItemCopyTest, makesPipesAnewAndOpensNoSpecialFile) {
 TEST_F(ItemCopyTest, readsToTheEndWhatDoesNotTellItsSize) {
     ASSERT_TRUE(copyItem(opened("/proc"), "filesystems", FileType::regular,
                          opened(folder.url().path()), "d", Cloning::allowed, goOn));
-    EXPECT_EQ(content("/proc/filesystems"), content(d));
-    EXPECT_FALSE(content(d).empty());
+    EXPECT_EQ(contentOf("/proc/filesystems"), contentOf(d));
+    EXPECT_FALSE(contentOf(d).empty());
 }
 
 TEST_F(ItemCopyTest, asksNoMoreOfTheTargetThanItCanKeep) {
@@ -331,7 +323,7 @@ TEST_F(ItemCopyTest, asksNoMoreOfTheTargetThanItCanKeep) {
     setAttribute(s, "system.posix_acl_access", accessListForUser1());
     setAttribute(s, "user.note", "x");
     ASSERT_TRUE(copyTo(volume->path()));
-    EXPECT_EQ("obsah", content(volume->path("d")));
+    EXPECT_EQ("obsah", contentOf(volume->path("d")));
 }
 
 TEST_F(ItemCopyTest, leavesNothingWhenStoppedOrWithoutRoom) {
