@@ -1,13 +1,39 @@
 #include "app/ui/dialogs/FieldDialog.h"
 
 #include "app/ui/FieldState.h"
+#include "app/ui/dialogs/LabelColor.h"
 
+#include <QLabel>
 #include <QLineEdit>
+#include <QVBoxLayout>
 
 namespace fennik::ui {
 
 FieldDialog::FieldDialog(const Texts& texts, const Theme& theme, Icons& icons, QWidget* parent)
     : DialogCard(texts, theme, icons, parent) {}
+
+void FieldDialog::showField(QLineEdit* field, const QString& hint) {
+    auto* label = new QLabel(field->accessibleName());
+    label->setFont(theme().font(FontRole::detail, QFont::Medium));
+    label->setBuddy(field);
+    auto* hintLabel = new QLabel(hint);
+    hintLabel->setFont(theme().font(FontRole::detail));
+    hintLabel->setWordWrap(true);
+    for (auto* text : {label, hintLabel})
+        followColor(*text, theme(), &Tokens::text2);
+    auto* outcome = new OutcomeLine(theme(), icons(), nullptr);
+
+    auto* content = new QWidget;
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins({});
+    layout->setSpacing(theme().px(7));
+    layout->addWidget(label);
+    layout->addWidget(field);
+    layout->addWidget(outcome);
+    layout->addWidget(hintLabel);
+    setContent(content);
+    watch(field, outcome);
+}
 
 void FieldDialog::watch(QLineEdit* field, OutcomeLine* outcome) {
     field_ = field;

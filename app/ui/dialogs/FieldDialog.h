@@ -24,6 +24,8 @@ signals:
 protected:
     FieldDialog(const Texts& texts, const Theme& theme, Icons& icons, QWidget* parent);
 
+    /// Makes the content of the dialog: the field under its accessible name, the outcome, the hint.
+    void showField(QLineEdit* field, const QString& hint);
     /// Both belong to the content of the dialog; to be called once.
     void watch(QLineEdit* field, OutcomeLine* outcome);
     /// Whether what was entered so far could be confirmed, unless it is refused.

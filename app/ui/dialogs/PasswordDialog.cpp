@@ -1,10 +1,6 @@
 #include "app/ui/dialogs/PasswordDialog.h"
 
-#include "app/ui/dialogs/LabelColor.h"
 #include "app/ui/dialogs/PasswordField.h"
-
-#include <QLabel>
-#include <QVBoxLayout>
 
 namespace fennik::ui {
 
@@ -27,27 +23,8 @@ PasswordDialog::PasswordDialog(const QString& archive, const QString& encryption
       field_(
           new PasswordField(QStringLiteral("Heslo"), {.showButton = true}, theme, icons, nullptr)) {
     field_->setObjectName(QStringLiteral("passwordField"));
-    auto* label = new QLabel(QStringLiteral("Heslo"));
-    label->setFont(theme.font(FontRole::detail, QFont::Medium));
-    label->setBuddy(field_);
-    auto* hint = new QLabel(
-        QStringLiteral("Heslo platí, dokud je archiv v panelu otevřený. Nikam se neukládá."));
-    hint->setFont(theme.font(FontRole::detail));
-    hint->setWordWrap(true);
-    for (auto* text : {label, hint})
-        followColor(*text, theme, &Tokens::text2);
-    auto* outcome = new OutcomeLine(theme, icons, nullptr);
-
-    auto* content = new QWidget;
-    auto* layout = new QVBoxLayout(content);
-    layout->setContentsMargins({});
-    layout->setSpacing(theme.px(7));
-    layout->addWidget(label);
-    layout->addWidget(field_);
-    layout->addWidget(outcome);
-    layout->addWidget(hint);
-    setContent(content);
-    watch(field_, outcome);
+    showField(field_, QStringLiteral("Heslo platí, dokud je archiv v panelu otevřený. Nikam se "
+                                     "neukládá."));
 }
 
 void PasswordDialog::showWrong(const QString& tried) {
