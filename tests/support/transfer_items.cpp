@@ -1,8 +1,9 @@
 // Copies, moves or trashes items with the real engine: what is killed and robbed of its power.
 //
-//     transfer_items copy|move|trash skip|overwrite|rename TRASH [TARGET-FOLDER] ITEMS…
+//     transfer_items copy|move|trash skip|overwrite|rename|wait TRASH [TARGET-FOLDER] ITEMS…
 //
-// TRASH is a folder, or "system". Prints the sentences on what failed; 0: nothing did.
+// TRASH is a folder, or "system". "wait" overwrites as well, but prints "?" at every clash and goes
+// on when it is given a line. Prints the sentences on what failed; 0: nothing did.
 #include "core/base/SerialWorker.h"
 #include "core/operations/FileActions.h"
 #include "core/operations/TransferEngine.h"
@@ -13,6 +14,7 @@
 #include <memory>
 #include <semaphore>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -34,10 +36,16 @@ std::unique_ptr<TrashProvider> trashNamed(std::string_view name) {
     return std::make_unique<FolderTrash>(FileUrl(std::string(name)));
 }
 
-ConflictChoice choiceNamed(std::string_view name) {
-    if (name == "overwrite")
-        return ConflictChoice::overwrite;
-    return name == "rename" ? ConflictChoice::rename : ConflictChoice::skip;
+ConflictDecision answer(std::string_view choice) {
+    if (choice == "wait") {
+        std::cout << "?\n" << std::flush;
+        std::string line;
+        std::getline(std::cin, line);
+        return {.choice = ConflictChoice::overwrite};
+    }
+    if (choice == "overwrite")
+        return {.choice = ConflictChoice::overwrite};
+    return {.choice = choice == "rename" ? ConflictChoice::rename : ConflictChoice::skip};
 }
 
 int trashItems(Texts items, const TrashProvider& trash) {
@@ -48,7 +56,7 @@ int trashItems(Texts items, const TrashProvider& trash) {
     return report(FileActions::trash(urls, trash, journal).failures);
 }
 
-int transferItems(TransferKind kind, ConflictChoice choice, const FileUrl& target, Texts items,
+int transferItems(TransferKind kind, std::string_view choice, const FileUrl& target, Texts items,
                   const TrashProvider& trash) {
     TransferRequest request{.kind = kind};
     for (const auto* item : items) {
@@ -62,7 +70,7 @@ int transferItems(TransferKind kind, ConflictChoice choice, const FileUrl& targe
                            .trash = trash,
                            .now = [] { return std::chrono::steady_clock::now(); },
                            .today = [] { return Date{}; }});
-    engine.setResolver([choice](const Conflict&) { return ConflictDecision{.choice = choice}; });
+    engine.setResolver([choice](const Conflict&) { return answer(choice); });
     JobSnapshot ended;
     std::binary_semaphore finished{0};
     engine.setOnJobFinished([&](const JobSnapshot& job, const TransferRequest&) {
@@ -85,6 +93,6 @@ int main(int argumentCount, char** arguments) {
     const auto trash = trashNamed(texts[3]);
     if (action == "trash")
         return trashItems(texts.subspan(4), *trash);
-    return transferItems(action == "move" ? TransferKind::move : TransferKind::copy,
-                         choiceNamed(texts[2]), FileUrl(texts[4]), texts.subspan(5), *trash);
+    return transferItems(action == "move" ? TransferKind::move : TransferKind::copy, texts[2],
+                         FileUrl(texts[4]), texts.subspan(5), *trash);
 }
