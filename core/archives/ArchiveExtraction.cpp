@@ -1,6 +1,7 @@
 #include "core/archives/ArchiveExtraction.h"
 
 #include "core/archives/ArchiveSupport.h"
+#include "core/archives/EntryPath.h"
 #include "core/archives/EntryTraits.h"
 #include "core/archives/EntryWriter.h"
 #include "core/archives/FormatLabel.h"
@@ -154,7 +155,7 @@ void ArchiveExtraction::take(const StreamEntry& met) {
         takeForLink(met);
         return;
     }
-    if (met.isRefused || !leadsDown(entry.path)) {
+    if (met.isRefused || !isEntryPath(entry.path)) {
         refuse(entry);
         return;
     }

@@ -2,9 +2,6 @@
 
 #include "core/base/CzechText.h"
 
-#include <algorithm>
-#include <ranges>
-
 namespace fennik {
 
 std::string_view nameOf(const ArchiveEntry& entry) {
@@ -14,15 +11,6 @@ std::string_view nameOf(const ArchiveEntry& entry) {
 
 std::uint16_t plainMode(const ArchiveEntry& entry) {
     return entry.mode & 0777U;
-}
-
-bool leadsDown(std::string_view path) {
-    if (path.contains('\0'))
-        return false;
-    return std::ranges::none_of(std::views::split(path, '/'), [](const auto& part) {
-        const std::string_view name(part);
-        return name.empty() || name == "." || name == "..";
-    });
 }
 
 std::string sentenceOf(const ArchiveEntry& entry, const ArchiveError& error) {

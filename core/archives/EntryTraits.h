@@ -15,9 +15,6 @@ std::string_view nameOf(const ArchiveEntry& entry);
 /// Its mode without what would give programs and folders rights of their own.
 std::uint16_t plainMode(const ArchiveEntry& entry);
 
-/// Whether its path, by which it is put on the disk, leads down from a folder and nowhere else.
-bool leadsDown(std::string_view path);
-
 /// Why the entry cannot be taken.
 std::string sentenceOf(const ArchiveEntry& entry, const ArchiveError& error);
 std::string sentenceOf(const ArchiveEntry& entry, std::string_view reason);

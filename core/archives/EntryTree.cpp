@@ -1,5 +1,6 @@
 #include "core/archives/EntryTree.h"
 
+#include "core/archives/EntryPath.h"
 #include "core/base/Utf8.h"
 #include "core/operations/ClampedSum.h"
 
@@ -17,9 +18,7 @@ namespace {
 /// about 1 GiB.
 constexpr std::size_t mostNodes = 8'000'000;
 constexpr std::size_t mostText = std::size_t{256} << 20U;
-/// Decoded paths of 4,096 bytes are no longer than that.
-constexpr std::size_t longestPath = std::size_t{5} * 4096;
-static_assert(5 * longestPath <= TextStore::longest);
+static_assert(5 * longestDecodedPath <= TextStore::longest);
 constexpr std::size_t leastSlots = 1024; // a power of two, as all later numbers of them
 constexpr std::uint16_t implicitMode = 0755;
 
@@ -97,7 +96,7 @@ EntryTree::Index EntryTree::folderAt(std::string_view path) {
 
 bool EntryTree::add(const ArchiveEntry& entry) {
     if (nodes_.size() > mostNodes || names_.size() + linkTargetBytes_ > mostText ||
-        entry.path.size() > longestPath)
+        entry.path.size() > longestDecodedPath)
         return false;
     hasEncryptedEntries_ = hasEncryptedEntries_ || entry.encrypted;
     const Record record{.size = entry.kind == ArchiveEntry::Kind::file ? entry.size : 0,

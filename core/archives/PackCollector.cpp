@@ -1,5 +1,6 @@
 #include "core/archives/PackCollector.h"
 
+#include "core/archives/EntryPath.h"
 #include "core/base/CzechText.h"
 #include "core/base/Utf8.h"
 #include "core/operations/ClampedSum.h"
@@ -13,10 +14,6 @@
 namespace fennik {
 
 namespace {
-
-/// What lies deeper or has a longer path is refused when archives are read, by Fennik as well.
-constexpr std::size_t longestPath = 4096;
-constexpr std::size_t mostFolders = 256;
 
 bool isJunk(std::string_view name) {
     return name == ".DS_Store" || name == "__MACOSX" || name == "Icon\r" || name.starts_with("._");
@@ -126,7 +123,8 @@ bool PackCollector::add(std::uint32_t folder, const std::string& name, const Fil
     const auto& above = items_.folders_[folder];
     if (!canHold(options_.format, name) || isTakenApart(options_.format, name))
         return fail(quoted(name) + " nejde zabalit: formát takový název neumí.");
-    if (above.path.size() + name.size() > longestPath || above.depth > mostFolders)
+    // Otherwise it could not be taken out again.
+    if (above.path.size() + name.size() > longestEntryPath || above.depth > mostEntryFolders)
         return fail(quoted(name) + " nejde zabalit: cesta k němu je příliš dlouhá.");
     const auto size = status.type == FileType::regular ? status.size : 0;
     items_.names_ += name;

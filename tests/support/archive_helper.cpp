@@ -39,7 +39,7 @@ std::vector<StreamEntry> lies() {
         fileNamed("a/"),
         fileNamed("cut\0off"s),
         fileNamed("\xff"),
-        fileNamed(std::string(5'000, 'x')),
+        fileNamed(std::string(30'000, 'x')),
         {.entry = {.path = "x", .size = -1}},
         {.entry = {.path = "x", .mode = 0100644}},
         {.entry = {.path = "x", .modified = {.seconds = 0, .nanoseconds = 1'000'000'000}}},

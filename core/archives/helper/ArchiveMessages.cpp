@@ -55,10 +55,8 @@ std::optional<Value> whole(const MessageReader& fields, Value&& value) {
     return std::forward<Value>(value);
 }
 
-/// Whether the path is already as `ArchiveEntry` says.
-bool isEntryPath(std::string_view path, bool hasForeignName) {
-    return !path.empty() && !path.contains('\0') && entryPath(path) == path &&
-           (hasForeignName || Utf8::isValid(path));
+bool isSoundPath(std::string_view path, bool hasForeignName) {
+    return isEntryPath(path) && (hasForeignName || Utf8::isValid(path));
 }
 
 bool isSound(const StreamEntry& met) {
@@ -68,10 +66,10 @@ bool isSound(const StreamEntry& met) {
         return false;
     if (met.isRefused)
         return true;
-    if (!isEntryPath(entry.path, met.hasForeignName))
+    if (!isSoundPath(entry.path, met.hasForeignName))
         return false;
     if (entry.kind == ArchiveEntry::Kind::hardlink)
-        return entry.linkTarget && isEntryPath(*entry.linkTarget, met.hasForeignName);
+        return entry.linkTarget && isSoundPath(*entry.linkTarget, met.hasForeignName);
     return !entry.linkTarget || !entry.linkTarget->contains('\0');
 }
 

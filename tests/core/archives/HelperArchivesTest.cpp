@@ -108,6 +108,20 @@ TEST_F(HelperArchivesTest, readsWhatIsReadWithoutAHelper) {
     EXPECT_EQ(helped->next().value(), std::nullopt) << "the end stays";
 }
 
+TEST_F(HelperArchivesTest, takesPathsThatAreLongerDecodedThanAsTheyAreWritten) {
+    std::string name;
+    std::string path;
+    for (int i = 0; i < 1500; ++i) {
+        name += i % 100 == 99 ? "/\xE7" : "\xE7\xB2"; // cp852
+        path += i % 100 == 99 ? "/š" : "š▓";
+    }
+    temp.file("a.zip", zipOf({{.name = name, .content = "x", .isUtf8 = false, .madeBy = 0}}));
+    const ArchiveRequest request{.url = temp.url().appending("a.zip"), .charset = "IBM852"};
+    const auto stream = archives.open(request, never).value();
+    EXPECT_EQ(stream->next().value()->entry.path, path);
+    EXPECT_EQ(contentOf(*stream), "x");
+}
+
 TEST_F(HelperArchivesTest, givesTheDataOfWhatIsWantedAlone) {
     temp.file("a.tar", tarOf({{.name = "a/b", .content = "1"},
                               {.name = "ab", .content = "2"},
