@@ -72,7 +72,9 @@ EntryStream::Result<void> UnlockingStream::unlock(const ArchiveError& error) {
         if (entries_ > 0 && facts_.formatFamily != ArchiveFamily::zip)
             return std::unexpected(
                 ArchiveError{Case::unsupportedEncryption, formatLabel(facts_, request_.url)});
-        auto password = askPassword_(request_.url, kind == Case::wrongPassword);
+        std::optional<std::string> password;
+        context_.whileAsking(
+            [&] { password = askPassword_(request_.url, kind == Case::wrongPassword); });
         if (!password) {
             context_.cancelNow();
             return std::unexpected(ArchiveError{Case::cancelled});

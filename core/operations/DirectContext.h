@@ -30,6 +30,7 @@ public:
 
     TransferKind kind() const override { return kind_; }
     ConflictChoice answer(const Conflict& conflict) override;
+    void whileAsking(const std::function<void()>& ask) override { ask(); }
     Checkpoint checkpoint() override;
     bool isCancelled() const override;
     void cancelNow() override;

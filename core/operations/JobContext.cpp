@@ -33,14 +33,10 @@ void JobContext::standStill(Pause pause) {
 ConflictChoice JobContext::answer(const Conflict& conflict) {
     if (policy_ && !job_.isCancelled())
         return policy_->choice;
-    if (!job_.startAsking())
-        return ConflictChoice::cancel;
     ConflictDecision decision;
-    standStill([&] {
-        host_.publish(Publishing::now);
+    whileAsking([&] {
         if (const auto resolver = host_.resolver())
             decision = resolver(conflict);
-        job_.stopAsking();
     });
     // Who cancels the job while it asks wants nothing more to happen, whatever the answer.
     if (job_.isCancelled())
@@ -48,6 +44,16 @@ ConflictChoice JobContext::answer(const Conflict& conflict) {
     if (decision.applyToAll)
         policy_ = decision;
     return decision.choice;
+}
+
+void JobContext::whileAsking(const std::function<void()>& ask) {
+    if (!job_.startAsking())
+        return;
+    standStill([&] {
+        host_.publish(Publishing::now);
+        ask();
+        job_.stopAsking();
+    });
 }
 
 Checkpoint JobContext::checkpoint() {

@@ -12,6 +12,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -44,6 +45,7 @@ public:
 
     TransferKind kind() const override { return job_.kind(); }
     ConflictChoice answer(const Conflict& conflict) override;
+    void whileAsking(const std::function<void()>& ask) override;
     Checkpoint checkpoint() override;
     bool isCancelled() const override { return job_.isCancelled(); }
     void cancelNow() override;

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,9 @@ public:
     virtual TransferKind kind() const = 0;
     /// The answer to a clash: the one remembered for all, else the user's, for whom it waits.
     virtual ConflictChoice answer(const Conflict& conflict) = 0;
+    /// Runs `ask`, which waits for the user in its own way; the work stands still meanwhile. Not
+    /// called where the work has been cancelled.
+    virtual void whileAsking(const std::function<void()>& ask) = 0;
     /// Waits while paused. Says whether to go on.
     virtual Checkpoint checkpoint() = 0;
     /// The work has been stopped for good.

@@ -207,6 +207,7 @@ TEST_F(ArchivesScenario, theWorkerWaitsForThePasswordAndThePanelRemembersIt) {
     ASSERT_NE(password(), nullptr);
     EXPECT_EQ(password()->archive.path(), temp.path("left/a.zip"));
     EXPECT_EQ(password()->wasWrong, app::WasWrong::no);
+    EXPECT_EQ(app().jobs().back().state, JobSnapshot::State::askingConflict);
     app().answerPassword("mrož");
     settle();
     ASSERT_NE(password(), nullptr);

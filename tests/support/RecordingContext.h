@@ -23,6 +23,7 @@ public:
         onAsk(conflict);
         return choice;
     }
+    void whileAsking(const std::function<void()>& ask) override { ask(); }
     Checkpoint checkpoint() override {
         onCheckpoint();
         return cancelled ? Checkpoint::stop : Checkpoint::goOn;

@@ -33,6 +33,7 @@ public:
 
     TransferKind kind() const override { return TransferKind::pack; }
     ConflictChoice answer(const Conflict&) override { return ConflictChoice::cancel; }
+    void whileAsking(const std::function<void()>&) override {} // packing asks nothing
     Checkpoint checkpoint() override { return isCancelled() ? Checkpoint::stop : Checkpoint::goOn; }
     bool isCancelled() const override {
         constexpr std::chrono::milliseconds pause(20);
