@@ -21,7 +21,7 @@ int main(int argumentCount, char** arguments) {
     const HelperArchives archives;
     const auto body = [&](OperationContext& context) {
         const auto noPassword = [](const FileUrl&, bool) { return std::optional<std::string>(); };
-        ArchiveExtractor(archives, context, noPassword)
+        return ArchiveExtractor(archives, context, noPassword)
             .run({{.archive = archive, .target = folder}});
     };
     return runOneJob(std::move(request), folder.appending("trash"), body) ? 0 : 1;

@@ -29,7 +29,8 @@ int main(int argumentCount, char** arguments) {
         request.pairs.push_back({sources.back(), archive});
     }
     const auto body = [&](OperationContext& context) {
-        HelperPacker().pack(sources, archive, options, context);
+        const bool isPacked = HelperPacker().pack(sources, archive, options, context);
+        return std::vector(sources.size(), isPacked ? PairOutcome::done : PairOutcome::failed);
     };
     return runOneJob(std::move(request), archive.parent().appending("trash"), body) ? 0 : 1;
 }

@@ -52,6 +52,7 @@ ArchiveExtraction::ArchiveExtraction(const Surroundings& surroundings, const Ext
       what_(what),
       password_(what.password),
       index_(what.index),
+      failuresBefore_(ledger_.failures()),
       selection_(what.selection),
       placing_(
           ledger_, [this](const FileStatus& there) { return objection(there); },
@@ -110,7 +111,7 @@ bool ArchiveExtraction::prepare() {
     }
     linksOut_ = selection_.linksOut(*index_);
     for (const auto& path : selection_.missingIn(*index_))
-        ledger_.failed(quoted(path) + " v archivu není.");
+        charge(path, [&] { ledger_.failed(quoted(path) + " v archivu není."); });
     return goesOn();
 }
 
@@ -135,7 +136,7 @@ void ArchiveExtraction::takeEntries(EntryStream::Result<std::optional<StreamEntr
         const auto& entry = *met;
         if (!entry || !goesOn())
             return;
-        take(*entry);
+        charge(entry->entry.path, [&] { take(*entry); });
         if (disk_.isFull()) {
             ledger_.failed("Na disku už není místo, zbytek archivu " +
                            quoted(what_.archive.lastComponent()) + " zůstal nerozbalený.");
@@ -296,14 +297,18 @@ void ArchiveExtraction::takeWhatWaits() {
     for (const auto& [path, file] : empty_) {
         if (!goesOn() || disk_.isFull())
             return;
-        if (!isPassedOver(file.entry, file.base))
-            writeFile({.entry = file.entry}, file.base, {});
+        charge(path, [&] {
+            if (!isPassedOver(file.entry, file.base))
+                writeFile({.entry = file.entry}, file.base, {});
+        });
     }
     for (const auto& link : links_) {
         if (!goesOn() || disk_.isFull())
             return;
-        if (!isTaken(link.entry) && !isPassedOver(link.entry, link.base))
-            takeLink(link.entry, link.base);
+        charge(link.entry.path, [&] {
+            if (!isTaken(link.entry) && !isPassedOver(link.entry, link.base))
+                takeLink(link.entry, link.base);
+        });
     }
 }
 
@@ -462,6 +467,32 @@ std::optional<std::string> ArchiveExtraction::ownFolderName() const {
     const bool hasIt = tops.size() == 1 && tops.front() == name;
     const auto top = hasIt ? index_->find(name) : std::nullopt;
     return top && top->kind == Kind::directory ? std::nullopt : std::optional(name);
+}
+
+template <class Work>
+void ArchiveExtraction::charge(std::string_view path, Work work) {
+    const auto before = ledger_.failures();
+    work();
+    const auto failures = ledger_.failures() - before;
+    const auto base = selection_.baseLength(path);
+    if (failures == 0 || !base)
+        return;
+    failedPaths_.emplace(path.substr(0, path.find('/', *base)));
+    charged_ += failures;
+}
+
+std::vector<PairOutcome> ArchiveExtraction::outcomes() const {
+    std::vector<PairOutcome> outcomes;
+    if (!what_.selection)
+        return {ledger_.outcomes()[ledger_.pair()]};
+    // What failed for no single entry may have hit them all.
+    const bool isWhole = ledger_.failures() == failuresBefore_ + charged_;
+    const auto others = isStopped_ ? PairOutcome::pending
+                        : isWhole  ? PairOutcome::done
+                                   : PairOutcome::failed;
+    for (const auto& path : *what_.selection)
+        outcomes.push_back(failedPaths_.contains(path) ? PairOutcome::failed : others);
+    return outcomes;
 }
 
 void ArchiveExtraction::fail(const ArchiveError& error) {

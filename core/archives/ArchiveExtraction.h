@@ -17,6 +17,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace fennik {
@@ -39,6 +40,8 @@ public:
 
     /// False where the job was stopped before everything had been gone through.
     bool run();
+    /// What each of the selected paths came to, in a run that has ended.
+    std::vector<PairOutcome> outcomes() const;
 
 private:
     /// A file that was written, so that it can get another name.
@@ -95,6 +98,9 @@ private:
     NameClash::Newcomer newcomer(const std::string& folder) const;
     std::optional<std::string> objection(const FileStatus& there) const;
     void fail(const ArchiveError& error);
+    /// What fails in `work` is the fault of the entry at `path`.
+    template <class Work>
+    void charge(std::string_view path, Work work);
 
     Surroundings around_;
     TransferLedger& ledger_;
@@ -102,6 +108,7 @@ private:
     const Extraction& what_;
     std::string password_;
     std::shared_ptr<const ArchiveIndex> index_;
+    const std::size_t failuresBefore_; ///< of other archives
     EntrySelection selection_;
     std::unique_ptr<UnlockingStream> stream_ = {};
     NamePlacing placing_;
@@ -114,6 +121,8 @@ private:
     /// Files without data that may get some yet, by their paths.
     std::map<std::string, Later> empty_ = {};
     FullDisk disk_ = {};
+    std::unordered_set<std::string> failedPaths_ = {}; ///< of those that were selected
+    std::size_t charged_ = 0;                          ///< failures that are the fault of one entry
     int refused_ = 0;
     bool isStopped_ = false; ///< by the job
     bool isOver_ = false;    ///< nothing more can be taken

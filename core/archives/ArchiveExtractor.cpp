@@ -6,7 +6,9 @@
 #include "core/operations/TransferLedger.h"
 #include "core/operations/TransferPlaces.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <utility>
 
 namespace fennik {
@@ -29,6 +31,7 @@ std::vector<PairOutcome> ArchiveExtractor::run(const std::vector<Extraction>& ex
     OpenFolders folders;
     TransferPlaces targets(folders);
     TransferLedger ledger(context_, extractions.size(), std::move(counts));
+    std::vector<PairOutcome> outcomes;
     for (std::size_t i = 0; i < extractions.size(); ++i) {
         if (context_.checkpoint() == Checkpoint::stop)
             break;
@@ -39,11 +42,14 @@ std::vector<PairOutcome> ArchiveExtractor::run(const std::vector<Extraction>& ex
                                       .folders = folders,
                                       .targets = targets},
                                      extractions[i]);
-        if (!extraction.run())
+        const bool isThrough = extraction.run();
+        if (isThrough)
+            ledger.end();
+        std::ranges::move(extraction.outcomes(), std::back_inserter(outcomes));
+        if (!isThrough)
             break;
-        ledger.end();
     }
-    return ledger.outcomes();
+    return outcomes;
 }
 
 } // namespace fennik

@@ -43,7 +43,8 @@ public:
     ArchiveExtractor(const ArchiveOpener& archives, OperationContext& context,
                      AskPassword askPassword);
 
-    /// What each of them came to.
+    /// What they came to, as far as they were reached: one outcome for each selected path, or for
+    /// the archive as a whole.
     std::vector<PairOutcome> run(const std::vector<Extraction>& extractions);
 
 private:

@@ -39,9 +39,9 @@ std::vector<PairOutcome> transfer(const TransferPairs& pairs, JobContext& contex
 
 std::vector<PairOutcome> runBody(const TransferEngine::Body& body, JobContext& context) {
     context.startWork();
-    if (context.checkpoint() == Checkpoint::goOn)
-        body(context);
-    return {};
+    if (context.checkpoint() == Checkpoint::stop)
+        return {};
+    return body(context);
 }
 
 } // namespace

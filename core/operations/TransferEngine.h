@@ -38,7 +38,8 @@ struct EngineServices {
 /// snapshots. All calls are safe on any thread and none waits for the disk.
 class TransferEngine {
 public:
-    using Body = std::function<void(OperationContext&)>;
+    /// What the pairs came to; those that are missing at the end were not reached.
+    using Body = std::function<std::vector<PairOutcome>(OperationContext&)>;
     using OnUpdate = std::function<void(std::vector<JobSnapshot>)>;
     using OnJobFinished = std::function<void(JobSnapshot, TransferRequest)>;
 

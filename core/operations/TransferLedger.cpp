@@ -62,6 +62,7 @@ void TransferLedger::skipped(std::int64_t bytes) {
 
 void TransferLedger::failed(std::size_t pair, std::string sentence) {
     outcomes_[pair] = PairOutcome::failed;
+    ++failures_;
     context_.addError(std::move(sentence));
     if (onFailure_ == OnFailure::stop)
         context_.cancelNow();

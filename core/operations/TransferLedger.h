@@ -41,6 +41,8 @@ public:
     void failed(std::size_t pair, std::string sentence);
 
     const std::vector<PairOutcome>& outcomes() const { return outcomes_; }
+    /// How many sentences on failures there were.
+    std::size_t failures() const { return failures_; }
 
 private:
     OperationContext& context_;
@@ -49,6 +51,7 @@ private:
     std::vector<PairCount> counts_;
     TransferTotals total_;
     std::size_t pair_ = 0;
+    std::size_t failures_ = 0;
     std::int64_t accounted_ = 0; ///< bytes of the current pair
 };
 

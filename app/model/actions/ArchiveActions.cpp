@@ -66,7 +66,9 @@ void AppModel::pack(const std::vector<FileUrl>& sources, const FileUrl& archive,
     engine_.enqueue(std::move(request), {},
                     [&packer = services_.packer, sources, archive,
                      options = std::move(options)](OperationContext& context) {
-                        packer.pack(sources, archive, options, context);
+                        const bool isPacked = packer.pack(sources, archive, options, context);
+                        return std::vector(sources.size(),
+                                           isPacked ? PairOutcome::done : PairOutcome::failed);
                     });
 }
 
@@ -122,7 +124,7 @@ void AppModel::extract(const ExtractDialog& dialog, std::vector<TransferPair> pa
         [&archives = services_.panels.archives, extractions = std::move(extractions),
          ask = passwords_.askingFor(PendingPassword::Asker::job),
          browse = dialog.browse](OperationContext& context) {
-            ArchiveExtractor(archives, context, ask).run(extractions);
+            return ArchiveExtractor(archives, context, ask).run(extractions);
         });
 }
 

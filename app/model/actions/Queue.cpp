@@ -16,12 +16,6 @@ bool haveEnded(const std::vector<JobSnapshot>& jobs) {
     return std::ranges::all_of(jobs, &JobSnapshot::hasEnded);
 }
 
-/// Whether what is packed or unpacked, of which only the whole has an outcome, was done.
-bool isDoneAsAWhole(const JobSnapshot& job) {
-    const bool isWhole = job.kind == TransferKind::pack || job.kind == TransferKind::extract;
-    return isWhole && job.state == JobSnapshot::State::finished && job.errors->empty();
-}
-
 bool liesIn(const FileUrl& item, const std::string& folder) {
     const auto& path = item.path();
     const auto length = path.size() - item.lastComponent().size();
@@ -125,7 +119,7 @@ void AppModel::takeMarksOf(const JobSnapshot& job, const TransferRequest& reques
             const auto& source = request.pairs[i].source;
             const bool isDone =
                 job.outcomes[i] == PairOutcome::done || job.outcomes[i] == PairOutcome::skipped;
-            if ((isDone || isDoneAsAWhole(job)) && liesIn(source, panel->location().path()))
+            if (isDone && liesIn(source, panel->location().path()))
                 done.emplace(source.lastComponent());
         }
         panel->unmark(done);

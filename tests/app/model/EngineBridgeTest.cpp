@@ -1,6 +1,7 @@
 #include "app/model/EngineBridge.h"
 #include "core/base/SerialWorker.h"
 #include "core/operations/Trashes.h"
+#include "tests/support/JobBody.h"
 #include "tests/support/ManualExecutor.h"
 #include "tests/support/TempFolder.h"
 
@@ -26,9 +27,9 @@ protected:
     }
     Uuid ask(std::promise<ConflictChoice>& answer) {
         const TransferRequest request{.pairs = {{FileUrl("/a"), FileUrl("/b")}}};
-        return engine.enqueue(request, {}, [&answer](OperationContext& context) {
-            answer.set_value(context.answer({.source = FileUrl("/a")}));
-        });
+        return engine.enqueue(request, {}, bodyOf([&answer](OperationContext& context) {
+                                  answer.set_value(context.answer({.source = FileUrl("/a")}));
+                              }));
     }
     void awaitClash() {
         while (!clash) {
@@ -72,7 +73,7 @@ TEST_F(EngineBridgeTest, listsThatWereOvertakenNeverReachTheMainThread) {
     std::promise<void> gate;
     worker.execute([opened = gate.get_future().share()] { opened.wait(); });
     for (int job = 0; job < 5; ++job)
-        engine.enqueue({}, {}, [](OperationContext&) {});
+        engine.enqueue({}, {}, bodyOf([](OperationContext&) {}));
     EXPECT_EQ(main.count(), 1U) << "one task, however many lists";
     main.runAll();
     EXPECT_THAT(lists, testing::ElementsAre(5U));

@@ -6,6 +6,7 @@
 #include "app/ui/StatusLine.h"
 #include "app/ui/dialogs/LinesDialog.h"
 #include "app/ui/dialogs/QuitDialog.h"
+#include "tests/support/JobBody.h"
 #include "tests/support/WindowFixture.h"
 
 #include <QApplication>
@@ -37,10 +38,10 @@ protected:
 
     Uuid addJob() {
         const auto id = app.engine().enqueue(
-            {.title = "Kopírování 2 položek"}, {}, [](OperationContext& context) {
+            {.title = "Kopírování 2 položek"}, {}, bodyOf([](OperationContext& context) {
                 while (context.checkpoint() == Checkpoint::goOn)
                     std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            });
+            }));
         settle();
         return id;
     }

@@ -46,7 +46,8 @@ protected:
             passwords.erase(passwords.begin());
             return std::optional(std::move(password));
         });
-        return extractor.run({extraction}).front();
+        outcomes = extractor.run({extraction});
+        return outcomes.empty() ? PairOutcome::pending : outcomes.front();
     }
     /// As the user has seen it in a panel before.
     void look() {
@@ -73,7 +74,8 @@ protected:
     Extraction extraction{.archive = FileUrl(temp.path("x.tar")),
                           .target = FileUrl(temp.path("target"))};
     std::vector<std::string> passwords;
-    std::vector<bool> asked; ///< whether the password before was wrong
+    std::vector<PairOutcome> outcomes; ///< of the last extraction
+    std::vector<bool> asked;           ///< whether the password before was wrong
 };
 
 } // namespace fennik::test

@@ -1,4 +1,5 @@
 #include "core/operations/TransferEngine.h"
+#include "tests/support/JobBody.h"
 #include "tests/support/ManualExecutor.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestTrash.h"
@@ -58,14 +59,14 @@ protected:
 TEST_F(JobMemoryTest, anItemInATreeTakesLittle) {
     constexpr std::size_t items = 100'000;
     const auto before = allocatedBytes();
-    engine.enqueue({}, {}, [&](OperationContext& context) {
-        for (std::size_t item = 0; item < items; ++item) {
-            const auto name = "IMG_" + std::to_string(item) + ".jpg";
-            context.addStep(UndoSteps::Created{
-                FileUrl("/media/zaloha/Fotografie/2016/Dovolená u moře/" + name)});
-        }
-        measure();
-    });
+    engine.enqueue({}, {}, bodyOf([&](OperationContext& context) {
+                       for (std::size_t item = 0; item < items; ++item) {
+                           const auto name = "IMG_" + std::to_string(item) + ".jpg";
+                           context.addStep(UndoSteps::Created{
+                               FileUrl("/media/zaloha/Fotografie/2016/Dovolená u moře/" + name)});
+                       }
+                       measure();
+                   }));
     worker.runAll();
     expectLittleFor(items, before);
 }

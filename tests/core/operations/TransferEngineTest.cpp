@@ -1,5 +1,6 @@
 #include "core/operations/TransferEngine.h"
 
+#include "tests/support/JobBody.h"
 #include "tests/support/ManualExecutor.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestTrash.h"
@@ -44,9 +45,9 @@ protected:
         });
     }
 
-    /// Runs a job with this body to its end.
-    JobSnapshot run(TransferEngine::Body body) {
-        engine.enqueue(copyOf({"a"}), {}, std::move(body));
+    /// Runs a job that does this to its end.
+    JobSnapshot run(std::function<void(OperationContext&)> work) {
+        engine.enqueue(copyOf({"a"}), {}, bodyOf(std::move(work)));
         worker.runAll();
         return finished.back().job;
     }
@@ -102,15 +103,15 @@ TEST_F(TransferEngineTest, aNewJobWaitsAndSaysWhatItIs) {
 }
 
 TEST_F(TransferEngineTest, jobsRunOneAfterTheOtherAndTellEveryState) {
-    const auto first = engine.enqueue(copyOf({"a"}), {}, [&](OperationContext& context) {
-        context.setCurrentName("a");
-        EXPECT_EQ(engine.snapshots()[0].currentName, "a");
-        EXPECT_EQ(engine.snapshots()[1].state, State::waiting);
-    });
-    const auto second = engine.enqueue(copyOf({"b"}), {}, [&](OperationContext&) {
-        EXPECT_EQ(engine.snapshots()[0].state, State::finished);
-        EXPECT_EQ(engine.snapshots()[1].state, State::running);
-    });
+    const auto first = engine.enqueue(copyOf({"a"}), {}, bodyOf([&](OperationContext& context) {
+                                          context.setCurrentName("a");
+                                          EXPECT_EQ(engine.snapshots()[0].currentName, "a");
+                                          EXPECT_EQ(engine.snapshots()[1].state, State::waiting);
+                                      }));
+    const auto second = engine.enqueue(copyOf({"b"}), {}, bodyOf([&](OperationContext&) {
+                                           EXPECT_EQ(engine.snapshots()[0].state, State::finished);
+                                           EXPECT_EQ(engine.snapshots()[1].state, State::running);
+                                       }));
     worker.runAll();
 
     std::vector<State> states;
@@ -194,14 +195,19 @@ TEST_F(TransferEngineTest, whatWasDoneCanBeUndoneAlsoAfterACancellation) {
     EXPECT_THAT(journal.last()->steps.all(), ElementsAre(step));
     EXPECT_EQ(journal.last()->date, (Date{77, 0}));
 
+    engine.enqueue(copyOf({"b", "c"}), "Vlastní název",
+                   [](OperationContext&) { return std::vector{PairOutcome::done}; });
+    worker.runAll();
+    EXPECT_THAT(finished.back().job.outcomes, ElementsAre(PairOutcome::done, PairOutcome::pending));
     engine.enqueue(copyOf({"b"}), "Vlastní název",
-                   [&](OperationContext& context) { context.addStep(step); });
+                   bodyOf([&](OperationContext& context) { context.addStep(step); }));
     worker.runAll();
     EXPECT_EQ(journal.last()->title, "Vlastní název");
 }
 
 TEST_F(TransferEngineTest, aWaitingJobThatIsCancelledEndsAtOnceAndOnce) {
-    const auto id = engine.enqueue(copyOf({"a", "b"}), {}, [](OperationContext&) { FAIL(); });
+    const auto id =
+        engine.enqueue(copyOf({"a", "b"}), {}, bodyOf([](OperationContext&) { FAIL(); }));
     engine.pause(id);
     EXPECT_EQ(only().state, State::waiting);
     EXPECT_TRUE(only().paused);

@@ -1,5 +1,6 @@
 #include "core/base/SerialWorker.h"
 #include "core/operations/TransferEngine.h"
+#include "tests/support/JobBody.h"
 #include "tests/support/TestTrash.h"
 
 #include <gmock/gmock.h>
@@ -77,9 +78,10 @@ void workOn(OperationContext& context) {
 
 TEST_F(TransferEngineThreadsTest, aJobPausedBeforeItsTimeStopsAtItsFirstCheckpoint) {
     std::binary_semaphore released{0};
-    engine->enqueue({}, {}, [&](OperationContext&) { released.acquire(); });
-    const auto resumed = engine->enqueue({}, {}, [](OperationContext&) {});
-    const auto cancelled = engine->enqueue({}, {}, [](OperationContext&) { ADD_FAILURE(); });
+    engine->enqueue({}, {}, bodyOf([&](OperationContext&) { released.acquire(); }));
+    const auto resumed = engine->enqueue({}, {}, bodyOf([](OperationContext&) {}));
+    const auto cancelled =
+        engine->enqueue({}, {}, bodyOf([](OperationContext&) { ADD_FAILURE(); }));
     engine->pause(resumed);
     engine->pause(cancelled);
     released.release();
@@ -94,7 +96,7 @@ TEST_F(TransferEngineThreadsTest, aJobPausedBeforeItsTimeStopsAtItsFirstCheckpoi
 }
 
 TEST_F(TransferEngineThreadsTest, aPausedJobThatIsCancelledWakesAndEnds) {
-    const auto id = engine->enqueue({}, {}, workOn);
+    const auto id = engine->enqueue({}, {}, bodyOf(workOn));
     ASSERT_TRUE(onlyJobBecomes(State::running));
     engine->pause(id);
     ASSERT_TRUE(onlyJobBecomes(State::paused));
@@ -104,10 +106,10 @@ TEST_F(TransferEngineThreadsTest, aPausedJobThatIsCancelledWakesAndEnds) {
 
 TEST_F(TransferEngineThreadsTest, aCancellationEndsTheWaitForALimitAtOnce) {
     engine->setThrottle(1);
-    const auto id = engine->enqueue({}, {}, [](OperationContext& context) {
-        context.bytesWritten(1'000'000);
-        EXPECT_EQ(context.checkpoint(), Checkpoint::stop);
-    });
+    const auto id = engine->enqueue({}, {}, bodyOf([](OperationContext& context) {
+                                        context.bytesWritten(1'000'000);
+                                        EXPECT_EQ(context.checkpoint(), Checkpoint::stop);
+                                    }));
     ASSERT_TRUE(onlyJobBecomes(State::running));
     std::this_thread::sleep_for(20ms); // it waits by now, as a rule
     const auto begin = std::chrono::steady_clock::now();
@@ -124,13 +126,13 @@ TEST_F(TransferEngineThreadsTest, stormsOfCommandsNeverHangOrEndAJobTwice) {
     });
     std::vector<Uuid> ids;
     for (std::size_t number = 0; number < jobs; ++number)
-        ids.push_back(engine->enqueue({}, {}, [](OperationContext& context) {
-            while (context.checkpoint() == Checkpoint::goOn) {
-                context.answer({});
-                context.bytesWritten(1);
-                context.addError("Nejde to.");
-            }
-        }));
+        ids.push_back(engine->enqueue({}, {}, bodyOf([](OperationContext& context) {
+                                          while (context.checkpoint() == Checkpoint::goOn) {
+                                              context.answer({});
+                                              context.bytesWritten(1);
+                                              context.addError("Nejde to.");
+                                          }
+                                      })));
     const auto disturb = [&](unsigned seed) {
         std::mt19937 random(seed);
         for (int command = 0; command < 2000; ++command) {
@@ -166,10 +168,10 @@ TEST_F(TransferEngineThreadsTest, stormsOfCommandsNeverHangOrEndAJobTwice) {
 
 TEST_F(TransferEngineThreadsTest, theLastListToldIsTheLatest) {
     for (int round = 0; round < 200; ++round) {
-        const auto id = engine->enqueue({}, {}, [](OperationContext& context) {
-            context.setCurrentName("a");
-            context.filesDone(1);
-        });
+        const auto id = engine->enqueue({}, {}, bodyOf([](OperationContext& context) {
+                                            context.setCurrentName("a");
+                                            context.filesDone(1);
+                                        }));
         engine->pause(id);
         engine->resume(id);
         ASSERT_TRUE(onlyJobBecomes(State::finished)) << "round " << round;
@@ -187,11 +189,11 @@ TEST_F(TransferEngineThreadsTest, anEngineMayGoWhileAJobStillAsks) {
         answered.acquire();
         return ConflictDecision{ConflictChoice::overwrite};
     });
-    engine->enqueue({}, {}, [&](OperationContext& context) {
-        wasCancelled = context.answer({}) == ConflictChoice::cancel;
-        context.addStep(UndoSteps::Created{FileUrl("/to/a")});
-    });
-    engine->enqueue({}, {}, [](OperationContext&) { ADD_FAILURE(); });
+    engine->enqueue({}, {}, bodyOf([&](OperationContext& context) {
+                        wasCancelled = context.answer({}) == ConflictChoice::cancel;
+                        context.addStep(UndoSteps::Created{FileUrl("/to/a")});
+                    }));
+    engine->enqueue({}, {}, bodyOf([](OperationContext&) { ADD_FAILURE(); }));
     asked.acquire();
     engine->cancelAll();
     engine.reset();
