@@ -1,5 +1,7 @@
 #include "app/model/ArchivePaths.h"
 
+#include "core/archives/ArchiveSupport.h"
+
 #include <deque>
 
 namespace fennik::app::ArchivePaths {
@@ -19,6 +21,11 @@ void prepend(std::string_view path, std::deque<std::string>& rest) {
 }
 
 } // namespace
+
+bool mayBeArchive(FileKind kind, std::string_view name) {
+    const bool mayBeFile = kind == FileKind::file || kind == FileKind::symlink;
+    return mayBeFile && ArchiveSupport::archiveExtension(name);
+}
 
 std::string child(std::string_view folder, std::string_view name) {
     std::string path(folder);

@@ -1,13 +1,17 @@
 #pragma once
 
 #include "core/archives/ArchiveIndex.h"
+#include "core/listing/FileItem.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
 
-/// Paths of entries inside an archive. "" is the root.
+/// What leads to archives, and the paths of entries inside one. "" is the root.
 namespace fennik::app::ArchivePaths {
+
+/// Whether an item is called like an archive, and is a file or a link that may lead to one.
+bool mayBeArchive(FileKind kind, std::string_view name);
 
 std::string child(std::string_view folder, std::string_view name);
 std::string_view parent(std::string_view path);
