@@ -233,9 +233,12 @@ private:
     void copyPath();
     void paste(TransferKind kind);
 
+    using Confirmed = std::function<void(std::vector<TransferPair>)>;
     /// Calls `confirmed` once the target has been found and is none that is refused.
-    void confirmTarget(TransferTarget::Question question,
-                       std::function<void(std::vector<TransferPair>)> confirmed);
+    void confirmTarget(TransferTarget::Question question, Confirmed confirmed);
+    /// The same for what `examine` finds on a worker, at `path`.
+    void confirm(std::string path, std::function<TransferTarget::Answer()> examine,
+                 Confirmed confirmed);
 
     // Archives.
     void openPacking();

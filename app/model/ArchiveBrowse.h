@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace fennik::app {
 
@@ -27,5 +28,12 @@ struct ArchiveBrowse {
     /// The archive that lies in a folder.
     const ArchiveBrowse& outermost() const { return outer ? outer->outermost() : *this; }
 };
+
+namespace ArchiveTexts {
+
+inline constexpr std::string_view isReadOnly = "Archiv je jen pro čtení.";
+inline constexpr std::string_view takesNothing = "Do archivu nejde nic přidat, je jen pro čtení.";
+
+} // namespace ArchiveTexts
 
 } // namespace fennik::app

@@ -71,11 +71,9 @@ struct PackAnswer {
 /// Asks what archive items are to be packed into.
 struct PackDialog {
     std::vector<FileUrl> sources = {};
-    FileUrl here = {};                     ///< the folder of the sources
-    std::optional<FileUrl> other = {};     ///< that of the other panel, where it is another one
-    std::string stem = {};                 ///< of the name at first, in bytes
-    PackOptions options = {};              ///< at first
-    std::optional<PackAnswer> answer = {}; ///< as chosen so far
+    FileUrl here = {};                 ///< the folder of the sources
+    std::optional<FileUrl> other = {}; ///< that of the other panel, where it is another one
+    PackAnswer answer = {};            ///< as chosen so far
     std::int64_t knownBytes = 0;
     bool hasUnsizedFolders = false; ///< `knownBytes` is only a part of the whole
 };

@@ -15,7 +15,7 @@ bool isQuestion(const Dialog& dialog) {
 /// Whether a worker waits for the answer.
 bool isWaitedFor(const Dialog& dialog) {
     if (const auto* clash = std::get_if<ConflictDialog>(&dialog))
-        return !clash->pending->isDecided();
+        return !clash->pending->isAnswered();
     const auto* password = std::get_if<PasswordDialog>(&dialog);
     return password != nullptr && !password->pending->isAnswered();
 }

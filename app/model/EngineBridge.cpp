@@ -88,7 +88,7 @@ ConflictDecision EngineBridge::Shared::decide(const Conflict& conflict) {
         waiting = pending;
     }
     tell([pending](Shared& shared) {
-        if (!pending->isDecided())
+        if (!pending->isAnswered())
             shared.listeners.clashed(pending);
     });
     const auto decision = pending->wait();
@@ -115,14 +115,14 @@ EngineBridge::~EngineBridge() {
 void EngineBridge::cancelClash(const Uuid& job) {
     const std::lock_guard guard(shared_->lock);
     if (shared_->waiting && shared_->waiting->job.id == job)
-        shared_->waiting->decide(cancellation);
+        shared_->waiting->answer(cancellation);
 }
 
 void EngineBridge::close() {
     const std::lock_guard guard(shared_->lock);
     shared_->isClosed = true;
     if (shared_->waiting)
-        shared_->waiting->decide(cancellation);
+        shared_->waiting->answer(cancellation);
 }
 
 } // namespace fennik::app

@@ -109,7 +109,7 @@ std::optional<PanelDrops::Place> PanelDrops::placeAt(const QWidget* widget,
 std::optional<std::string> PanelDrops::obstacle(const Place& place,
                                                 const std::vector<FileUrl>& files) const {
     if (place.isInArchive)
-        return "Archiv je jen pro čtení.";
+        return std::string(app::ArchiveTexts::isReadOnly);
     return context_.app.dropObstacle(files, place.folder);
 }
 

@@ -255,12 +255,12 @@ TEST_F(ArchivesScenario, aClosingWindowLeavesNobodyWaitingForAPassword) {
 TEST_F(ArchivesScenario, itemsArePackedUnderANameThatIsFree) {
     moveTo("report.txt");
     press("opt+f5");
-    EXPECT_EQ(dialog<app::PackDialog>().stem, "report");
+    EXPECT_EQ(dialog<app::PackDialog>().answer.name, "report.zip");
     app().closeDialog();
     mark({"tree", "report.txt"});
     press("opt+f5");
     const auto asked = dialog<app::PackDialog>();
-    EXPECT_EQ(asked.stem, "left");
+    EXPECT_EQ(asked.answer.name, "left.zip");
     EXPECT_EQ(asked.here.path(), temp.path("left"));
     EXPECT_EQ(asked.other->path(), temp.path("right"));
     EXPECT_EQ(asked.knownBytes, 4);

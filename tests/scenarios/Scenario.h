@@ -74,7 +74,7 @@ protected:
     std::shared_ptr<app::PendingConflict> clash() {
         const auto& dialog = app().dialog();
         const auto* shown = dialog ? std::get_if<app::ConflictDialog>(&*dialog) : nullptr;
-        return shown != nullptr && !shown->pending->isDecided() ? shown->pending : nullptr;
+        return shown != nullptr && !shown->pending->isAnswered() ? shown->pending : nullptr;
     }
 
     /// The password that a worker waits for.

@@ -1,7 +1,6 @@
 #include "app/model/AppModel.h"
 #include "app/model/ArchivePaths.h"
 #include "core/archives/ArchiveExtractor.h"
-#include "core/archives/ArchiveSupport.h"
 #include "core/base/CzechText.h"
 #include "core/base/PathText.h"
 
@@ -11,11 +10,6 @@ namespace fennik::app {
 
 namespace {
 
-bool isArchive(const FileItemView& item) {
-    const bool mayBeFile = item.kind == FileKind::file || item.kind == FileKind::symlink;
-    return mayBeFile && ArchiveSupport::archiveExtension(item.name);
-}
-
 /// What an archive of these items is called, without its extension.
 std::string stemFor(const std::vector<FileUrl>& sources, const FileItemView& first) {
     if (sources.size() > 1)
@@ -23,17 +17,12 @@ std::string stemFor(const std::vector<FileUrl>& sources, const FileItemView& fir
     return std::string(first.kind == FileKind::file ? first.baseName() : first.name);
 }
 
-PackAnswer firstAnswer(const PackDialog& dialog) {
-    return {.name = dialog.stem + "." + std::string(extensionOf(dialog.options.format)),
-            .options = dialog.options};
-}
-
 } // namespace
 
 bool AppModel::refusesArchiveAsTarget() {
     if (!otherPanel().archive())
         return false;
-    showToast("Do archivu nejde nic přidat, je jen pro čtení.", Toast::Kind::error);
+    showToast(std::string(ArchiveTexts::takesNothing), Toast::Kind::error);
     return true;
 }
 
@@ -46,14 +35,16 @@ void AppModel::openPacking() {
     const auto& active = activePanel();
     const auto& other = otherPanel();
     const auto totals = sourceTotals();
+    const PackOptions options;
+    const auto stem = stemFor(items, active.items().view(active.targets().front()));
     PackDialog dialog{.here = active.folder(),
-                      .stem = stemFor(items, active.items().view(active.targets().front())),
+                      .answer = {.name = stem + "." + std::string(extensionOf(options.format)),
+                                 .options = options},
                       .knownBytes = totals.bytes,
                       .hasUnsizedFolders = totals.hasUnsizedFolders()};
     if (!other.archive() && other.folder() != dialog.here)
         dialog.other = other.folder();
     dialog.sources = std::move(items);
-    dialog.answer = firstAnswer(dialog);
     setDialog(std::move(dialog));
 }
 
@@ -81,7 +72,7 @@ void AppModel::openExtraction() {
         const auto item = active.items().view(row);
         if (active.archive()) {
             dialog.selection.push_back(ArchivePaths::child(active.archive()->inner, item.name));
-        } else if (isArchive(item)) {
+        } else if (ArchivePaths::mayBeArchive(item.kind, item.name)) {
             dialog.archives.push_back(active.folder().appending(item.name));
             dialog.knownBytes += item.size;
         }

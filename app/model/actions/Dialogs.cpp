@@ -47,14 +47,14 @@ Outcome refused(std::string sentence) {
 
 /// The archive that is to be made.
 FileUrl archiveOf(const PackDialog& dialog) {
-    const bool isOther = dialog.answer->place == PackAnswer::Place::other;
+    const bool isOther = dialog.answer.place == PackAnswer::Place::other;
     return (isOther ? dialog.other.value_or(dialog.here) : dialog.here)
-        .appending(dialog.answer->name);
+        .appending(dialog.answer.name);
 }
 
 /// Why there can be no such archive.
 Outcome outcomeOf(const FileSystem& files, const PackDialog& dialog) {
-    const auto& answer = *dialog.answer;
+    const auto& answer = dialog.answer;
     const auto& format = answer.options.format;
     if (!answer.options.password.empty() && format != ArchiveFormat::zip)
         return refused("Heslo umí jen formát ZIP.");
@@ -162,7 +162,7 @@ void AppModel::dialogTextChanged(const std::string& text) {
 
 void AppModel::closeDialog() {
     if (const auto* clash = stage_.shownAs<ConflictDialog>())
-        clash->pending->decide({.choice = ConflictChoice::cancel});
+        clash->pending->answer({.choice = ConflictChoice::cancel});
     else if (const auto* password = stage_.shownAs<PasswordDialog>())
         password->pending->answer(std::nullopt);
     else
@@ -197,10 +197,19 @@ void AppModel::confirmExtract(const std::string& target, bool ownFolder) {
                   });
 }
 
-void AppModel::confirmTarget(TransferTarget::Question question,
-                             std::function<void(std::vector<TransferPair>)> confirmed) {
-    confirmation_ = std::make_shared<int>();
+void AppModel::confirmTarget(TransferTarget::Question question, Confirmed confirmed) {
     auto path = PathCompleter::normalise(question.text, question.from, home_);
+    confirm(
+        std::move(path),
+        [&files = services_.panels.files, question = std::move(question)] {
+            return TransferTarget::resolve(files, question);
+        },
+        std::move(confirmed));
+}
+
+void AppModel::confirm(std::string path, std::function<TransferTarget::Answer()> examine,
+                       Confirmed confirmed) {
+    confirmation_ = std::make_shared<int>();
     auto done = [this, id = stage_.shownId(),
                  confirmed = std::move(confirmed)](TransferTarget::Answer answer) {
         confirmation_.reset();
@@ -211,12 +220,8 @@ void AppModel::confirmTarget(TransferTarget::Question question,
             preview_.set(std::move(answer.outcome));
         }
     };
-    runThen(
-        services_.panels.disk, services_.panels.main, std::move(path), confirmation_,
-        [&files = services_.panels.files, question = std::move(question)] {
-            return TransferTarget::resolve(files, question);
-        },
-        std::move(done));
+    runThen(services_.panels.disk, services_.panels.main, std::move(path), confirmation_,
+            std::move(examine), std::move(done));
 }
 
 void AppModel::packAnswerChanged(const PackAnswer& answer) {
@@ -231,21 +236,14 @@ void AppModel::confirmPack(const PackAnswer& answer) {
     if (dialog == nullptr || confirmation_)
         return;
     dialog->answer = answer;
-    confirmation_ = std::make_shared<int>();
-    auto done = [this, id = stage_.shownId(), dialog = *dialog](Outcome outcome) {
-        confirmation_.reset();
-        if (outcome.kind != Outcome::Kind::refused) {
-            close(id);
-            pack(dialog.sources, archiveOf(dialog), dialog.answer->options);
-        } else if (stage_.shownId() == id) {
-            preview_.set(std::move(outcome));
-        }
-    };
-    runThen(
-        services_.panels.disk, services_.panels.main, archiveOf(*dialog).parent().path(),
-        confirmation_,
-        [&files = services_.panels.files, dialog = *dialog] { return outcomeOf(files, dialog); },
-        std::move(done));
+    confirm(
+        archiveOf(*dialog).parent().path(),
+        [&files = services_.panels.files, dialog = *dialog] {
+            return TransferTarget::Answer{.outcome = outcomeOf(files, dialog)};
+        },
+        [this, dialog = *dialog](const std::vector<TransferPair>&) {
+            pack(dialog.sources, archiveOf(dialog), dialog.answer.options);
+        });
 }
 
 void AppModel::confirmNewFolder(const std::string& name) {
@@ -305,9 +303,9 @@ void AppModel::confirmPaste() {
 
 void AppModel::answerConflict(ConflictDecision decision) {
     const auto* clash = stage_.shownAs<ConflictDialog>();
-    if (clash == nullptr || clash->pending->isDecided())
+    if (clash == nullptr || clash->pending->isAnswered())
         return;
-    clash->pending->decide(decision);
+    clash->pending->answer(decision);
     if (decision.choice == ConflictChoice::cancel || decision.applyToAll)
         closeDialog();
     else

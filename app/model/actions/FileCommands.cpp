@@ -66,7 +66,7 @@ std::optional<std::string> AppModel::dropObstacle(const std::vector<FileUrl>& so
     for (const auto* panel : {&left_, &right_}) {
         const auto& browse = panel->archive();
         if (browse && (folder.path() + "/").starts_with(browse->outermost().place.path() + "/"))
-            return "Do archivu nejde nic přidat, je jen pro čtení.";
+            return std::string(ArchiveTexts::takesNothing);
     }
     for (const auto& source : sources) {
         if (source.isRoot() || (folder.path() + "/").starts_with(source.path() + "/"))

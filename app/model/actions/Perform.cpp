@@ -17,7 +17,7 @@ std::optional<std::string_view> obstacleInArchive(KAction action) {
     case KAction::pack:
     case KAction::paste:
     case KAction::moveFromClipboard:
-        return "Archiv je jen pro čtení.";
+        return ArchiveTexts::isReadOnly;
     case KAction::copyToClipboard:
         return "Z archivu nejde nic dát do schránky, nejdřív to rozbalte.";
     default:

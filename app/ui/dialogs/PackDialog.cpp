@@ -75,14 +75,6 @@ std::vector<SegmentedControl::Choice> places(const app::PackDialog& dialog) {
              .availability = other ? Availability::available : Availability::unavailable}};
 }
 
-/// What the dialog begins with.
-app::PackAnswer firstAnswer(const app::PackDialog& dialog) {
-    if (dialog.answer)
-        return *dialog.answer;
-    auto name = dialog.stem + "." + std::string(extensionOf(dialog.options.format));
-    return {.name = std::move(name), .options = dialog.options};
-}
-
 /// Without the extension that goes with the format.
 std::string_view stemOf(const app::PackAnswer& answer) {
     std::string_view stem = answer.name;
@@ -122,7 +114,7 @@ QHBoxLayout* line(QWidget* left, QWidget* right) {
 PackDialog::PackDialog(const app::PackDialog& dialog, const SourceItems& sources,
                        const QString& subtitle, const Theme& theme, Icons& icons, QWidget* parent)
     : FieldDialog(textsOf(sources, subtitle), theme, icons, parent),
-      name_(new ArchiveNameField(stemOf(firstAnswer(dialog)), theme, nullptr)),
+      name_(new ArchiveNameField(stemOf(dialog.answer), theme, nullptr)),
       format_(new SegmentedControl(QStringLiteral("Formát"), formats(), theme, nullptr)),
       levelText_(new QLabel),
       level_(new LevelSlider(QStringLiteral("Komprese"), leastLevel, mostLevel, theme, nullptr)),
@@ -152,7 +144,7 @@ PackDialog::PackDialog(const app::PackDialog& dialog, const SourceItems& sources
     auto* outcome = new OutcomeLine(theme, icons, nullptr);
     setContent(makeContent(outcome));
     watch(name_, outcome);
-    fill(firstAnswer(dialog));
+    fill(dialog.answer);
 
     connect(format_, &SegmentedControl::chosenChanged, this, &PackDialog::takeFormat);
     connect(level_, &QAbstractSlider::valueChanged, this, &PackDialog::takeLevel);

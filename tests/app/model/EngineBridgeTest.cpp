@@ -63,9 +63,9 @@ protected:
 TEST(PendingConflictTest, theFirstDecisionCountsForWhoeverWaits) {
     PendingConflict pending({}, {});
     auto answer = std::async(std::launch::async, [&] { return pending.wait(); });
-    EXPECT_FALSE(pending.isDecided());
-    pending.decide({.choice = ConflictChoice::skip, .applyToAll = true});
-    pending.decide({.choice = ConflictChoice::overwrite});
+    EXPECT_FALSE(pending.isAnswered());
+    pending.answer({.choice = ConflictChoice::skip, .applyToAll = true});
+    pending.answer({.choice = ConflictChoice::overwrite});
     EXPECT_EQ(answer.get(), (ConflictDecision{ConflictChoice::skip, true}));
 }
 
@@ -86,7 +86,7 @@ TEST_F(EngineBridgeTest, theWorkerWaitsUntilTheClashIsDecided) {
     awaitClash();
     EXPECT_EQ(clash->job.id, job);
     EXPECT_EQ(clash->job.state, JobSnapshot::State::askingConflict);
-    clash->decide({.choice = ConflictChoice::rename});
+    clash->answer({.choice = ConflictChoice::rename});
     EXPECT_EQ(answer.get_future().get(), ConflictChoice::rename);
 }
 

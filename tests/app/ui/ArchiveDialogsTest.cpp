@@ -32,10 +32,10 @@ protected:
             all.rows.push_back({.name = QStringLiteral("%1.zip").arg(i), .size = "1 kB"});
         return all;
     }
-    static app::PackDialog question(std::string stem) {
+    static app::PackDialog question(const std::string& stem) {
         return {.here = FileUrl("/home/jana/Smlouvy 2026"),
                 .other = FileUrl("/media/Záloha"),
-                .stem = std::move(stem)};
+                .answer = {.name = stem + ".zip"}};
     }
     PackDialog& pack(const app::PackDialog& asked) {
         auto* dialog = new PackDialog(asked, items(4), "5,14 MB ze složky „Smlouvy 2026“", theme,
