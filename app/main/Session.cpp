@@ -1,5 +1,6 @@
 #include "app/main/Session.h"
 
+#include "app/model/CommandLine.h"
 #include "app/model/MemorySettings.h"
 #include "app/system/KeyboardLayouts.h"
 #include "app/system/SettingsFile.h"
@@ -171,10 +172,13 @@ std::unique_ptr<SettingsStore> Session::makeSettings(Options::Task task) {
 ShutDown Session::shutDown() {
     app_.saveNow();
     app_.stopJobs();
+    const bool commandsHaveEnded = app_.commandLine().shutDown();
     // After the jobs, which may still read what lies there.
     transfers_.execute([this] { temporaryPlaces_.close(); });
     // Settings first: they are what the user would miss.
     auto result = writer_.shutDown(workerPatience);
+    if (!commandsHaveEnded)
+        result = ShutDown::threadsLeft;
     for (auto* worker : {&actions_, &transfers_}) {
         if (worker->shutDown(filePatience) == ShutDown::threadsLeft)
             result = ShutDown::threadsLeft;

@@ -1,5 +1,6 @@
 #include "app/model/AppModel.h"
 
+#include "app/model/CommandLine.h"
 #include "app/model/SavedState.h"
 #include "core/base/DisplayText.h"
 #include "core/base/PathText.h"
@@ -67,13 +68,17 @@ AppModel::AppModel(AppServices services, FileUrl home)
                .clashed =
                    [this](std::shared_ptr<PendingConflict> pending) {
                        takeClash(std::move(pending));
-                   }}) {
+                   }}),
+      commandLine_(std::make_unique<CommandLine>(
+          services_.panels, settings_, home_, [this]() -> PanelModel& { return activePanel(); })) {
     if (const auto megabytes = settings_.get(SettingKeys::throttleMBps); megabytes > 0)
         engine_.setThrottle(std::int64_t(megabytes * bytesOfMegabyte));
     restore();
     followPanel(PanelSide::left);
     followPanel(PanelSide::right);
 }
+
+AppModel::~AppModel() = default;
 
 void AppModel::restore() {
     savedState_ = storedPanels(settings_);

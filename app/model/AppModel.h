@@ -78,6 +78,8 @@ struct RenameRequest {
     std::string failure = {}; ///< why the new name will not do; empty at first
 };
 
+class CommandLine;
+
 /// Whether a question is to be asked the next time too.
 enum class AskNextTime { no, yes };
 
@@ -90,6 +92,7 @@ class AppModel final : public QObject {
 public:
     /// The panels have the tabs of the last run, and are listed by `start`.
     AppModel(AppServices services, FileUrl home);
+    ~AppModel() override;
 
     /// Lists both panels, with the absolute paths given in tabs of their own.
     void start(const std::optional<std::string>& left, const std::optional<std::string>& right);
@@ -103,6 +106,7 @@ public:
     PanelSide activeSide() const { return activeSide_; }
     const FileUrl& home() const { return home_; }
     Settings& settings() { return settings_; }
+    CommandLine& commandLine() { return *commandLine_; }
     const Places& places() const { return places_; }
     /// For the one path that is being typed.
     PathSuggestions& pathSuggestions() { return pathSuggestions_; }
@@ -309,6 +313,7 @@ private:
     DiskActions actions_;
     TransferEngine engine_;
     EngineBridge bridge_;
+    std::unique_ptr<CommandLine> commandLine_;
 };
 
 } // namespace fennik::app

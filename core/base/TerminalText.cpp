@@ -71,9 +71,11 @@ std::string TerminalText::line() const {
     return text;
 }
 
-void TerminalText::finish() {
-    for (std::size_t left = std::exchange(incomplete_, {}).size(); left > 0; --left)
+bool TerminalText::finish() {
+    const auto rest = std::exchange(incomplete_, {}).size();
+    for (std::size_t i = 0; i < rest; ++i)
         take(Utf8::replacement);
+    return rest > 0;
 }
 
 void TerminalText::take(char32_t scalar) {

@@ -21,8 +21,8 @@ public:
     std::vector<std::string> take(std::string_view bytes);
     /// The line that has not ended yet.
     std::string line() const;
-    /// No more bytes will come: half a character is none.
-    void finish();
+    /// No more bytes will come, and half a character is none. Whether the line is another one now.
+    bool finish();
 
 private:
     enum class State { text, escape, escapeTail, control, string, stringEscape };

@@ -47,6 +47,8 @@ public:
     /// Whether nobody can write any more. What the command has left running may still do so after
     /// its end.
     bool outputHasEnded() const;
+    /// Whether it has ended, and with it all that it has started, as far as the system tells.
+    bool isOver() const;
     /// Since it has ended: its exit code, or 128 and the signal that ended it.
     std::optional<int> exitCode() const;
 

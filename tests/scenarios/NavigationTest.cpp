@@ -258,7 +258,7 @@ TEST_F(NavigationScenario, theOtherPanelComesHere) {
 TEST_F(NavigationScenario, whatIsNotThereYetSaysSoAndDoesNothing) {
     using enum app::KAction;
     const auto generation = active().generation();
-    for (const auto action : {quickLook, info, edit, revealInFinder, terminal, commandLine}) {
+    for (const auto action : {quickLook, info, edit, revealInFinder, terminal}) {
         moveTo("c.txt");
         const auto combo = shortcuts().map().combos(app::KActions::identifier(action)).front();
         ASSERT_EQ(shortcuts().actionFor(combo), action);

@@ -65,6 +65,8 @@ int runWindow(const Options& options) {
 int main(int argumentCount, char** arguments) {
     // Where a limit forbids a file to grow, the write that fails is told like any other.
     std::signal(SIGXFSZ, SIG_IGN);
+    // Whoever starts this may ignore how processes end; here it is waited for.
+    std::signal(SIGCHLD, SIG_DFL);
     const auto texts = std::span<const char* const>(arguments, std::size_t(argumentCount))
                            .subspan(argumentCount > 0 ? 1 : 0);
     if (texts.size() == 1 && texts.front() == archiveHelperOption)

@@ -1,4 +1,5 @@
 #include "app/model/AppModel.h"
+#include "app/model/CommandLine.h"
 #include "core/base/CzechText.h"
 #include "core/listing/PathCompleter.h"
 
@@ -128,8 +129,9 @@ AppModel::Handler AppModel::handlerOf(KAction action) {
     case KAction::sortDate:
         return [](AppModel& model) { model.activePanel().chooseSort(SortKey::modified); };
     case KAction::terminal:
-    case KAction::commandLine:
         return nullptr;
+    case KAction::commandLine:
+        return [](AppModel& model) { model.commandLine_->requestFocus(); };
     case KAction::operations:
         return [](AppModel& model) { model.setShowsOperations(!model.showsOperations_); };
     }
@@ -203,7 +205,7 @@ void AppModel::escape() {
         return;
     if (active.stopSizing())
         showToast("Výpočet velikostí zastaven");
-    else
+    else if (!commandLine_->closeOutput())
         active.unmarkAll();
 }
 

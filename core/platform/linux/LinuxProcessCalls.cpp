@@ -3,8 +3,12 @@
 
 #include <ctime>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
+#include <sstream>
+#include <string>
 #include <sys/prctl.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace fennik {
@@ -23,6 +27,27 @@ std::chrono::milliseconds OwnProcess::roughTime() {
 
 int closeFrom(posix_spawn_file_actions_t& actions, int first) {
     return posix_spawn_file_actions_addclosefrom_np(&actions, first);
+}
+
+bool isAloneInGroup(pid_t leader) {
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry("/proc", error), end; !error && entry != end;
+         entry.increment(error)) {
+        const auto name = entry->path().filename().string();
+        if (name.find_first_not_of("0123456789") != std::string::npos ||
+            name == std::to_string(leader))
+            continue;
+        std::string status;
+        std::getline(std::ifstream(entry->path() / "stat"), status, '\0');
+        // The name in parentheses may itself hold blanks and parentheses.
+        std::istringstream fields(status.substr(status.rfind(')') + 1));
+        char state = 0;
+        pid_t parent = 0;
+        pid_t group = 0;
+        if (fields >> state >> parent >> group && group == leader && state != 'Z' && state != 'X')
+            return false;
+    }
+    return !error;
 }
 
 void widenPipe(int descriptor) {

@@ -16,6 +16,10 @@ int closeFrom(posix_spawn_file_actions_t&, int) {
     return 0; // everything that this program opens is closed in what it starts anyway
 }
 
+bool isAloneInGroup(pid_t) {
+    return false;
+}
+
 void widenPipe(int) {}
 
 void refuseNewRights() {}

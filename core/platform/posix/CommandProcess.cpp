@@ -1,6 +1,7 @@
 #include "core/platform/CommandProcess.h"
 
 #include "core/platform/posix/PosixCalls.h"
+#include "core/platform/posix/ProcessCalls.h"
 #include "core/platform/posix/Spawning.h"
 
 #include <algorithm>
@@ -164,6 +165,10 @@ std::optional<int> CommandProcess::exitCode() const {
     if (waited != 0 || ending.si_pid == 0)
         return std::nullopt;
     return ending.si_code == CLD_EXITED ? ending.si_status : signalledCode + ending.si_status;
+}
+
+bool CommandProcess::isOver() const {
+    return outputHasEnded() && exitCode() && isAloneInGroup(state_->process);
 }
 
 void CommandProcess::wake() const {
