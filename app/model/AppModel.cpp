@@ -70,7 +70,7 @@ AppModel::AppModel(AppServices services, FileUrl home)
                        takeClash(std::move(pending));
                    }}),
       commandLine_(std::make_unique<CommandLine>(
-          services_.panels, settings_, home_, [this]() -> PanelModel& { return activePanel(); })) {
+          services_.panels, settings_, services_.clipboard, home_, [this]() -> PanelModel& { return activePanel(); })) {
     if (const auto megabytes = settings_.get(SettingKeys::throttleMBps); megabytes > 0)
         engine_.setThrottle(std::int64_t(megabytes * bytesOfMegabyte));
     restore();

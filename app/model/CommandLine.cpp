@@ -71,10 +71,11 @@ std::vector<FileUrl> meant(std::string_view text, const FileUrl& base, const Fil
 
 } // namespace
 
-CommandLine::CommandLine(PanelServices services, Settings& settings, FileUrl home,
-                         std::function<PanelModel&()> activePanel)
+CommandLine::CommandLine(PanelServices services, Settings& settings, Clipboard& clipboard,
+                         FileUrl home, std::function<PanelModel&()> activePanel)
     : services_(std::move(services)),
       settings_(settings),
+      clipboard_(clipboard),
       home_(std::move(home)),
       activePanel_(std::move(activePanel)),
       history_(storedHistory(settings)) {}
@@ -205,6 +206,11 @@ void CommandLine::endRunner() {
 void CommandLine::stop() {
     if (runner_)
         runner_->end();
+}
+
+void CommandLine::copyOutput() {
+    if (run_)
+        clipboard_.setText(run_->output.text());
 }
 
 bool CommandLine::closeOutput() {

@@ -3,6 +3,7 @@
 #include "app/model/CommandOutput.h"
 #include "app/model/PanelServices.h"
 #include "app/model/Settings.h"
+#include "app/model/ports/Clipboard.h"
 #include "core/base/FileUrl.h"
 #include "core/base/Uuid.h"
 #include "core/listing/FolderOpener.h"
@@ -54,8 +55,8 @@ class CommandLine final : public QObject {
 public:
     static constexpr std::size_t mostHistory = 100;
 
-    /// `settings` outlives the command line, and so do the panels.
-    CommandLine(PanelServices services, Settings& settings, FileUrl home,
+    /// `settings` and `clipboard` outlive the command line, and so do the panels.
+    CommandLine(PanelServices services, Settings& settings, Clipboard& clipboard, FileUrl home,
                 std::function<PanelModel&()> activePanel);
     /// Ends the command at once.
     ~CommandLine() override;
@@ -80,6 +81,8 @@ public:
     void run();
     /// Asks the command to end, and ends it if it does not.
     void stop();
+    /// Puts the whole output into the clipboard.
+    void copyOutput();
     /// The command itself goes on. False when there was no output.
     bool closeOutput();
     /// Ends everything that was run, and waits for it; false when something has not ended.
@@ -99,6 +102,7 @@ private:
 
     PanelServices services_;
     Settings& settings_;
+    Clipboard& clipboard_;
     FileUrl home_;
     std::function<PanelModel&()> activePanel_;
     std::string text_;

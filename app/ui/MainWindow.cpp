@@ -1,5 +1,7 @@
 #include "app/ui/MainWindow.h"
 
+#include "app/ui/CommandLineBar.h"
+#include "app/ui/CommandPresenter.h"
 #include "app/ui/DialogPresenter.h"
 #include "app/ui/FunctionKeyBar.h"
 #include "app/ui/FunctionKeys.h"
@@ -7,6 +9,7 @@
 #include "app/ui/KeyMonitor.h"
 #include "app/ui/MenuBar.h"
 #include "app/ui/OperationsCard.h"
+#include "app/ui/OutputCard.h"
 #include "app/ui/PanelView.h"
 #include "app/ui/PanelWords.h"
 #include "app/ui/PathBar.h"
@@ -80,7 +83,10 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
           context.theme, context.icons, this)),
       toast_(new ToastBar(context.theme, context.icons, this)),
       places_(new PlacesMenu(context.theme, context.icons, this)),
+      output_(new OutputCard(context.theme, context.icons, this)),
       operations_(new OperationsCard(context.app.home(), context.theme, context.icons, this)),
+      commandLine_(new CommandLineBar(context.theme, context.icons, this)),
+      commands_(new CommandPresenter(context, *commandLine_, *output_, this)),
       cards_(new DialogHost(context.theme, this)) {
     QAccessible::installFactory(accessibleWindow);
     const auto& theme = context.theme;
@@ -98,7 +104,9 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
     auto* panels = new QVBoxLayout;
     panels->setContentsMargins(margin, 0, margin, 0);
     panels->addWidget(splitter_, 1);
+    panels->addWidget(output_);
     panels->addWidget(operations_);
+    panels->addWidget(commandLine_);
     rows->addLayout(panels, 1);
     rows->addWidget(functionKeys_);
 
@@ -138,6 +146,11 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
 
     new QueuePresenter(context, *operations_, *functionKeys_, this);
     connect(operations_, &OperationsCard::left, this, &MainWindow::focusPanel);
+    connect(commandLine_, &CommandLineBar::left, this, &MainWindow::focusPanel);
+    connect(commandLine_, &CommandLineBar::forwardRequested, this, &MainWindow::focusAfterCommand);
+    connect(commandLine_, &CommandLineBar::backRequested, this, &MainWindow::focusBeforeCommand);
+    connect(output_, &OutputCard::left, this, &MainWindow::focusPanel);
+    connect(output_, &OutputCard::passed, commandLine_, &CommandLineBar::takeFocus);
     connect(toast_, &ToastBar::buttonClicked, this, &MainWindow::pressToast);
     connect(toast_, &ToastBar::allLinesRequested, this, [this](const QString& text) {
         openCard(new LinesDialog(text, context_.theme, context_.icons, cards_));
@@ -308,6 +321,20 @@ void MainWindow::focusPanel() {
     showFocus();
 }
 
+void MainWindow::focusAfterCommand() {
+    if (app_.showsOperations() && !operations_->rows().empty())
+        operations_->takeFocus();
+    else
+        focusPanel();
+}
+
+void MainWindow::focusBeforeCommand() {
+    if (output_->isOnShow())
+        output_->takeFocus();
+    else
+        focusPanel();
+}
+
 void MainWindow::showFocus() {
     const auto* focus = QApplication::focusWidget();
     for (auto* panel : views_) {
@@ -324,6 +351,7 @@ void MainWindow::takePlace() {
     const bool isInArchive = app_.activePanel().archive().has_value();
     if (std::exchange(keysAreForArchive_, isInArchive) != isInArchive)
         functionKeys_->refresh();
+    commands_->takePlace();
     // "[*]" is a place holder of the toolkit's.
     auto name = placeName(app_.activePanel());
     name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
@@ -337,8 +365,10 @@ void MainWindow::paintEvent(QPaintEvent*) {
 }
 
 void MainWindow::resizeEvent(QResizeEvent*) {
-    constexpr double mostShare = 0.4;
-    operations_->setHeightLimit(int(height() * mostShare));
+    constexpr double mostShareOfJobs = 0.4;
+    constexpr double mostShareOfOutput = 0.5;
+    operations_->setHeightLimit(int(height() * mostShareOfJobs));
+    output_->setHeightLimit(int(height() * mostShareOfOutput));
     placeToast();
 }
 

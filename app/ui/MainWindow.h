@@ -14,11 +14,14 @@ class KeyboardLayout;
 
 namespace fennik::ui {
 
+class CommandLineBar;
+class CommandPresenter;
 class DialogCard;
 class DialogHost;
 class FunctionKeyBar;
 class MenuBar;
 class OperationsCard;
+class OutputCard;
 class PanelView;
 class PlacesMenu;
 class ToastBar;
@@ -58,6 +61,9 @@ private:
     void closeCard();
     void askToQuit();
     void focusPanel();
+    /// From the command line, forwards and backwards.
+    void focusAfterCommand();
+    void focusBeforeCommand();
     void showFocus();
     /// The active panel shows something else, or another panel is the active one.
     void takePlace();
@@ -71,7 +77,10 @@ private:
     FunctionKeyBar* functionKeys_;
     ToastBar* toast_;
     PlacesMenu* places_;
+    OutputCard* output_;
     OperationsCard* operations_;
+    CommandLineBar* commandLine_;
+    CommandPresenter* commands_;
     DialogHost* cards_; ///< the window's own questions and messages, over the dialogs
     bool closesAnyway_ = false;
     bool menuIsOpen_ = false;

@@ -116,20 +116,12 @@ void PlacesMenu::dismiss() {
     emit closed();
 }
 
-QString PlacesMenu::shownPath(std::string_view path) const {
-    if (path == home_)
-        return QStringLiteral("~");
-    const bool isInHome =
-        home_ != "/" && path.starts_with(home_) && path.substr(home_.size()).starts_with('/');
-    return isInHome ? QLatin1Char('~') + shownName(path.substr(home_.size())) : shownName(path);
-}
-
 void PlacesMenu::listWhatFits() {
     using Kind = Entry::Kind;
     const auto filter = foldedText(filter_->text().toStdString());
     const auto fits = [&](const std::string& path) {
         return foldedText(path).contains(filter) ||
-               foldedText(shownPath(path).toStdString()).contains(filter);
+               foldedText(shownPath(path, home_).toStdString()).contains(filter);
     };
     std::vector<Entry> entries;
     const auto add = [&](Kind title, Kind kind, const std::vector<std::string>& paths) {
@@ -198,7 +190,7 @@ MenuRow PlacesMenu::menuRow(const Entry& entry) const {
     }
     const FileUrl place(pathOf(entry));
     const auto name = shownName(place.lastComponent());
-    const auto parent = place.isRoot() ? QString() : shownPath(place.parent().path());
+    const auto parent = place.isRoot() ? QString() : shownPath(place.parent().path(), home_);
     const bool isFavorite = entry.kind == Entry::Kind::favorite;
     const bool hasKey = isFavorite && entry.index < favoritesWithKey && filter_->text().isEmpty();
     const auto key = hasKey ? QString::number(entry.index + 1) : QString();

@@ -65,7 +65,6 @@ private:
     void removeChosen();
     const std::string& pathOf(const Entry& entry) const;
     MenuRow menuRow(const Entry& entry) const;
-    QString shownPath(std::string_view path) const;
 
     QLineEdit* filter_;
     MenuList* list_;

@@ -19,6 +19,12 @@ QString shownName(std::string_view name) {
     return fromUtf8(displayText(name));
 }
 
+QString shownPath(std::string_view path, std::string_view home) {
+    const bool isInHome = home != "/" && path.starts_with(home) &&
+                          (path.size() == home.size() || path[home.size()] == '/');
+    return isInHome ? QLatin1Char('~') + shownName(path.substr(home.size())) : shownName(path);
+}
+
 QString toolTipText(const QString& text) {
     return QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped());
 }

@@ -10,6 +10,8 @@ namespace fennik::ui {
 
 /// The bytes of a name as they are shown.
 QString shownName(std::string_view name);
+/// The bytes of a path as they are shown, with the folder `home` as "~".
+QString shownPath(std::string_view path, std::string_view home);
 /// `text` for a tooltip. The toolkit would take a name such as "<img src=…>" for a document, and
 /// open the file.
 QString toolTipText(const QString& text);

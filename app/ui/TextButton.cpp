@@ -21,9 +21,20 @@ TextButton::TextButton(const QString& text, const Theme& theme, QWidget* parent)
     connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
+void TextButton::setLineIcon(const QString& name, Icons& icons) {
+    icon_ = name;
+    icons_ = &icons;
+    updateGeometry();
+    update();
+}
+
+int TextButton::iconRoom() const {
+    return icon_.isEmpty() ? 0 : theme_.px(22);
+}
+
 QSize TextButton::sizeHint() const {
     const QFontMetricsF metrics(theme_.font(FontRole::detail, QFont::Medium));
-    const double width = metrics.horizontalAdvance(text()) + 2 * theme_.px(padding);
+    const double width = metrics.horizontalAdvance(text()) + iconRoom() + 2 * theme_.px(padding);
     return {int(std::ceil(width)), theme_.px(24)};
 }
 
@@ -36,9 +47,21 @@ void TextButton::paintEvent(QPaintEvent*) {
         painter.setBrush(isDown() ? tokens.pressed : tokens.hover);
         painter.drawRoundedRect(rect(), 7, 7);
     }
+    if (hasFocus()) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(tokens.accent, 2));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 6, 6);
+    }
+    const auto color = icon_.isEmpty() ? tokens.accentText : tokens.text2;
+    if (!icon_.isEmpty()) {
+        const int side = theme_.px(15);
+        painter.drawPixmap(theme_.px(padding), (height() - side) / 2,
+                           icons_->line(icon_, side, color, devicePixelRatioF()));
+    }
     painter.setFont(theme_.font(FontRole::detail, QFont::Medium));
-    painter.setPen(tokens.accentText);
-    painter.drawText(rect(), Qt::AlignCenter, text());
+    painter.setPen(color);
+    painter.drawText(rect().adjusted(iconRoom(), 0, 0, 0), Qt::AlignCenter, text());
 }
 
 } // namespace fennik::ui

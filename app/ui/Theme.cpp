@@ -110,6 +110,8 @@ double pixelsOf(FontRole role) {
         return basePixels;
     case FontRole::detail:
         return 12.5;
+    case FontRole::fixedLine:
+        return 12;
     case FontRole::title:
         return 15.5;
     case FontRole::small:
@@ -145,7 +147,8 @@ void Theme::setAppearance(Appearance appearance) {
 }
 
 QFont Theme::font(FontRole role, QFont::Weight weight) const {
-    const bool isFixed = role == FontRole::fixed || role == FontRole::fixedField;
+    const bool isFixed =
+        role == FontRole::fixed || role == FontRole::fixedLine || role == FontRole::fixedField;
     QFont font(isFixed ? fixedFamily_ : family_);
     // Half pixels matter at these sizes, and only sizes in points may be fractions.
     constexpr double pointsPerInch = 72;

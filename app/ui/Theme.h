@@ -28,6 +28,7 @@ enum class FontRole {
     detail,     ///< sizes, dates, status
     small,      ///< column headers, key legends
     fixed,      ///< rights
+    fixedLine,  ///< commands and their output
     fixedField, ///< masks as they are typed
     title,      ///< of dialogs, in `QFont::DemiBold`
 };
