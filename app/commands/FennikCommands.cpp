@@ -2,7 +2,41 @@
 
 #include "app/commands/KeyEquivalent.h"
 
+#include <array>
+
 namespace fennik::app::FennikCommands {
+
+namespace {
+
+constexpr std::array allCommands{WindowCommand::tips, WindowCommand::shortcuts,
+                                 WindowCommand::about};
+
+} // namespace
+
+std::string_view title(WindowCommand command) {
+    switch (command) {
+    case WindowCommand::tips:
+        return "Tipy";
+    case WindowCommand::shortcuts:
+        return "Klávesové zkratky";
+    case WindowCommand::about:
+        break;
+    }
+    return "O aplikaci Fennik";
+}
+
+std::optional<KeyCombo> fixedKey(WindowCommand command) {
+    return command == WindowCommand::shortcuts ? std::optional(KeyCombo::parse("f1"))
+                                               : std::nullopt;
+}
+
+std::optional<WindowCommand> commandFor(const KeyCombo& combo, const ShortcutMap& map) {
+    for (const auto command : allCommands) {
+        if (fixedKey(command) == combo && KActions::owners(map, combo).empty())
+            return command;
+    }
+    return std::nullopt;
+}
 
 std::vector<Menu> menuBar() {
     using enum KAction;
@@ -39,10 +73,15 @@ std::vector<Menu> menuBar() {
              {commandLine, terminal},
              {markAndSize, sizeAllFolders, escape},
          }},
+        {"Nápověda",
+         {
+             {WindowCommand::tips, WindowCommand::shortcuts},
+             {WindowCommand::about},
+         }},
     };
 }
 
-std::vector<MenuSection> contextMenu() {
+std::vector<std::vector<KAction>> contextMenu() {
     using enum KAction;
     return {
         {open, edit, info},

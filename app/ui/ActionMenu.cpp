@@ -8,33 +8,53 @@
 
 namespace fennik::ui {
 
+namespace {
+
+/// The toolkit shows what stands behind a tab where a shortcut belongs.
+QString withKey(const QString& text, const KeyCombo& key, const ShortcutMap& map) {
+    return text + QLatin1Char('\t') + fromUtf8(app::KeyLegend::legend(key, map));
+}
+
+} // namespace
+
 QString itemText(const UiContext& context, app::KAction action) {
     auto title = PlatformWords::title(action);
     const auto& step = context.app.undoTitle();
     if (action == app::KAction::undo && step)
         title += QStringLiteral(": ") + fromUtf8(*step);
-    auto text = menuText(title);
-    // The toolkit shows what stands behind a tab where a shortcut belongs.
+    const auto text = menuText(title);
     const auto& map = context.shortcuts.map();
-    if (const auto combo = app::FennikCommands::menuEquivalent(action, map))
-        text += QLatin1Char('\t') + fromUtf8(app::KeyLegend::legend(*combo, map));
-    return text;
+    const auto combo = app::FennikCommands::menuEquivalent(action, map);
+    return combo ? withKey(text, *combo, map) : text;
 }
 
-app::KAction actionOf(const QAction& item) {
-    return static_cast<app::KAction>(item.data().toInt());
+std::optional<app::KAction> actionOf(const QAction& item) {
+    return item.data().isValid() ? std::optional(static_cast<app::KAction>(item.data().toInt()))
+                                 : std::nullopt;
+}
+
+void addItem(QMenu& menu, const UiContext& context, app::KAction action) {
+    auto* item = menu.addAction(itemText(context, action), &context.app,
+                                [&app = context.app, action] { app.perform(action); });
+    item->setData(int(action));
+}
+
+QAction* addItem(QMenu& menu, const UiContext& context,
+                 app::FennikCommands::WindowCommand command) {
+    const auto text = menuText(fromUtf8(app::FennikCommands::title(command)));
+    const auto& map = context.shortcuts.map();
+    const auto key = app::FennikCommands::fixedKey(command);
+    const bool isFree = key && app::FennikCommands::commandFor(*key, map) == command;
+    return menu.addAction(isFree ? withKey(text, *key, map) : text);
 }
 
 void fillMenu(QMenu& menu, const UiContext& context,
-              std::span<const app::FennikCommands::MenuSection> sections) {
+              std::span<const std::vector<app::KAction>> sections) {
     for (const auto& section : sections) {
         if (!menu.isEmpty())
             menu.addSeparator();
-        for (const auto action : section) {
-            auto* item = menu.addAction(itemText(context, action), &context.app,
-                                        [&app = context.app, action] { app.perform(action); });
-            item->setData(int(action));
-        }
+        for (const auto action : section)
+            addItem(menu, context, action);
     }
 }
 

@@ -97,11 +97,12 @@ QPixmap Icons::line(const QString& name, int size, const QColor& color, double p
 QPixmap Icons::file(FileLook look, IconBadge badge, IconGround ground, int size,
                     double pixelRatio) {
     const bool isDark = theme_.appearance() == Appearance::dark;
-    const auto key = QStringLiteral("%1|%2|%3|%4|%5|%6")
+    const auto key = QStringLiteral("%1|%2|%3|%4|%5|%6|%7")
                          .arg(int(look))
                          .arg(int(badge))
                          .arg(int(ground))
                          .arg(isDark)
+                         .arg(int(theme_.contrast()))
                          .arg(size)
                          .arg(pixelRatio);
     auto& pixmap = drawn_[key];
@@ -145,6 +146,16 @@ QPixmap Icons::file(FileLook look, IconBadge badge, IconGround ground, int size,
         const double side = size / 2.0;
         QSvgRenderer(recoloured(svg, paintBadge)).render(&painter, QRectF(0, side, side, side));
     }
+    return pixmap;
+}
+
+QPixmap Icons::program(int size, double pixelRatio) {
+    auto& pixmap = drawn_[QStringLiteral("program|%1|%2").arg(size).arg(pixelRatio)];
+    if (!pixmap.isNull())
+        return pixmap;
+    pixmap = blank(size, pixelRatio);
+    QPainter painter(&pixmap);
+    QSvgRenderer(source(QStringLiteral(":/fennik.svg"))).render(&painter, QRectF(0, 0, size, size));
     return pixmap;
 }
 

@@ -28,6 +28,8 @@ public:
                  IconFill fill = IconFill::none);
     /// The two-coloured icon of an item in a panel.
     QPixmap file(FileLook look, IconBadge badge, IconGround ground, int size, double pixelRatio);
+    /// The program's own icon.
+    QPixmap program(int size, double pixelRatio);
 
 private:
     const Theme& theme_;

@@ -37,8 +37,9 @@ void KeyButton::setTitle(const QString& title, const QString& key) {
     update();
 }
 
-void KeyButton::setLineIcon(const QString& name, Icons& icons) {
+void KeyButton::setLineIcon(const QString& name, Icons& icons, QColor Tokens::* token) {
     icon_ = name;
+    iconColor_ = token;
     icons_ = &icons;
     updateGeometry();
     update();
@@ -128,7 +129,7 @@ void KeyButton::paintEvent(QPaintEvent*) {
         const int side = theme_.px(16);
         const int top = (height() - side) / 2;
         painter.drawPixmap(QPointF(inner.left(), top),
-                           icons_->line(icon_, side, tokens.ok, devicePixelRatioF()));
+                           icons_->line(icon_, side, tokens.*iconColor_, devicePixelRatioF()));
     }
     painter.setFont(theme_.font(FontRole::body, QFont::Medium));
     painter.setPen(look_ == KeyButtonLook::primary ? tokens.onAccent : tokens.text);

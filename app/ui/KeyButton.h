@@ -23,8 +23,8 @@ public:
     void setLook(KeyButtonLook look);
     /// Names another action with another key. An empty key shows none.
     void setTitle(const QString& title, const QString& key);
-    /// A line icon before the title, in the colour of what went well; an empty name for none.
-    void setLineIcon(const QString& name, Icons& icons);
+    /// A line icon before the title, in the colour of a token; an empty name for none.
+    void setLineIcon(const QString& name, Icons& icons, QColor Tokens::* token = &Tokens::ok);
 
     QSize sizeHint() const override;
 
@@ -44,6 +44,7 @@ private:
     KeyButtonLook look_ = KeyButtonLook::plain;
     QString icon_;
     Icons* icons_ = nullptr; ///< while there is an icon
+    QColor Tokens::* iconColor_ = nullptr;
 };
 
 } // namespace fennik::ui

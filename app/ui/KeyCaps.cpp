@@ -11,6 +11,13 @@ QString KeyCaps::of(app::KAction action) const {
     return combo ? fromUtf8(app::KeyLegend::legend(*combo, store_.map())) : QString();
 }
 
+QStringList KeyCaps::all(app::KAction action) const {
+    QStringList legends;
+    for (const auto& combo : store_.map().combos(app::KActions::identifier(action)))
+        legends << fromUtf8(app::KeyLegend::legend(combo, store_.map()));
+    return legends;
+}
+
 QString KeyCaps::sentence(std::string_view text) const {
     return fromUtf8(app::KeyLegend::withLegends(text, store_.map()));
 }

@@ -3,6 +3,7 @@
 #include "app/commands/ShortcutStore.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <string_view>
 
@@ -21,6 +22,8 @@ public:
 
     /// The key for an action where there is room for one; empty when it has none.
     QString of(app::KAction action) const;
+    /// All keys for an action, the primary one first.
+    QStringList all(app::KAction action) const;
     /// A sentence of the program's own, in which combinations stand as on a Mac.
     QString sentence(std::string_view text) const;
     /// The title of an action for a tooltip, with its key behind it.

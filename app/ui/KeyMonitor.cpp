@@ -1,6 +1,5 @@
 #include "app/ui/KeyMonitor.h"
 
-#include "app/commands/FennikCommands.h"
 #include "app/ui/KeyPress.h"
 #include "app/ui/PanelTable.h"
 #include "app/ui/dialogs/DialogCard.h"
@@ -56,7 +55,13 @@ bool KeyMonitor::pressed(QWidget& focus, const QKeyEvent& event) {
         context_.app.perform(*action);
         return true;
     }
-    if (*combo != KeyCombo::parse("f10") || isBlocked)
+    if (isBlocked)
+        return false;
+    if (const auto command = app::FennikCommands::commandFor(*combo, context_.shortcuts.map())) {
+        emit commandPressed(*command);
+        return true;
+    }
+    if (*combo != KeyCombo::parse("f10"))
         return false;
     emit menuBarWanted();
     return true;

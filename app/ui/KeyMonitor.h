@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/commands/FennikCommands.h"
 #include "app/commands/KeyDispatcher.h"
 #include "app/model/ports/KeyboardLayout.h"
 #include "app/ui/UiContext.h"
@@ -28,6 +29,8 @@ signals:
     void handled(PanelTable* table);
     /// The key that opens menus was pressed.
     void menuBarWanted();
+    /// The fixed key of a command was pressed.
+    void commandPressed(fennik::app::FennikCommands::WindowCommand command);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

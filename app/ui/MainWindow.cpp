@@ -5,6 +5,7 @@
 #include "app/ui/DialogPresenter.h"
 #include "app/ui/FunctionKeyBar.h"
 #include "app/ui/FunctionKeys.h"
+#include "app/ui/HelpCards.h"
 #include "app/ui/JobTexts.h"
 #include "app/ui/KeyMonitor.h"
 #include "app/ui/MenuBar.h"
@@ -18,9 +19,13 @@
 #include "app/ui/QueuePresenter.h"
 #include "app/ui/Text.h"
 #include "app/ui/ToastBar.h"
+#include "app/ui/dialogs/AboutDialog.h"
+#include "app/ui/dialogs/Deafness.h"
 #include "app/ui/dialogs/DialogHost.h"
+#include "app/ui/dialogs/KeysDialog.h"
 #include "app/ui/dialogs/LinesDialog.h"
 #include "app/ui/dialogs/QuitDialog.h"
+#include "app/ui/dialogs/TipsDialog.h"
 
 #include <QAccessibleWidget>
 #include <QApplication>
@@ -133,6 +138,8 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
     auto* monitor = new KeyMonitor(context, layout, *this);
     connect(monitor, &KeyMonitor::handled, this, [](PanelTable* table) { table->endSearch(); });
     connect(monitor, &KeyMonitor::menuBarWanted, menuBar_, &MenuBar::open);
+    connect(monitor, &KeyMonitor::commandPressed, this, &MainWindow::perform);
+    connect(menuBar_, &MenuBar::commandChosen, this, &MainWindow::perform);
 
     connect(places_, &PlacesMenu::opened, this, [this](const std::string& path) {
         app_.activePanel().navigate(FileUrl(path, FileUrl::Form::directory));
@@ -267,6 +274,53 @@ void MainWindow::closeCard() {
     cards_->close();
     if (!app_.dialog())
         focusPanel();
+}
+
+void MainWindow::perform(app::FennikCommands::WindowCommand command) {
+    using enum app::FennikCommands::WindowCommand;
+    switch (command) {
+    case tips:
+        openCard(tipsCard());
+        break;
+    case shortcuts:
+        showKeys();
+        break;
+    case about:
+        showAbout();
+        break;
+    }
+}
+
+void MainWindow::welcome() {
+    auto& settings = app_.settings();
+    if (settings.get(app::SettingKeys::welcomeShown))
+        return;
+    settings.set(app::SettingKeys::welcomeShown, true);
+    auto* card = tipsCard();
+    new Deafness(*card);
+    openCard(card);
+}
+
+DialogCard* MainWindow::tipsCard() {
+    return new TipsDialog(HelpCards::tips(context_.keys()), context_.theme, context_.icons, cards_);
+}
+
+void MainWindow::showKeys() {
+    auto* card = new KeysDialog(context_.theme, context_.icons, cards_);
+    const auto list = [this, card] { card->setGroups(HelpCards::keys(context_.shortcuts)); };
+    connect(&context_.shortcuts, &app::ShortcutStore::changed, card, list);
+    list();
+    openCard(card);
+}
+
+void MainWindow::showAbout() {
+    auto* card = new AboutDialog(context_.theme, context_.icons, cards_);
+    connect(card, &AboutDialog::licensesRequested, this, [this] {
+        openCard(new LinesDialog(QStringLiteral("Licence"),
+                                 QStringLiteral("Fennik a to, z čeho je složený"),
+                                 HelpCards::licenses(), context_.theme, context_.icons, cards_));
+    });
+    openCard(card);
 }
 
 void MainWindow::askToQuit() {

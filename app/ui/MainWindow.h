@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/commands/FennikCommands.h"
 #include "app/ui/UiContext.h"
 
 #include <QWidget>
@@ -34,6 +35,8 @@ public:
     MainWindow(const UiContext& context, app::KeyboardLayout& layout);
     ~MainWindow() override;
 
+    /// Shows what one should know at first, if it has never been shown before.
+    void welcome();
     /// Closes the window without a question, because the system ends the program.
     void closeAnyway();
 
@@ -59,6 +62,10 @@ private:
     void pressToast();
     void openCard(DialogCard* card);
     void closeCard();
+    void perform(app::FennikCommands::WindowCommand command);
+    DialogCard* tipsCard();
+    void showKeys();
+    void showAbout();
     void askToQuit();
     void focusPanel();
     /// From the command line, forwards and backwards.

@@ -1,6 +1,5 @@
 #include "app/ui/MenuBar.h"
 
-#include "app/commands/FennikCommands.h"
 #include "app/ui/ActionMenu.h"
 #include "app/ui/Text.h"
 
@@ -51,7 +50,7 @@ void MenuBar::takeTheme() {
 void MenuBar::nameUndo() {
     for (auto* menu : findChildren<QMenu*>()) {
         for (auto* item : menu->actions()) {
-            if (!item->isSeparator() && actionOf(*item) == app::KAction::undo)
+            if (actionOf(*item) == app::KAction::undo)
                 item->setText(itemText(context_, app::KAction::undo));
         }
     }
@@ -69,8 +68,23 @@ void MenuBar::build() {
         auto* menu = addMenu(fromUtf8(title));
         connect(menu, &QMenu::aboutToShow, this, [this] { emit menuOpened(true); });
         connect(menu, &QMenu::aboutToHide, this, [this] { emit menuOpened(false); });
-        fillMenu(*menu, context_, sections);
+        for (const auto& section : sections) {
+            if (!menu->isEmpty())
+                menu->addSeparator();
+            for (const auto& item : section)
+                add(*menu, item);
+        }
     }
+}
+
+void MenuBar::add(QMenu& menu, const app::FennikCommands::MenuItem& item) {
+    if (const auto* action = std::get_if<app::KAction>(&item)) {
+        addItem(menu, context_, *action);
+        return;
+    }
+    const auto command = std::get<app::FennikCommands::WindowCommand>(item);
+    connect(addItem(menu, context_, command), &QAction::triggered, this,
+            [this, command] { emit commandChosen(command); });
 }
 
 } // namespace fennik::ui

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/commands/FennikCommands.h"
 #include "app/ui/UiContext.h"
 
 #include <QMenuBar>
@@ -18,9 +19,12 @@ public:
 
 signals:
     void menuOpened(bool isOpen);
+    /// An item that is no action was chosen.
+    void commandChosen(fennik::app::FennikCommands::WindowCommand command);
 
 private:
     void build();
+    void add(QMenu& menu, const app::FennikCommands::MenuItem& item);
     void takeTheme();
     void nameUndo();
 

@@ -235,11 +235,11 @@ void PanelTable::paintCursor(QPainter& painter) const {
         painter.drawRoundedRect(rect, radius, radius);
         return;
     }
-    constexpr double outline = 1.5;
+    const double outline = theme_.contrast() == Contrast::high ? 2 : 1.5;
     const bool isNear = look_ == FocusLook::near;
     painter.setPen(QPen(isNear ? tokens.accent : tokens.control, outline));
     painter.setBrush(isNear ? QBrush(tokens.accentSoft) : QBrush(Qt::NoBrush));
-    constexpr double half = outline / 2;
+    const double half = outline / 2;
     painter.drawRoundedRect(rect.adjusted(half, half, -half, -half), radius, radius);
 }
 

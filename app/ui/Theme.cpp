@@ -4,11 +4,15 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QPalette>
+#include <QProxyStyle>
 #include <QRegularExpression>
 #include <QScreen>
 #include <QStyle>
+#include <QStyleFactory>
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <utility>
 
 namespace fennik::ui {
@@ -89,12 +93,34 @@ Tokens darkTokens() {
     };
 }
 
+Tokens highContrast(Tokens tokens) {
+    for (auto* line : {&tokens.line, &tokens.control})
+        *line = tokens.text;
+    for (auto* soft : {&tokens.accentSoft, &tokens.markSoft, &tokens.okSoft, &tokens.warnSoft,
+                       &tokens.errSoft, &tokens.panelInactive})
+        *soft = tokens.panel;
+    return tokens;
+}
+
+/// A style in which nothing moves on its own.
+class StillStyle final : public QProxyStyle {
+public:
+    using QProxyStyle::QProxyStyle;
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* result) const override {
+        return hint == SH_Widget_Animation_Duration
+                   ? 0
+                   : QProxyStyle::styleHint(hint, option, widget, result);
+    }
+};
+
 /// The size the desktop asks for. Without a desktop, the toolkit's own small default says nothing.
 double systemScale() {
     if (qEnvironmentVariableIsEmpty("XDG_CURRENT_DESKTOP"))
         return 1;
     const double pixels = QFontInfo(QApplication::font()).pixelSize();
-    return std::clamp(pixels / basePixels, 0.85, 2.0);
+    return pixels / basePixels;
 }
 
 QString firstInstalled(const QStringList& families, const QString& otherwise) {
@@ -114,6 +140,8 @@ double pixelsOf(FontRole role) {
         return 12;
     case FontRole::title:
         return 15.5;
+    case FontRole::headline:
+        return 19.5;
     case FontRole::small:
     case FontRole::fixed:
         break;
@@ -123,15 +151,16 @@ double pixelsOf(FontRole role) {
 
 } // namespace
 
-const Tokens& Tokens::of(Appearance appearance) {
-    static const Tokens light = lightTokens();
-    static const Tokens dark = darkTokens();
-    return appearance == Appearance::light ? light : dark;
+const Tokens& Tokens::of(Appearance appearance, Contrast contrast) {
+    static const std::array normal{lightTokens(), darkTokens()};
+    static const std::array high{highContrast(normal[0]), highContrast(normal[1])};
+    const std::size_t index = appearance == Appearance::light ? 0 : 1;
+    return contrast == Contrast::normal ? normal[index] : high[index];
 }
 
-Theme::Theme(Appearance appearance)
+Theme::Theme(Appearance appearance, std::optional<double> textScale)
     : appearance_(appearance),
-      scale_(systemScale()),
+      scale_(std::clamp(textScale ? *textScale : systemScale(), leastTextScale, mostTextScale)),
       family_(firstInstalled({QStringLiteral("Inter")}, QApplication::font().family())),
       fixedFamily_(firstInstalled({QStringLiteral("DejaVu Sans Mono")},
                                   QFontDatabase::systemFont(QFontDatabase::FixedFont).family())) {
@@ -142,6 +171,14 @@ void Theme::setAppearance(Appearance appearance) {
     if (appearance == appearance_)
         return;
     appearance_ = appearance;
+    apply();
+    emit changed();
+}
+
+void Theme::setContrast(Contrast contrast) {
+    if (contrast == contrast_)
+        return;
+    contrast_ = contrast;
     apply();
     emit changed();
 }
@@ -160,6 +197,13 @@ QFont Theme::font(FontRole role, QFont::Weight weight) const {
 
 bool Theme::reducedMotion() {
     return QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) == 0;
+}
+
+void Theme::setReducedMotion(bool isReduced) {
+    if (isReduced == (dynamic_cast<StillStyle*>(QApplication::style()) != nullptr))
+        return;
+    const auto name = QStringLiteral("Fusion");
+    QApplication::setStyle(isReduced ? new StillStyle(name) : QStyleFactory::create(name));
 }
 
 void Theme::apply() const {
@@ -189,11 +233,11 @@ QString Theme::styleSheet() const {
         QMenuBar::item { padding: 5u 10u; border-radius: 5u; background: transparent; }
         QMenuBar::item:selected { background: $hover; }
         QMenuBar::item:pressed { background: $pressed; }
-        QMenuBar::item:disabled { color: $control; }
+        QMenuBar::item:disabled { color: $disabled; }
         QMenu { background: $raised; color: $text; border: 1px solid $line; padding: 4u; }
         QMenu::item { padding: 6u 24u; border-radius: 5u; }
         QMenu::item:selected { background: $accent; color: $onAccent; }
-        QMenu::item:disabled { background: transparent; color: $control; }
+        QMenu::item:disabled { background: transparent; color: $disabled; }
         QMenu::separator { background: $line; height: 1px; margin: 4u 8u; }
         QLineEdit { background: $field; color: $text; border: 1px solid $control;
             border-radius: 7u; min-height: 28u; padding: 1px $fieldPaddingpx;
@@ -201,7 +245,7 @@ QString Theme::styleSheet() const {
             lineedit-password-character: 8226; }
         QLineEdit:focus { border: 2px solid $accent; padding: 0 $focusedPaddingpx; }
         QLineEdit[invalid="true"] { border: 2px solid $err; padding: 0 $focusedPaddingpx; }
-        QLineEdit:disabled { background: $chrome; color: $control; }
+        QLineEdit:disabled { background: $chrome; color: $disabled; }
         QToolTip { background: $raised; color: $text; border: 1px solid $line; padding: 4u 6u; }
         QScrollBar { background: transparent; margin: 0; }
         QScrollBar:vertical { width: 10px; }
@@ -217,6 +261,8 @@ QString Theme::styleSheet() const {
     const std::pair<const char*, QString> values[] = {
         {"$fieldPadding", QString::number(fieldPadding)},
         {"$focusedPadding", QString::number(fieldPadding - 1)},
+        // What can be used must stand out in high contrast too.
+        {"$disabled", (contrast_ == Contrast::high ? colours.text3 : colours.control).name()},
         {"$text", colours.text.name()},
         {"$hover", colours.hover.name()},
         {"$pressed", colours.pressed.name()},

@@ -4,11 +4,15 @@
 #include <QFont>
 #include <QObject>
 
+#include <optional>
+
 class QPalette;
 
 namespace fennik::ui {
 
 enum class Appearance { light, dark };
+/// In high contrast every line is as strong as text, and no colour is only a tint.
+enum class Contrast { normal, high };
 
 /// The colours of the interface by their names; no other colour appears in the code.
 struct Tokens {
@@ -20,7 +24,7 @@ struct Tokens {
     QColor ok, okSoft, warn, warnSoft, err, errSoft;
     QColor scrim, shadow; ///< half transparent, over whatever lies below
 
-    static const Tokens& of(Appearance appearance);
+    static const Tokens& of(Appearance appearance, Contrast contrast = Contrast::normal);
 };
 
 enum class FontRole {
@@ -31,6 +35,7 @@ enum class FontRole {
     fixedLine,  ///< commands and their output
     fixedField, ///< masks as they are typed
     title,      ///< of dialogs, in `QFont::DemiBold`
+    headline,   ///< of what introduces the program, in `QFont::DemiBold`
 };
 
 /// Colours, fonts and measures of the whole interface. One per application, on the main thread.
@@ -38,12 +43,17 @@ class Theme final : public QObject {
     Q_OBJECT
 
 public:
-    /// Takes its scale from the font of the application: 13 px are 1.0.
-    explicit Theme(Appearance appearance);
+    static constexpr double leastTextScale = 0.85;
+    static constexpr double mostTextScale = 2;
+
+    /// Takes its scale from the font of the application, where 13 px are 1.0, unless one is given.
+    explicit Theme(Appearance appearance, std::optional<double> textScale = std::nullopt);
 
     Appearance appearance() const { return appearance_; }
     void setAppearance(Appearance appearance);
-    const Tokens& tokens() const { return Tokens::of(appearance_); }
+    Contrast contrast() const { return contrast_; }
+    void setContrast(Contrast contrast);
+    const Tokens& tokens() const { return Tokens::of(appearance_, contrast_); }
 
     QFont font(FontRole role, QFont::Weight weight = QFont::Normal) const;
     /// A measure given for the default text size, in device-independent pixels of this one.
@@ -51,17 +61,20 @@ public:
     /// For menus, fields, tooltips and scroll bars; everything else paints itself. A field whose
     /// property "invalid" is true shows it.
     QString styleSheet() const;
-    /// Whether nothing may move on its own.
+    /// Whether nothing may move on its own: the style says so for the whole application.
     static bool reducedMotion();
+    /// Has the style say so, or no longer.
+    static void setReducedMotion(bool isReduced);
 
 signals:
-    /// The colours are others now.
+    /// The colours or the contrast are others now.
     void changed();
 
 private:
     void apply() const;
 
     Appearance appearance_;
+    Contrast contrast_ = Contrast::normal;
     double scale_;
     QString family_;
     QString fixedFamily_;

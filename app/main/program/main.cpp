@@ -52,6 +52,8 @@ int runWindow(const Options& options) {
             session.window().closeAnyway();
             QApplication::quit(); // the window may not have been shown yet
         });
+        QObject::connect(&session.window(), &ui::MainWindow::firstPainted, &session.window(),
+                         &ui::MainWindow::welcome);
         session.start();
         code = QApplication::exec();
     }
@@ -94,6 +96,7 @@ int main(int argumentCount, char** arguments) {
     qInstallMessageHandler(passToolkitMessage);
     QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication::setApplicationName(QStringLiteral("Fennik"));
+    QApplication::setApplicationVersion(QStringLiteral(FENNIK_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("fennik"));
     int toolkitArguments = 1; // the rest are ours
     const QApplication application(toolkitArguments, arguments);

@@ -118,7 +118,7 @@ ConflictDialog::ConflictDialog(const Theme& theme, Icons& icons, QWidget* parent
                                  icons, nullptr)),
       forAll_(new CheckBox(QStringLiteral("Použít i pro všechny další shody v této operaci"), theme,
                            nullptr)) {
-    setPreferredWidth(mostWidth);
+    setPreferredWidth(largeWidth);
     newItem_->setObjectName(QStringLiteral("newItem"));
     existing_->setObjectName(QStringLiteral("existingItem"));
     mismatch_->setObjectName(QStringLiteral("typeMismatch"));

@@ -20,8 +20,6 @@ namespace fennik::ui {
 
 namespace {
 
-constexpr double margin = 20;
-constexpr double tileSide = 36;
 constexpr double gap = 16;
 constexpr double footerMargin = 12;
 constexpr double buttonHeight = 32;
@@ -34,6 +32,7 @@ DialogCard::DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWi
     : QWidget(parent),
       theme_(theme),
       icons_(icons),
+      frame_(texts.frame),
       icon_(texts.icon),
       tone_(texts.tone),
       hintIcon_(texts.hintIcon),
@@ -41,6 +40,7 @@ DialogCard::DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWi
       subtitle_(new ElidedLabel({}, this)),
       area_(new QScrollArea(this)),
       hint_(new ElidedLabel(texts.hint, this)),
+      other_(new KeyButton(texts.other, {}, theme, this)),
       cancel_(new KeyButton(texts.cancel, KeyCaps::escape, theme, this)),
       confirm_(new KeyButton(texts.confirm, KeyCaps::enter, theme, this)) {
     setObjectName(QStringLiteral("dialogCard"));
@@ -50,8 +50,11 @@ DialogCard::DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWi
     title_->setObjectName(QStringLiteral("dialogTitle"));
     subtitle_->setObjectName(QStringLiteral("dialogSubtitle"));
     hint_->setObjectName(QStringLiteral("dialogHint"));
-    title_->setFont(theme.font(FontRole::title, QFont::DemiBold));
-    subtitle_->setFont(theme.font(FontRole::detail));
+    const bool isPortrait = frame_ == Frame::portrait;
+    title_->setFont(theme.font(isPortrait ? FontRole::headline : FontRole::title, QFont::DemiBold));
+    subtitle_->setFont(theme.font(isPortrait ? FontRole::body : FontRole::detail));
+    for (auto* label : {title_, subtitle_})
+        label->setHidden(frame_ == Frame::bare);
     hint_->setFont(theme.font(FontRole::detail));
     hint_->setHidden(texts.hint.isEmpty());
     followColor(*title_, theme, &Tokens::text);
@@ -68,9 +71,12 @@ DialogCard::DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWi
     cancel_->setObjectName(QStringLiteral("dialogCancel"));
     confirm_->setObjectName(QStringLiteral("dialogConfirm"));
     confirm_->setLook(KeyButtonLook::primary);
-    confirm_->setHidden(texts.confirm.isEmpty());
-    for (auto* button : {cancel_, confirm_})
+    other_->setObjectName(QStringLiteral("dialogOther"));
+    for (auto* button : {other_, cancel_, confirm_}) {
         button->setFocusPolicy(Qt::StrongFocus);
+        button->setHidden(button->text().isEmpty());
+    }
+    connect(other_, &QAbstractButton::clicked, this, &DialogCard::otherRequested);
     connect(cancel_, &QAbstractButton::clicked, this, &DialogCard::cancelled);
     connect(confirm_, &QAbstractButton::clicked, this, &DialogCard::confirmed);
     for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
@@ -104,7 +110,7 @@ void DialogCard::setConfirmable(bool isConfirmable) {
 }
 
 void DialogCard::setPreferredWidth(int width) {
-    preferredWidth_ = std::clamp(width, leastWidth, mostWidth);
+    preferredWidth_ = width;
     emit heightChanged();
 }
 
@@ -112,20 +118,36 @@ int DialogCard::preferredWidth() const {
     return theme_.px(preferredWidth_);
 }
 
+int DialogCard::margin() const {
+    if (frame_ == Frame::bare)
+        return 1; // the outline
+    return theme_.px(frame_ == Frame::portrait ? 24 : 20);
+}
+
+int DialogCard::tileSide() const {
+    return theme_.px(frame_ == Frame::portrait ? 60 : 36);
+}
+
 int DialogCard::headerHeight() const {
-    return theme_.px(margin + tileSide + gap);
+    return frame_ == Frame::bare ? 1 : margin() + tileSide() + theme_.px(gap);
 }
 
 int DialogCard::footerHeight() const {
+    if (frame_ == Frame::bare)
+        return 1;
     return theme_.px(buttonHeight + 2 * footerMargin) + 1;
+}
+
+int DialogCard::gapBelow() const {
+    return frame_ == Frame::bare ? 0 : theme_.px(gap);
 }
 
 int DialogCard::heightForWidth(int width) const {
     int content = 0;
     if (content_ != nullptr) {
-        const int room = width - 2 * theme_.px(margin);
+        const int room = width - 2 * margin();
         const int wanted = content_->heightForWidth(room);
-        content = (wanted < 0 ? content_->sizeHint().height() : wanted) + theme_.px(gap);
+        content = (wanted < 0 ? content_->sizeHint().height() : wanted) + gapBelow();
     }
     return headerHeight() + content + footerHeight();
 }
@@ -215,16 +237,18 @@ bool DialogCard::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void DialogCard::resizeEvent(QResizeEvent*) {
-    const int side = theme_.px(margin);
-    const int textLeft = side + theme_.px(tileSide + 12);
+    const int side = margin();
+    const bool isPortrait = frame_ == Frame::portrait;
+    const int textLeft = side + tileSide() + theme_.px(isPortrait ? 20 : 12);
     const int textWidth = width() - textLeft - side;
-    title_->setGeometry(textLeft, theme_.px(18), textWidth, theme_.px(20));
-    subtitle_->setGeometry(textLeft, theme_.px(39), textWidth, theme_.px(17));
+    title_->setGeometry(textLeft, theme_.px(isPortrait ? 31 : 18), textWidth,
+                        theme_.px(isPortrait ? 26 : 20));
+    subtitle_->setGeometry(textLeft, theme_.px(isPortrait ? 59 : 39), textWidth, theme_.px(17));
     area_->setGeometry(side, headerHeight(), width() - 2 * side,
-                       std::max(0, height() - headerHeight() - footerHeight() - theme_.px(gap)));
+                       std::max(0, height() - headerHeight() - footerHeight() - gapBelow()));
     const int top = height() - footerHeight() + 1 + theme_.px(footerMargin);
     int right = width() - side;
-    for (auto* button : {confirm_, cancel_}) {
+    for (auto* button : {confirm_, cancel_, other_}) {
         if (button->isHidden())
             continue;
         const auto size = button->sizeHint();
@@ -243,29 +267,40 @@ void DialogCard::paintEvent(QPaintEvent*) {
     QPainterPath outline;
     outline.addRoundedRect(shape, radius, radius);
     painter.fillPath(outline, tokens.raised);
+    if (frame_ == Frame::bare) {
+        painter.strokePath(outline, tokens.line);
+        return;
+    }
     const int footerTop = height() - footerHeight();
     painter.setClipRect(0, footerTop, width(), footerHeight());
     painter.fillPath(outline, tokens.chrome);
     painter.fillRect(0, footerTop, width(), 1, tokens.line);
     painter.setClipping(false);
     painter.strokePath(outline, tokens.line);
+    paintTile(painter);
+    if (hintIcon_.isEmpty())
+        return;
+    const int hintSide = theme_.px(16);
+    painter.drawPixmap(margin(), hint_->geometry().center().y() - hintSide / 2 + 1,
+                       icons_.line(hintIcon_, hintSide, tokens.text2, devicePixelRatioF()));
+}
 
-    const QRect tile(theme_.px(margin), theme_.px(margin), theme_.px(tileSide),
-                     theme_.px(tileSide));
+void DialogCard::paintTile(QPainter& painter) const {
+    const auto& tokens = theme_.tokens();
+    const double ratio = devicePixelRatioF();
+    const QRect tile(margin(), margin(), tileSide(), tileSide());
+    if (frame_ == Frame::portrait) {
+        painter.drawPixmap(tile.topLeft(), icons_.program(tile.width(), ratio));
+        return;
+    }
     const bool isPlain = tone_ == Tone::plain;
     painter.setPen(Qt::NoPen);
     painter.setBrush(isPlain ? tokens.accentSoft : tokens.warnSoft);
     painter.drawRoundedRect(tile, 8, 8);
     const int side = theme_.px(20);
-    const double ratio = devicePixelRatioF();
     painter.drawPixmap(tile.left() + (tile.width() - side) / 2,
                        tile.top() + (tile.height() - side) / 2,
                        icons_.line(icon_, side, isPlain ? tokens.accentText : tokens.warn, ratio));
-    if (hintIcon_.isEmpty())
-        return;
-    const int hintSide = theme_.px(16);
-    painter.drawPixmap(theme_.px(margin), hint_->geometry().center().y() - hintSide / 2 + 1,
-                       icons_.line(hintIcon_, hintSide, tokens.text2, ratio));
 }
 
 } // namespace fennik::ui

@@ -24,28 +24,36 @@ public:
         plain,
         caution, ///< something needs attention
     };
+    enum class Frame {
+        plain,
+        portrait, ///< introduces the program with its own icon, large
+        bare,     ///< nothing but the content, up to the edges
+    };
     struct Texts {
+        Frame frame = Frame::plain;
         QString icon = {}; ///< for `Icons::line`
         Tone tone = Tone::plain;
         QString title = {};
         QString subtitle = {};
         QString hintIcon = {};
         QString hint = {};    ///< beside the buttons, may be empty
+        QString other = {};   ///< on a button that has no key; empty for none
         QString confirm = {}; ///< on the button that Enter presses; empty for none
-        QString cancel = QStringLiteral("Zrušit");
+        QString cancel = QStringLiteral("Zrušit"); ///< Esc cancels without a button too
     };
 
     DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWidget* parent);
 
     void setTitle(const QString& title);
     void setSubtitle(const QString& subtitle);
-    /// What lies between title and buttons; belongs to the card, once.
+    /// What lies between title and buttons; belongs to the card, once. In a bare card it stands
+    /// within the outline, whose corners it leaves to the card.
     void setContent(QWidget* content);
     /// Whether the dialog can be confirmed now.
     void setConfirmable(bool isConfirmable);
 
-    static constexpr int leastWidth = 460;
-    static constexpr int mostWidth = 680;
+    static constexpr int usualWidth = 460;
+    static constexpr int largeWidth = 680;
     /// In pixels at the default text size.
     void setPreferredWidth(int width);
     int preferredWidth() const;
@@ -58,6 +66,8 @@ public:
 signals:
     void confirmed();
     void cancelled();
+    /// The button without a key was pressed.
+    void otherRequested();
     /// The content needs another height.
     void heightChanged();
 
@@ -78,20 +88,27 @@ private:
     void confirm();
     bool canConfirm() const;
     void takeTheme();
+    int margin() const;
+    int tileSide() const;
     int headerHeight() const;
+    /// Between the content and the buttons.
+    int gapBelow() const;
     int footerHeight() const;
+    void paintTile(QPainter& painter) const;
 
     const Theme& theme_;
     Icons& icons_;
+    Frame frame_;
     QString icon_;
     Tone tone_;
     QString hintIcon_;
-    int preferredWidth_ = leastWidth;
+    int preferredWidth_ = usualWidth;
     ElidedLabel* title_;
     ElidedLabel* subtitle_;
     QScrollArea* area_;
     QWidget* content_ = nullptr;
     ElidedLabel* hint_;
+    KeyButton* other_;
     KeyButton* cancel_;
     KeyButton* confirm_;
 };

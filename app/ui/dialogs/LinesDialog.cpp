@@ -23,14 +23,19 @@ QString lineCount(qsizetype count) {
 } // namespace
 
 LinesDialog::LinesDialog(const QString& text, const Theme& theme, Icons& icons, QWidget* parent)
+    : LinesDialog(QStringLiteral("Podrobnosti"), lineCount(text.count(QLatin1Char('\n')) + 1), text,
+                  theme, icons, parent) {}
+
+LinesDialog::LinesDialog(const QString& title, const QString& subtitle, const QString& text,
+                         const Theme& theme, Icons& icons, QWidget* parent)
     : DialogCard({.icon = QStringLiteral("info"),
-                  .title = QStringLiteral("Podrobnosti"),
-                  .subtitle = lineCount(text.count(QLatin1Char('\n')) + 1),
+                  .title = title,
+                  .subtitle = subtitle,
                   .cancel = QStringLiteral("Zavřít")},
                  theme, icons, parent) {
     auto* lines = new QPlainTextEdit(text);
     lines->setObjectName(QStringLiteral("dialogLines"));
-    lines->setAccessibleName(QStringLiteral("Podrobnosti"));
+    lines->setAccessibleName(title);
     lines->setReadOnly(true);
     lines->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     lines->setTabChangesFocus(true);
@@ -50,7 +55,7 @@ LinesDialog::LinesDialog(const QString& text, const Theme& theme, Icons& icons, 
     connect(&theme, &Theme::changed, lines, takeTheme);
     takeTheme();
     setContent(lines);
-    setPreferredWidth(mostWidth);
+    setPreferredWidth(largeWidth);
 }
 
 } // namespace fennik::ui

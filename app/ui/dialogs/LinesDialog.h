@@ -4,12 +4,16 @@
 
 namespace fennik::ui {
 
-/// A message of several lines, all of them to be read and copied.
+/// A text of several lines, all of them to be read and copied.
 class LinesDialog final : public DialogCard {
     Q_OBJECT
 
 public:
+    /// A message, of which the toast has shown the first line.
     LinesDialog(const QString& text, const Theme& theme, Icons& icons, QWidget* parent);
+    /// A text with a title of its own.
+    LinesDialog(const QString& title, const QString& subtitle, const QString& text,
+                const Theme& theme, Icons& icons, QWidget* parent);
 };
 
 } // namespace fennik::ui

@@ -14,8 +14,9 @@ TEST(FennikCommandsTest, everyActionStandsInAMenu) {
     std::map<KAction, int> places;
     for (const auto& menu : FennikCommands::menuBar())
         for (const auto& section : menu.sections)
-            for (const auto action : section)
-                ++places[action];
+            for (const auto& item : section)
+                if (const auto* action = std::get_if<KAction>(&item))
+                    ++places[*action];
     for (const auto action : KActions::all())
         // Marking belongs with the marks as well as with the sizes.
         EXPECT_EQ(places[action], action == KAction::markAndSize ? 2 : 1)
@@ -36,6 +37,15 @@ TEST(FennikCommandsTest, itemsHaveTheFirstCombinationThatLeavesFieldsAlone) {
     EXPECT_EQ(menuKey(KAction::copyToClipboard, mac), "");
     EXPECT_EQ(menuKey(KAction::parent, mac), "");
     EXPECT_EQ(menuKey(KAction::parent, KActions::defaultMapOffTheMac()), "⌥↑");
+}
+
+TEST(FennikCommandsTest, anActionTakesTheFixedKeyOfACommand) {
+    using FennikCommands::WindowCommand;
+    const auto key = *FennikCommands::fixedKey(WindowCommand::shortcuts);
+    auto map = KActions::defaultMapOffTheMac();
+    EXPECT_EQ(FennikCommands::commandFor(key, map), WindowCommand::shortcuts);
+    map.assign(key, KActions::identifier(KAction::info), ShortcutMap::Replacing::yes);
+    EXPECT_EQ(FennikCommands::commandFor(key, map), std::nullopt);
 }
 
 } // namespace fennik::test

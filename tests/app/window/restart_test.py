@@ -265,6 +265,7 @@ class BadSettings(RestartTest):
 
     def test_that_cannot_be_written_are_told_of_once(self):
         config = self.settings_file(self.home).parent.parent
+        shutil.rmtree(config)
         config.mkdir()
         config.chmod(0o500)
         self.addCleanup(config.chmod, 0o700)

@@ -418,6 +418,13 @@ class Fennik:
         """The dialog that is open, or none."""
         return next(iter(self.shown("dialog")), None)
 
+    def dismiss_welcome(self):
+        """Closes what greets whoever starts the program for the first time."""
+        self.wait(self.dialog, "the tips are shown")
+        time.sleep(0.5)  # who is typing something else must not close them
+        self.press("Esc")
+        self.wait(lambda: not self.dialog(), "the tips have gone")
+
     def list_items(self, name):
         """What is read for the rows of a list of this name; none when it is not shown."""
         return [item.get_name() for found in self.shown("list") if found.get_name() == name
@@ -492,8 +499,10 @@ class WindowTest(unittest.TestCase):
 
     def new_home(self):
         """What tells the program of a home folder and of settings that no other test has."""
-        home = self.desktop.new_folder()
-        return {"HOME": str(home), "XDG_CONFIG_HOME": str(home / "config")}
+        folder = self.desktop.new_folder()
+        home = {"HOME": str(folder), "XDG_CONFIG_HOME": str(folder / "config")}
+        self.write_settings(home)
+        return home
 
     @staticmethod
     def settings_file(home):
@@ -503,13 +512,19 @@ class WindowTest(unittest.TestCase):
         """Leaves settings as an earlier run would have; the values as they stand in the file."""
         file = self.settings_file(home)
         file.parent.mkdir(parents=True, exist_ok=True)
-        lines = [f"{key}={value}\n" for key, value in values.items()]
+        # Whoever has used the program before is not welcomed any more.
+        lines = [f"{key}={value}\n"
+                 for key, value in {"tips.welcomeShown": "true", **values}.items()]
         file.write_text("[General]\n" + "".join(lines), encoding="utf-8")
 
     def start(self, *folders, home=None, **options):
-        fennik = Fennik(self.desktop, self.program, ["--", *folders], home or self.new_home(),
-                        **options)
+        home = home or self.new_home()
+        settings = self.settings_file(home)
+        is_known = settings.exists() and b"welcomeShown=true" in settings.read_bytes()
+        fennik = Fennik(self.desktop, self.program, ["--", *folders], home, **options)
         self.addCleanup(fennik.close)
+        if not is_known:
+            fennik.dismiss_welcome()
         return fennik
 
 
