@@ -181,6 +181,9 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
 MainWindow::~MainWindow() {
     // The focus moves while the window's parts go.
     disconnect(qApp, nullptr, this, nullptr);
+    // An open menu has the focus, and would tell the bar of its loss when that is gone already.
+    while (auto* popup = QApplication::activePopupWidget())
+        popup->close();
 }
 
 void MainWindow::addPanel(app::PanelSide side) {

@@ -52,6 +52,13 @@ class Queue(WindowTest):
         self.fennik.process.send_signal(signal.SIGTERM)
         self.expect_end()
 
+    def test_a_signal_ends_it_while_a_menu_is_open(self):
+        self.start_copying()
+        self.fennik.press("F10", "Down")
+        self.fennik.wait(lambda: self.fennik.shown("menu item"), "an open menu")
+        self.fennik.process.send_signal(signal.SIGTERM)
+        self.expect_end()
+
     def start_clash(self):
         (self.right / "velký").write_bytes(b"stays")
         self.fennik.press("Ctrl+A", "F5")
