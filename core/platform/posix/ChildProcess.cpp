@@ -3,6 +3,7 @@
 #include "core/platform/posix/Descriptor.h"
 #include "core/platform/posix/PosixCalls.h"
 #include "core/platform/posix/ProcessCalls.h"
+#include "core/platform/posix/ProcessEnd.h"
 #include "core/platform/posix/Spawning.h"
 
 #include <algorithm>
@@ -10,8 +11,6 @@
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace fennik {
@@ -52,12 +51,6 @@ private:
     bool wasPending_ = false;
 };
 
-ChildProcess::Ending endingOf(int status) {
-    if (WIFEXITED(status))
-        return {.exitCode = WEXITSTATUS(status)};
-    return {.signal = WTERMSIG(status)};
-}
-
 } // namespace
 
 struct ChildProcess::State {
@@ -76,22 +69,8 @@ struct ChildProcess::State {
 };
 
 const std::optional<ChildProcess::Ending>& ChildProcess::State::wait(milliseconds patience) {
-    const auto end = steady_clock::now() + patience;
-    auto pause = std::chrono::microseconds(100);
-    while (!ending) {
-        int status = 0;
-        const pid_t ended = retried([&] { return waitpid(process, &status, WNOHANG); });
-        if (ended == process) {
-            ending = endingOf(status);
-        } else if (ended < 0) {
-            ending = Ending{}; // somebody else has waited for it
-        } else {
-            if (steady_clock::now() >= end)
-                break;
-            std::this_thread::sleep_for(pause);
-            pause = std::min(2 * pause, std::chrono::microseconds(10'000));
-        }
-    }
+    if (!ending)
+        ending = awaitEnd(process, patience);
     return ending;
 }
 
@@ -99,9 +78,7 @@ ChildProcess::State::~State() {
     constexpr milliseconds patience(200);
     kill();
     if (!wait(patience))
-        std::thread([process = process] {
-            retried([process] { return waitpid(process, nullptr, 0); });
-        }).detach();
+        awaitEndElsewhere(process);
 }
 
 ChildProcess::ChildProcess(std::unique_ptr<State> state) : state_(std::move(state)) {}

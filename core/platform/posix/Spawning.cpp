@@ -91,11 +91,16 @@ public:
 
 std::vector<std::string>
 environmentWith(const std::vector<std::pair<std::string, std::string>>& variables) {
+    // With these a launcher has told this process, and nobody else, which click has started it.
+    constexpr std::array<std::string_view, 2> launch{"DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN"};
     std::vector<std::string> all;
     for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
         const std::string_view text(*variable);
         const auto name = text.substr(0, text.find('='));
-        if (std::ranges::none_of(variables, [&](const auto& own) { return own.first == name; }))
+        const bool isOwn =
+            std::ranges::find(launch, name) != launch.end() ||
+            std::ranges::any_of(variables, [&](const auto& own) { return own.first == name; });
+        if (!isOwn)
             all.emplace_back(text);
     }
     for (const auto& [name, value] : variables)
