@@ -4,7 +4,10 @@
 #include "core/base/FileUrl.h"
 
 #include <charconv>
+#include <filesystem>
 #include <string_view>
+#include <system_error>
+#include <unistd.h>
 
 namespace fennik::app {
 
@@ -122,6 +125,16 @@ Použití: fennik [volby] [LEVÁ [PRAVÁ]]
 std::string absolutePath(const std::string& path, const std::string& workingFolder) {
     const auto whole = path.starts_with('/') ? path : workingFolder + "/" + path;
     return FileUrl(whole).standardized().path();
+}
+
+std::optional<std::string> absolutePath(const std::optional<std::string>& given) {
+    if (!given)
+        return std::nullopt;
+    std::error_code error;
+    const auto workingFolder = std::filesystem::current_path(error).string();
+    // A working folder that was removed has no path any more; nothing is found below this one.
+    return absolutePath(*given,
+                        error ? "/proc/" + std::to_string(getpid()) + "/cwd" : workingFolder);
 }
 
 } // namespace fennik::app

@@ -31,4 +31,7 @@ std::string helpText();
 /// `path` as an absolute path, seen from `workingFolder`.
 std::string absolutePath(const std::string& path, const std::string& workingFolder);
 
+/// A path that was given, seen from where this process works.
+std::optional<std::string> absolutePath(const std::optional<std::string>& given);
+
 } // namespace fennik::app

@@ -12,7 +12,6 @@
 #include <QApplication>
 #include <QTimer>
 
-#include <filesystem>
 #include <iostream>
 #include <utility>
 
@@ -52,15 +51,6 @@ void logTo(bool verbose, const std::string& line) {
         std::cerr << line + '\n';
 }
 
-std::optional<std::string> pathOf(const std::optional<std::string>& given) {
-    if (!given)
-        return std::nullopt;
-    std::error_code error;
-    const auto workingFolder = std::filesystem::current_path(error).string();
-    // A working folder that was removed has no path any more; nothing is found below this one.
-    return absolutePath(*given, error ? "/proc/self/cwd" : workingFolder);
-}
-
 Appearance appearanceFor(Options::Look look, Appearance ofSystem) {
     switch (look) {
     case Options::Look::light:
@@ -77,12 +67,13 @@ Appearance appearanceFor(Options::Look look, Appearance ofSystem) {
 
 Session::Session(const Options& options)
     : look_(options.look),
-      left_(pathOf(options.left)),
-      right_(pathOf(options.right)),
+      left_(absolutePath(options.left)),
+      right_(absolutePath(options.right)),
       disk_(laneOf),
       sizingDisk_(laneOf, stuckAfter, Threads::giveWay),
       temporaryPlaces_(UserFolders::cache(), sizingDisk_, mostBytesTaken),
       events_(makeFolderEvents()),
+      workspace_(disk_, main_),
       settings_(makeSettings(options.task)),
       layout_(system::makeKeyboardLayout()),
       systemAppearance_(ui::appearanceOf(QApplication::palette())),
@@ -106,7 +97,8 @@ Session::Session(const Options& options)
             .transferWorker = transfers_,
             .actionsWorker = actions_,
             .trash = trash_,
-            .packer = packer_},
+            .packer = packer_,
+            .workspace = workspace_},
            UserFolders::home()),
       shortcuts_(
           KActions::defaultMapOffTheMac(),
@@ -126,6 +118,22 @@ Session::Session(const Options& options)
     Memory::returnLargeBlocks();
     app_.settings().registerDefaults();
     window_.resize(options.width, options.height);
+    QObject::connect(&workspace_, &system::DesktopWorkspace::windowWanted, &window_,
+                     [this](const QString& token) { bringToFront(token.toStdString()); });
+}
+
+void Session::takeSecondStart(const system::SecondStart& start) {
+    app_.openPaths(start.left, start.right);
+    bringToFront(start.activationToken);
+}
+
+void Session::bringToFront(const std::string& activationToken) {
+    // There the toolkit takes it from its environment.
+    if (!activationToken.empty() &&
+        QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
+    show();
+    window_.comeToFront();
 }
 
 void Session::start() {

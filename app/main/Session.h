@@ -7,7 +7,9 @@
 #include "app/model/ports/SettingsStore.h"
 #include "app/system/ColorScheme.h"
 #include "app/system/DesktopClipboard.h"
+#include "app/system/DesktopWorkspace.h"
 #include "app/system/MainThread.h"
+#include "app/system/SingleInstance.h"
 #include "app/ui/Icons.h"
 #include "app/ui/MainWindow.h"
 #include "app/ui/Theme.h"
@@ -39,12 +41,17 @@ public:
     /// panels. Returns at once.
     void start();
 
+    /// What a second start was given is shown in this window.
+    void takeSecondStart(const system::SecondStart& start);
+
     /// Keeps the tabs for the next time, and waits for the workers. When some are stuck, the
     /// process must end without running static destructors.
     ShutDown shutDown();
 
 private:
     void show();
+    /// The token of the desktop, which may be empty, allows it.
+    void bringToFront(const std::string& activationToken);
 
     std::unique_ptr<SettingsStore> makeSettings(Options::Task task);
 
@@ -64,6 +71,7 @@ private:
     TemporaryPlaces temporaryPlaces_;
     std::unique_ptr<FolderEvents> events_;
     system::DesktopClipboard clipboard_;
+    system::DesktopWorkspace workspace_;
     std::unique_ptr<SettingsStore> settings_;
     std::unique_ptr<KeyboardLayout> layout_;
     ui::Appearance systemAppearance_;

@@ -1,6 +1,7 @@
 #include "app/model/AppModel.h"
 
 #include "app/model/CommandLine.h"
+#include "app/model/DesktopActions.h"
 #include "app/model/SavedState.h"
 #include "core/base/DisplayText.h"
 #include "core/base/PathText.h"
@@ -69,8 +70,11 @@ AppModel::AppModel(AppServices services, FileUrl home)
                    [this](std::shared_ptr<PendingConflict> pending) {
                        takeClash(std::move(pending));
                    }}),
-      commandLine_(std::make_unique<CommandLine>(
-          services_.panels, settings_, services_.clipboard, home_, [this]() -> PanelModel& { return activePanel(); })) {
+      commandLine_(
+          std::make_unique<CommandLine>(services_.panels, settings_, services_.clipboard, home_,
+                                        [this]() -> PanelModel& { return activePanel(); })),
+      desktop_(
+          std::make_unique<DesktopActions>(*this, services_.workspace, services_.panels.today)) {
     if (const auto megabytes = settings_.get(SettingKeys::throttleMBps); megabytes > 0)
         engine_.setThrottle(std::int64_t(megabytes * bytesOfMegabyte));
     restore();
@@ -110,6 +114,10 @@ void AppModel::start(const std::optional<std::string>& left,
     rightRestoration_.start(right,
                             pathFromStored(settings_.get(SettingKeys::rightPath)).value_or(""),
                             saved && !saved->right.tabs.empty());
+}
+
+void AppModel::openPaths(std::optional<std::string> left, std::optional<std::string> right) {
+    desktop_->openPaths(std::move(left), std::move(right));
 }
 
 void AppModel::followPanel(PanelSide side) {

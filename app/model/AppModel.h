@@ -15,6 +15,7 @@
 #include "app/model/TransferTarget.h"
 #include "app/model/ports/Clipboard.h"
 #include "app/model/ports/SettingsStore.h"
+#include "app/model/ports/Workspace.h"
 #include "core/archives/ArchivePacker.h"
 #include "core/base/DelayedWork.h"
 #include "core/listing/FolderSizeCache.h"
@@ -35,6 +36,8 @@
 #include <vector>
 
 namespace fennik::app {
+
+class DesktopActions;
 
 enum class AppChange {
     activeSide = 1,
@@ -62,6 +65,7 @@ struct AppServices {
     Executor& actionsWorker;  ///< one thread, for small changes of the disk and undo
     const TrashProvider& trash;
     const ArchivePacker& packer;
+    Workspace& workspace;
 };
 
 /// A request to a view of one side to take the keyboard. The token of every request is another one.
@@ -96,6 +100,8 @@ public:
 
     /// Lists both panels, with the absolute paths given in tabs of their own.
     void start(const std::optional<std::string>& left, const std::optional<std::string>& right);
+    /// Shows the absolute paths given in tabs of their own, once no dialog is open.
+    void openPaths(std::optional<std::string> left, std::optional<std::string> right);
 
     PanelModel& panel(PanelSide side) { return side == PanelSide::left ? left_ : right_; }
     const PanelModel& panel(PanelSide side) const {
@@ -214,7 +220,6 @@ private:
     void restore();
     void scheduleSave();
     void open();
-    void openFile(const FileUrl& file);
     void pathFromClipboard();
     void toggleHidden();
     void escape();
@@ -314,6 +319,7 @@ private:
     TransferEngine engine_;
     EngineBridge bridge_;
     std::unique_ptr<CommandLine> commandLine_;
+    std::unique_ptr<DesktopActions> desktop_;
 };
 
 } // namespace fennik::app

@@ -1,6 +1,7 @@
 #include "app/system/ColorScheme.h"
 
-#include <QDBusConnection>
+#include "app/system/SessionBus.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -20,20 +21,19 @@ const QString settingKey = QStringLiteral("color-scheme");
 } // namespace
 
 void ColorScheme::start() {
-    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") ||
-        !QDBusConnection::sessionBus().isConnected()) {
+    auto bus = sessionBus();
+    if (!bus) {
         QTimer::singleShot(0, this, &ColorScheme::answered);
         return;
     }
-    auto bus = QDBusConnection::sessionBus();
     // The slot is found by the names of its types.
     qRegisterMetaType<QDBusVariant>();
-    bus.connect(service, object, interface, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+    bus->connect(service, object, interface, QStringLiteral("SettingChanged"), this,
+                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     auto question =
         QDBusMessage::createMethodCall(service, object, interface, QStringLiteral("Read"));
     question << settingGroup << settingKey;
-    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+    auto* watcher = new QDBusPendingCallWatcher(bus->asyncCall(question), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
         if (reply.isValid())

@@ -342,6 +342,12 @@ void MainWindow::closeAnyway() {
     close();
 }
 
+void MainWindow::comeToFront() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (closesAnyway_ || !app_.hasUnfinishedJobs())
         return;

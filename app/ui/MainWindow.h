@@ -39,6 +39,8 @@ public:
     void welcome();
     /// Closes the window without a question, because the system ends the program.
     void closeAnyway();
+    /// The user wants to see it.
+    void comeToFront();
 
     PanelView& view(app::PanelSide side) { return *views_[static_cast<std::size_t>(side)]; }
 

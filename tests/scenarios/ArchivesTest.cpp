@@ -12,9 +12,12 @@ namespace {
 using app::Outcome;
 using app::PackAnswer;
 using app::Toast;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::IsEmpty;
 using testing::SizeIs;
+using testing::StartsWith;
 
 class ArchivesScenario : public Scenario {
 protected:
@@ -85,7 +88,14 @@ TEST_F(ArchivesScenario, keysLeadInAndOutAndWhatWouldChangeTheArchiveSaysSo) {
     press("opt+cmd+c");
     EXPECT_EQ(clipboard.content, temp.path("left/a.zip/z.txt"));
     open("z.txt");
-    EXPECT_EQ(takeToast(), "„z.txt“ je soubor a ty tato verze Fennika ještě neotvírá.");
+    EXPECT_THAT(workspace.takeAsked(),
+                ElementsAre(AllOf(StartsWith("open " + temp.path("cache")), EndsWith("/z.txt"))));
+    press("f4");
+    EXPECT_EQ(takeToast(), "Archiv je jen pro čtení.");
+    press("f9");
+    press("cmd+shift+r");
+    EXPECT_THAT(workspace.takeAsked(), ElementsAre("terminal in " + temp.path("left"),
+                                                   "reveal " + temp.path("left/a.zip")));
     press("delete");
     EXPECT_EQ(underCursor(), "a.zip");
 

@@ -3,6 +3,7 @@
 #include "app/model/AppModel.h"
 #include "core/base/SerialWorker.h"
 #include "core/operations/Trashes.h"
+#include "tests/support/ManualWorkspace.h"
 #include "tests/support/PanelFixture.h"
 
 #include <string>
@@ -40,7 +41,8 @@ protected:
                 .transferWorker = transfers,
                 .actionsWorker = actions,
                 .trash = trash,
-                .packer = packer};
+                .packer = packer,
+                .workspace = workspace};
     }
     FileUrl home() const { return FileUrl(temp.path("home"), FileUrl::Form::directory); }
 
@@ -56,6 +58,7 @@ protected:
     SerialWorker transfers; ///< a real thread, so that it can wait
     ManualExecutor actions;
     ManualPacker packer;
+    ManualWorkspace workspace;
     FolderTrash trash{FileUrl(temp.path("trash"))};
 };
 

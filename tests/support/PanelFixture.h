@@ -42,7 +42,7 @@ protected:
                 .temporaryPlaces = places,
                 .volumes = [this] { return volumes; },
                 .now = [this] { return timers.now(); },
-                .today = [] { return Date{1'795'184'760, 0}; },
+                .today = [this] { return today; },
                 .log = [this](const std::string& line) { lines.push_back(line); }};
     }
     /// Until nothing is left to do.
@@ -61,6 +61,7 @@ protected:
     ManualExecutor main;
     ManualTimers timers;
     ManualFolderEvents events;
+    Date today{1'795'184'760, 0};
     ManualArchives archives;
     TemporaryPlaces places{FileUrl(temp.path("cache")), sizingDisk, 1000};
     MemorySettings store;

@@ -2,8 +2,11 @@
 #include "app/main/Screenshot.h"
 #include "app/main/Session.h"
 #include "app/system/DisplayProbe.h"
+#include "app/system/SettingsFile.h"
+#include "app/system/SingleInstance.h"
 #include "app/system/TerminationSignals.h"
 #include "core/archives/helper/ArchiveHelper.h"
+#include "core/platform/UserFolders.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -41,7 +44,14 @@ void passToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString
         std::cerr << message.toStdString() << '\n';
 }
 
-int runWindow(const Options& options) {
+/// What the window that runs already needs to know of this start.
+system::SecondStart secondStart(const Options& options) {
+    return {.left = app::absolutePath(options.left),
+            .right = app::absolutePath(options.right),
+            .activationToken = qEnvironmentVariable("XDG_ACTIVATION_TOKEN").toStdString()};
+}
+
+int runWindow(const Options& options, system::SingleInstance& instance) {
     app::Session session(options);
     int code = 0;
     if (options.task == Options::Task::screenshot) {
@@ -54,8 +64,13 @@ int runWindow(const Options& options) {
         });
         QObject::connect(&session.window(), &ui::MainWindow::firstPainted, &session.window(),
                          &ui::MainWindow::welcome);
+        QObject::connect(&instance, &system::SingleInstance::received, qApp,
+                         [&session](const auto& start) { session.takeSecondStart(start); });
+        instance.listen();
         session.start();
         code = QApplication::exec();
+        // What follows may take a while, and nobody looks at a window then.
+        instance.close();
     }
     if (session.shutDown() == ShutDown::threadsLeft)
         std::_Exit(code);
@@ -93,6 +108,9 @@ int main(int argumentCount, char** arguments) {
         std::cerr << *fault << '\n';
         return exitFailure;
     }
+    system::SingleInstance instance(system::SettingsFile::configFolder(UserFolders::home().path()));
+    if (options->task == Options::Task::window && instance.handOver(secondStart(*options)))
+        return 0;
     qInstallMessageHandler(passToolkitMessage);
     QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication::setApplicationName(QStringLiteral("Fennik"));
@@ -101,5 +119,5 @@ int main(int argumentCount, char** arguments) {
     int toolkitArguments = 1; // the rest are ours
     const QApplication application(toolkitArguments, arguments);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/fennik.svg")));
-    return runWindow(*options);
+    return runWindow(*options, instance);
 }

@@ -1,5 +1,6 @@
 #include "app/model/AppModel.h"
 #include "app/model/ArchivePaths.h"
+#include "app/model/DesktopActions.h"
 #include "core/archives/ArchiveExtractor.h"
 #include "core/base/CzechText.h"
 #include "core/base/PathText.h"
@@ -125,7 +126,7 @@ void AppModel::takeOpening(const PanelModel& panel) {
     if (!panel.takenFile().place)
         return;
     takenFiles_.push_back(panel.takenFile());
-    openFile(panel.takenFile().url);
+    desktop_->open(panel.takenFile().url);
 }
 
 // Passwords

@@ -1,5 +1,6 @@
 #include "app/model/AppModel.h"
 #include "app/model/CommandLine.h"
+#include "app/model/DesktopActions.h"
 #include "core/base/CzechText.h"
 #include "core/listing/PathCompleter.h"
 
@@ -61,8 +62,9 @@ AppModel::Handler AppModel::handlerOf(KAction action) {
         return [](AppModel& model) { model.otherPanel().navigate(model.activePanel().folder()); };
     case KAction::quickLook:
     case KAction::info:
-    case KAction::edit:
         return nullptr;
+    case KAction::edit:
+        return [](AppModel& model) { model.desktop_->edit(); };
     case KAction::copy:
         return [](AppModel& model) { model.openTransfer(TransferKind::copy); };
     case KAction::move:
@@ -86,7 +88,7 @@ AppModel::Handler AppModel::handlerOf(KAction action) {
     case KAction::undo:
         return [](AppModel& model) { model.undo(); };
     case KAction::revealInFinder:
-        return nullptr;
+        return [](AppModel& model) { model.desktop_->reveal(model.sources()); };
     case KAction::copyPath:
         return [](AppModel& model) { model.copyPath(); };
     case KAction::toggleMark:
@@ -129,7 +131,7 @@ AppModel::Handler AppModel::handlerOf(KAction action) {
     case KAction::sortDate:
         return [](AppModel& model) { model.activePanel().chooseSort(SortKey::modified); };
     case KAction::terminal:
-        return nullptr;
+        return [](AppModel& model) { model.desktop_->openTerminal(); };
     case KAction::commandLine:
         return [](AppModel& model) { model.commandLine_->requestFocus(); };
     case KAction::operations:
@@ -167,11 +169,7 @@ void AppModel::open() {
         showToast(quoted(item->name) + " nejde otevřít: cíl odkazu neexistuje.",
                   Toast::Kind::error);
     else
-        openFile(active.location().appending(item->name));
-}
-
-void AppModel::openFile(const FileUrl& file) {
-    showToast(quoted(file.lastComponent()) + " je soubor a ty tato verze Fennika ještě neotvírá.");
+        desktop_->open(active.location().appending(item->name));
 }
 
 void AppModel::pathFromClipboard() {

@@ -1,4 +1,5 @@
 #include "app/model/AppModel.h"
+#include "app/model/DesktopActions.h"
 #include "app/model/ItemCount.h"
 #include "core/base/CzechText.h"
 
@@ -110,6 +111,7 @@ void AppModel::takeEnd(const JobSnapshot& job, const TransferRequest& request) {
     takeMarksOf(job, request);
     takeChanges();
     tellEnd(job, request);
+    desktop_->tellEnd(job);
 }
 
 void AppModel::takeMarksOf(const JobSnapshot& job, const TransferRequest& request) {
