@@ -4,6 +4,7 @@
 #include "core/archives/ArchiveExtractor.h"
 #include "core/base/CzechText.h"
 #include "core/base/PathText.h"
+#include "core/listing/Format.h"
 
 #include <utility>
 
@@ -16,6 +17,11 @@ std::string stemFor(const std::vector<FileUrl>& sources, const FileItemView& fir
     if (sources.size() > 1)
         return std::string(sources.front().parent().lastComponent());
     return std::string(first.kind == FileKind::file ? first.baseName() : first.name);
+}
+
+std::string hiddenEntries(std::int64_t count) {
+    const auto items = pluralForm(count, {"položku, kterou", "položky, které", "položek, které"});
+    return ("Archiv obsahuje " + Format::grouped(count) + " ").append(items) + " nejde ukázat.";
 }
 
 } // namespace
@@ -123,8 +129,12 @@ void AppModel::extract(const ExtractDialog& dialog, std::vector<TransferPair> pa
 void AppModel::takeOpening(const PanelModel& panel) {
     if (!panel.openingFailure().empty())
         return showToast(panel.openingFailure(), Toast::Kind::error);
-    if (!panel.takenFile().place)
+    if (!panel.takenFile().place) {
+        const auto refused = panel.archive() ? panel.archive()->index->refusedCount() : 0;
+        if (refused > 0)
+            showToast(hiddenEntries(refused));
         return;
+    }
     takenFiles_.push_back(panel.takenFile());
     desktop_->open(panel.takenFile().url);
 }
