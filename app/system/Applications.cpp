@@ -22,17 +22,6 @@ std::string variable(const char* name) {
     return value != nullptr ? value : "";
 }
 
-std::vector<std::string> partsOf(std::string_view text, char separator) {
-    std::vector<std::string> parts;
-    while (!text.empty()) {
-        const auto end = std::min(text.find(separator), text.size());
-        if (end > 0)
-            parts.emplace_back(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return parts;
-}
-
 /// The user's own folder, and then those of the system. Only absolute ones count.
 std::vector<std::string> foldersOf(const char* own, const std::string& ownDefault,
                                    const char* others, const std::string& othersDefault) {
@@ -111,7 +100,7 @@ Applications::Choices Applications::choicesFor(const std::string& type) const {
         const auto take = [&](std::string_view group, std::vector<std::string>& into) {
             forEachValue(list, group, [&](std::string_view key, std::string_view value) {
                 if (key == type)
-                    std::ranges::move(listOf(value), std::back_inserter(into));
+                    std::ranges::move(partsOf(value, ';'), std::back_inserter(into));
             });
         };
         take("Default Applications", choices.chosen);
@@ -138,15 +127,20 @@ std::optional<DesktopEntry> Applications::defaultFor(const std::vector<std::stri
 
 std::optional<DesktopEntry> Applications::anyFor(const std::string& type,
                                                  const std::vector<std::string>& removed) const {
+    std::optional<DesktopEntry> inTerminal;
     for (const auto& [identifier, file] : files_) {
         if (std::ranges::find(removed, identifier) != removed.end())
             continue;
         auto entry = DesktopEntry::parse(contentOf(file), file);
-        if (entry && std::ranges::find(entry->types, type) != entry->types.end() &&
-            isInstalled(*entry))
+        if (!entry || std::ranges::find(entry->types, type) == entry->types.end() ||
+            !isInstalled(*entry))
+            continue;
+        if (!entry->inTerminal)
             return entry;
+        if (!inTerminal)
+            inTerminal = std::move(entry);
     }
-    return std::nullopt;
+    return inTerminal;
 }
 
 } // namespace fennik::system

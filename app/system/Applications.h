@@ -20,8 +20,9 @@ public:
     /// The one of that identifier, with ".desktop" at its end or without; none where there is no
     /// such one, or it cannot be started.
     std::optional<DesktopEntry> named(std::string_view identifier) const;
-    /// The one that the user, or else the desktop, has chosen for the type; or any that opens it.
-    /// Types are tried in their order, the most special one first.
+    /// The one that the user, or else the desktop, has chosen for the type; or any that opens it,
+    /// rather with a window of its own than in a terminal. Types are tried in their order, the most
+    /// special one first.
     std::optional<DesktopEntry> defaultFor(const std::vector<std::string>& types) const;
 
 private:

@@ -1,7 +1,9 @@
 #include "app/system/DesktopEntry.h"
 
 #include "core/base/PathText.h"
+#include "core/base/WhiteSpace.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace fennik::system {
@@ -42,13 +44,28 @@ std::string unescaped(std::string_view value) {
 
 } // namespace
 
-std::vector<std::string> listOf(std::string_view value) {
+void forEachValue(std::string_view text, std::string_view group,
+                  const std::function<void(std::string_view key, std::string_view value)>& take) {
+    bool isInGroup = false;
+    while (!text.empty()) {
+        const auto end = std::min(text.find('\n'), text.size());
+        const auto line = trimmed(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+        const auto equals = line.find('=');
+        if (line.starts_with('['))
+            isInGroup = line.size() == group.size() + 2 && line.substr(1, group.size()) == group;
+        else if (isInGroup && !line.starts_with('#') && equals != std::string_view::npos)
+            take(trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)));
+    }
+}
+
+std::vector<std::string> partsOf(std::string_view text, char separator) {
     std::vector<std::string> parts;
-    while (!value.empty()) {
-        const auto end = std::min(value.find(';'), value.size());
+    while (!text.empty()) {
+        const auto end = std::min(text.find(separator), text.size());
         if (end > 0)
-            parts.emplace_back(value.substr(0, end));
-        value.remove_prefix(std::min(end + 1, value.size()));
+            parts.emplace_back(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
     }
     return parts;
 }
@@ -102,7 +119,7 @@ std::optional<DesktopEntry> DesktopEntry::parse(std::string_view text, std::stri
         else if (key == "Terminal")
             entry.inTerminal = value == "true";
         else if (key == "MimeType")
-            entry.types = listOf(value);
+            entry.types = partsOf(value, ';');
     });
     if (!isApplication || isHidden || entry.exec.empty())
         return std::nullopt;

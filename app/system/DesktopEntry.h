@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,31 +34,10 @@ std::optional<std::vector<std::string>> commandWords(std::string_view command);
 
 /// Calls `take` with the key and the value of each line in a group of a file of that kind. Keys
 /// with a locale have it in brackets.
-template <class Take>
-void forEachValue(std::string_view text, std::string_view group, Take take) {
-    bool isInGroup = false;
-    while (!text.empty()) {
-        const auto end = text.find('\n');
-        auto line = text.substr(0, end);
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        while (!line.empty() && (line.back() == '\r' || line.back() == ' '))
-            line.remove_suffix(1);
-        const auto equals = line.find('=');
-        if (line.starts_with('[')) {
-            isInGroup = line.size() == group.size() + 2 && line.substr(1, group.size()) == group;
-        } else if (isInGroup && !line.starts_with('#') && equals != std::string_view::npos) {
-            auto key = line.substr(0, equals);
-            auto value = line.substr(equals + 1);
-            while (key.ends_with(' '))
-                key.remove_suffix(1);
-            while (value.starts_with(' '))
-                value.remove_prefix(1);
-            take(key, value);
-        }
-    }
-}
+void forEachValue(std::string_view text, std::string_view group,
+                  const std::function<void(std::string_view key, std::string_view value)>& take);
 
-/// The parts of a value that is a list; empty ones are left out.
-std::vector<std::string> listOf(std::string_view value);
+/// The parts between separators; empty ones are left out.
+std::vector<std::string> partsOf(std::string_view text, char separator);
 
 } // namespace fennik::system

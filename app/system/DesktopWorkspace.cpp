@@ -14,6 +14,7 @@
 #include <QDBusPendingReply>
 #include <QGuiApplication>
 #include <QStringList>
+#include <QWindow>
 
 #include <chrono>
 #include <utility>
@@ -26,7 +27,8 @@ using Result = std::expected<void, std::string>;
 
 /// A program that cannot do what it was started for says so within this.
 constexpr auto startPatience = std::chrono::milliseconds(1000);
-constexpr int revealPatience = 5000; // ms
+/// A file browser may have to be started first.
+constexpr int revealPatience = 10'000; // ms
 
 std::string sentence(const FileUrl& file, std::string_view rest) {
     return quoted(file.lastComponent()) + " " + std::string(rest);
@@ -56,17 +58,21 @@ std::string workingFolder(const DesktopEntry& entry) {
     return entry.folder.starts_with('/') ? entry.folder : UserFolders::home().path();
 }
 
-Result openWith(const DesktopEntry& entry, const FileUrl& file) {
+/// Empty, or why it does not run, as the end of a sentence.
+std::string start(const DesktopEntry& entry, const FileUrl& file) {
     auto command = entry.command(file.path());
     const auto folder = workingFolder(entry);
     if (entry.inTerminal && !command.empty()) {
         auto inTerminal = Terminals::opening(folder, command);
         if (!inTerminal)
-            return std::unexpected("Terminál nenalezen.");
+            return "potřebuje terminál a žádný tu není.";
         command = std::move(*inTerminal);
     }
-    const auto failure =
-        command.empty() ? std::string("jeho příkaz nedává smysl.") : start(command, folder);
+    return command.empty() ? "jeho příkaz nedává smysl." : start(command, folder);
+}
+
+Result openWith(const DesktopEntry& entry, const FileUrl& file) {
+    const auto failure = start(entry, file);
     if (failure.empty())
         return {};
     return std::unexpected(

@@ -17,8 +17,8 @@ class SleepGuard final : public QObject {
     Q_OBJECT
 
 public:
-    /// `worker` meets the bus of the system, and is outlived by nothing that it is given; `main` is
-    /// the executor of this thread.
+    /// `worker` meets the bus of the system; `main` is the executor of this thread. Both outlive
+    /// it.
     SleepGuard(Executor& worker, Executor& main);
 
     void hold();

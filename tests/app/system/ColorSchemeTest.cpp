@@ -1,6 +1,5 @@
 #include "app/system/ColorScheme.h"
 
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -88,9 +87,3 @@ TEST(ColorSchemeTest, aDesktopWithoutAPortalAnswersToo) {
 }
 
 } // namespace fennik::test
-
-int main(int argumentCount, char** arguments) {
-    const QCoreApplication application(argumentCount, arguments);
-    testing::InitGoogleTest(&argumentCount, arguments);
-    return RUN_ALL_TESTS();
-}

@@ -144,7 +144,9 @@ class Kills(RestartTest):
         first.press("Ctrl+Shift+D")
         first.expect("the toast", first.toast, f"Přidáno do oblíbených: {self.left.name}")
         self.wait_saved("left", self.left)
-        second = self.start_again(self.right, self.left)
+        # In one session, the second start would hand its folders over to the first.
+        elsewhere = {"XDG_RUNTIME_DIR": str(self.new_folder())}
+        second = self.start(self.right, self.left, home=self.home | elsewhere)
         second.expect_table(RIGHT, f"{self.left.name}, 3 položky")
         second.press("Ctrl+T", "Ctrl+Shift+Period")
         self.wait_saved("left", self.left, self.right, self.right)
