@@ -217,7 +217,8 @@ bool CommandLine::closeOutput() {
     if (!run_)
         return false;
     run_.reset();
-    runner_->mute();
+    if (runner_)
+        runner_->mute();
     emit changed(CommandChange::run);
     return true;
 }

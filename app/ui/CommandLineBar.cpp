@@ -54,7 +54,6 @@ CommandLineBar::CommandLineBar(const Theme& theme, Icons& icons, QWidget* parent
     setAccessibleRole(*this, QAccessible::Grouping);
     setObjectName(QStringLiteral("commandLineBar"));
     setAccessibleName(QStringLiteral("Příkazový řádek"));
-    setFixedHeight(theme.px(gapAbove) + theme.px(barHeight));
     setCursor(Qt::IBeamCursor);
     folder_->setObjectName(QStringLiteral("commandFolder"));
     followColor(*folder_, theme, &Tokens::text2);
@@ -72,6 +71,7 @@ CommandLineBar::CommandLineBar(const Theme& theme, Icons& icons, QWidget* parent
 
 void CommandLineBar::takeTheme() {
     const auto& tokens = theme_.tokens();
+    setFixedHeight(theme_.px(gapAbove) + theme_.px(barHeight));
     folder_->setFont(theme_.font(FontRole::fixedLine));
     // What stands in the empty field is no command.
     const auto role = field_->text().isEmpty() ? FontRole::detail : FontRole::fixedLine;

@@ -101,6 +101,7 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
     splitter_->setChildrenCollapsible(false);
     splitter_->setHandleWidth(theme.px(8));
     splitter_->installEventFilter(this);
+    operations_->installEventFilter(this);
     auto* rows = new QVBoxLayout(this);
     const int margin = theme.px(8);
     rows->setContentsMargins(0, 0, 0, 0);
@@ -429,10 +430,19 @@ void MainWindow::paintEvent(QPaintEvent*) {
 
 void MainWindow::resizeEvent(QResizeEvent*) {
     constexpr double mostShareOfJobs = 0.4;
-    constexpr double mostShareOfOutput = 0.5;
     operations_->setHeightLimit(int(height() * mostShareOfJobs));
-    output_->setHeightLimit(int(height() * mostShareOfOutput));
+    limitOutput();
     placeToast();
+}
+
+void MainWindow::limitOutput() {
+    constexpr double mostShare = 0.5;
+    constexpr double least = 128;
+    const int panels = splitter_->minimumSizeHint().height();
+    const int room = height() - operations_->height() - commandLine_->height() -
+                     functionKeys_->height() - menuBar_->height() - panels;
+    output_->setHeightLimit(
+        std::max(context_.theme.px(least), std::min(int(height() * mostShare), room)));
 }
 
 void MainWindow::showEvent(QShowEvent*) {
@@ -443,6 +453,11 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == splitter_) {
         if (event->type() == QEvent::Resize)
             placeToast(); // the card of operations comes and goes below
+        return false;
+    }
+    if (watched == operations_) {
+        if (event->type() == QEvent::Resize)
+            limitOutput();
         return false;
     }
     switch (event->type()) {

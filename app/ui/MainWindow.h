@@ -77,6 +77,8 @@ private:
     /// The active panel shows something else, or another panel is the active one.
     void takePlace();
     void placeToast();
+    /// The panels keep room beside the output.
+    void limitOutput();
 
     UiContext context_;
     app::AppModel& app_;

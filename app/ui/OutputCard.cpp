@@ -31,6 +31,7 @@ constexpr double radius = 9;
 constexpr double header = 32;
 constexpr double usualHeight = 286; ///< without the gap
 constexpr double leastHeight = 120;
+constexpr double narrowWidth = 900; ///< below, buttons are their icons
 
 } // namespace
 
@@ -74,6 +75,7 @@ OutputCard::OutputCard(const Theme& theme, Icons& icons, QWidget* parent)
                                    std::max(theme_.px(leastHeight), heightLimit_ - top()));
         takeHeight();
     });
+    text_->installEventFilter(this);
     connect(&motion_, &Motion::moved, this, &OutputCard::takeHeight);
     connect(&motion_, &Motion::arrived, this, [this] { setVisible(motion_.value() > 0); });
     connect(&theme_, &Theme::changed, this, &OutputCard::takeTheme);
@@ -97,19 +99,18 @@ void OutputCard::showRun(const app::CommandRun& run, const QString& folder) {
         text_->begin(command);
     }
     text_->showOutput(run.output);
-    const auto spoken = QStringLiteral("Příkaz %1: %2").arg(command);
+    const auto spoken = QStringLiteral("Příkaz ") + command + QStringLiteral(": ");
     stop_->setVisible(run.state == State::running);
     switch (run.state) {
     case State::running: {
         const auto text = QStringLiteral("Běží…");
-        state_->show(RunState::Look::running, text, spoken.arg(text));
+        state_->show(RunState::Look::running, text, spoken + text);
         break;
     }
     case State::ended: {
         const int code = run.exitCode.value_or(0);
         const auto text = QStringLiteral("Skončilo s kódem %1").arg(code);
-        state_->show(code == 0 ? RunState::Look::good : RunState::Look::bad, text,
-                     spoken.arg(text));
+        state_->show(code == 0 ? RunState::Look::good : RunState::Look::bad, text, spoken + text);
         break;
     }
     case State::notStarted: {
@@ -222,7 +223,16 @@ bool OutputCard::focusNextPrevChild(bool next) {
     return true;
 }
 
+bool OutputCard::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        update(); // the frame shows where the keyboard is
+    return QWidget::eventFilter(watched, event);
+}
+
 void OutputCard::resizeEvent(QResizeEvent*) {
+    const bool isNarrow = width() < theme_.px(narrowWidth);
+    for (auto* button : {copy_, close_})
+        button->setTextShown(!isNarrow);
     layOut();
 }
 
@@ -230,7 +240,8 @@ void OutputCard::paintEvent(QPaintEvent*) {
     const auto& tokens = theme_.tokens();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const auto frame = QRectF(rect()).adjusted(0.5, top() + 0.5, -0.5, -0.5);
+    const double line = text_->hasFocus() ? 2 : 1;
+    const auto frame = QRectF(rect()).adjusted(line / 2, top() + line / 2, -line / 2, -line / 2);
     QPainterPath card;
     card.addRoundedRect(frame, radius, radius);
     painter.fillPath(card, tokens.field);
@@ -238,7 +249,7 @@ void OutputCard::paintEvent(QPaintEvent*) {
     painter.fillPath(card, tokens.chrome);
     painter.fillRect(QRectF(0, bodyTop() - 1, width(), 1), tokens.line);
     painter.setClipping(false);
-    painter.strokePath(card, tokens.line);
+    painter.strokePath(card, QPen(text_->hasFocus() ? tokens.accent : tokens.line, line));
     const int side = theme_.px(16);
     painter.drawPixmap(
         theme_.px(13), top() + 1 + (theme_.px(header) - side) / 2,

@@ -3,7 +3,9 @@
 #include "app/model/CommandOutput.h"
 #include "app/ui/Text.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPlainTextDocumentLayout>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -19,8 +21,8 @@ namespace {
 /// Lines of another height than the font's own.
 class SpacedLayout final : public QPlainTextDocumentLayout {
 public:
-    SpacedLayout(double lineHeight, QTextDocument* document)
-        : QPlainTextDocumentLayout(document), lineHeight_(lineHeight) {}
+    SpacedLayout(const Theme& theme, QTextDocument* document)
+        : QPlainTextDocumentLayout(document), theme_(theme) {}
 
     QRectF blockBoundingRect(const QTextBlock& block) const override {
         const auto natural = QPlainTextDocumentLayout::blockBoundingRect(block);
@@ -28,19 +30,20 @@ public:
         const int count = layout == nullptr ? 0 : layout->lineCount();
         if (count == 0 || !block.isVisible())
             return natural;
+        const double lineHeight = theme_.px(17);
         double textHeight = 0;
         for (int i = 0; i < count; ++i) {
             auto line = layout->lineAt(i);
-            const double space = lineHeight_ - line.height();
-            line.setPosition({line.x(), i * lineHeight_ + space / 2});
+            const double space = lineHeight - line.height();
+            line.setPosition({line.x(), i * lineHeight + space / 2});
             textHeight = line.y() + line.height();
         }
         const auto spaced = QPlainTextDocumentLayout::blockBoundingRect(block);
-        return spaced.adjusted(0, 0, 0, count * lineHeight_ - textHeight);
+        return spaced.adjusted(0, 0, 0, count * lineHeight - textHeight);
     }
 
 private:
-    double lineHeight_;
+    const Theme& theme_;
 };
 
 } // namespace
@@ -49,6 +52,10 @@ OutputView::OutputView(const Theme& theme, QWidget* parent)
     : QPlainTextEdit(parent), theme_(theme) {
     setObjectName(QStringLiteral("outputText"));
     setAccessibleName(QStringLiteral("Výstup příkazu"));
+    auto* text = new QTextDocument(this);
+    text->setDocumentLayout(new SpacedLayout(theme, text));
+    text->setDocumentMargin(0);
+    setDocument(text);
     setFrameShape(QFrame::NoFrame);
     setReadOnly(true);
     setUndoRedoEnabled(false);
@@ -67,8 +74,6 @@ void OutputView::takeTheme() {
     document()->setDefaultFont(font);
     setFont(font);
     setTabStopDistance(8 * QFontMetricsF(font).horizontalAdvance(QLatin1Char('x')));
-    document()->setDocumentMargin(0);
-    document()->setDocumentLayout(new SpacedLayout(theme_.px(17), document()));
     setViewportMargins(theme_.px(14), theme_.px(8), theme_.px(6), theme_.px(6));
     auto colours = palette();
     colours.setColor(QPalette::Base, theme_.tokens().field);
@@ -97,8 +102,7 @@ void OutputView::showCommand() {
 }
 
 void OutputView::showOutput(const app::CommandOutput& output) {
-    auto* bar = verticalScrollBar();
-    const bool follows = bar->value() >= bar->maximum();
+    const bool follows = isAtEnd();
     QTextCursor top(firstVisibleBlock());
     QTextCursor edit(document());
     edit.beginEditBlock();
@@ -135,7 +139,34 @@ void OutputView::showOutput(const app::CommandOutput& output) {
     edit.insertText(fromUtf8(text), plain);
     lineCount_ = std::int64_t(output.lineCount());
     edit.endEditBlock();
-    bar->setValue(follows ? bar->maximum() : top.block().firstLineNumber());
+    if (follows)
+        goToEnd();
+    else
+        verticalScrollBar()->setValue(top.block().firstLineNumber());
+}
+
+bool OutputView::isAtEnd() const {
+    return verticalScrollBar()->value() >= verticalScrollBar()->maximum();
+}
+
+void OutputView::goToEnd() {
+    verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+}
+
+void OutputView::resizeEvent(QResizeEvent* event) {
+    const bool follows = isAtEnd();
+    QPlainTextEdit::resizeEvent(event);
+    if (follows)
+        goToEnd();
+}
+
+void OutputView::contextMenuEvent(QContextMenuEvent* event) {
+    QMenu menu;
+    menu.setStyleSheet(theme_.styleSheet());
+    auto* copied = menu.addAction(QStringLiteral("Kopírovat"), this, &QPlainTextEdit::copy);
+    copied->setEnabled(textCursor().hasSelection());
+    menu.addAction(QStringLiteral("Vybrat vše"), this, &QPlainTextEdit::selectAll);
+    menu.exec(event->globalPos());
 }
 
 void OutputView::keyPressEvent(QKeyEvent* event) {

@@ -30,11 +30,15 @@ signals:
     void escaped();
 
 protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void takeTheme();
     void showCommand();
+    bool isAtEnd() const;
+    void goToEnd();
 
     const Theme& theme_;
     QString command_;

@@ -28,11 +28,20 @@ void TextButton::setLineIcon(const QString& name, Icons& icons) {
     update();
 }
 
+void TextButton::setTextShown(bool isShown) {
+    isTextShown_ = isShown;
+    setToolTip(isShown ? QString() : text());
+    updateGeometry();
+    update();
+}
+
 int TextButton::iconRoom() const {
     return icon_.isEmpty() ? 0 : theme_.px(22);
 }
 
 QSize TextButton::sizeHint() const {
+    if (!isTextShown_)
+        return {theme_.px(28), theme_.px(24)};
     const QFontMetricsF metrics(theme_.font(FontRole::detail, QFont::Medium));
     const double width = metrics.horizontalAdvance(text()) + iconRoom() + 2 * theme_.px(padding);
     return {int(std::ceil(width)), theme_.px(24)};
@@ -56,9 +65,12 @@ void TextButton::paintEvent(QPaintEvent*) {
     const auto color = icon_.isEmpty() ? tokens.accentText : tokens.text2;
     if (!icon_.isEmpty()) {
         const int side = theme_.px(15);
-        painter.drawPixmap(theme_.px(padding), (height() - side) / 2,
+        const int left = isTextShown_ ? theme_.px(padding) : (width() - side) / 2;
+        painter.drawPixmap(left, (height() - side) / 2,
                            icons_->line(icon_, side, color, devicePixelRatioF()));
     }
+    if (!isTextShown_)
+        return;
     painter.setFont(theme_.font(FontRole::detail, QFont::Medium));
     painter.setPen(color);
     painter.drawText(rect().adjusted(iconRoom(), 0, 0, 0), Qt::AlignCenter, text());

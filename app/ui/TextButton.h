@@ -16,6 +16,8 @@ public:
 
     /// A line icon before the text, both in the colour of labels.
     void setLineIcon(const QString& name, Icons& icons);
+    /// Where it is not shown, the text is the tooltip of the icon.
+    void setTextShown(bool isShown);
 
     QSize sizeHint() const override;
 
@@ -27,6 +29,7 @@ private:
 
     const Theme& theme_;
     QString icon_;
+    bool isTextShown_ = true;
     Icons* icons_ = nullptr; ///< while there is an icon
 };
 
