@@ -118,21 +118,22 @@ void CommandRunner::Shared::follow() {
             bytesAhead = 0;
         }
         const auto now = steady_clock::now();
-        if (killsAt && now >= *killsAt)
-            return; // and with the process, all of its group ends
+        const bool isKilled = killsAt && now >= *killsAt;
+        if (isKilled)
+            process->kill();
         const bool mayTell = wasShown && now >= shown + pace;
         if (hasOutput && mayTell)
             tellOutput();
         if (!endIsTold && process->exitCode())
             tellEnd();
 
-        if (endIsTold && !hasOutput && process->isOver())
+        if (endIsTold && (isKilled || (!hasOutput && process->isOver())))
             return;
 
         // One that was asked to end is looked after: nothing tells when all of it has.
         std::optional<steady_clock::time_point> until;
         if (killsAt)
-            until = std::min(*killsAt, now + pace);
+            until = isKilled ? now + pace : std::min(*killsAt, now + pace);
         if (hasOutput && wasShown)
             until = until ? std::min(*until, shown + pace) : shown + pace;
         std::optional<milliseconds> patience;

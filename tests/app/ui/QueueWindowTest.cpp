@@ -1,5 +1,8 @@
+#include "app/model/CommandLine.h"
+#include "app/ui/JobRow.h"
 #include "app/ui/KeyButton.h"
 #include "app/ui/OperationsCard.h"
+#include "app/ui/OutputCard.h"
 #include "app/ui/PanelMessage.h"
 #include "app/ui/PanelTable.h"
 #include "app/ui/PanelView.h"
@@ -11,6 +14,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QTest>
@@ -225,6 +229,55 @@ TEST_F(QueueWindowTest, theMenuNamesWhatUndoTakesBack) {
     click("toastButton");
     EXPECT_EQ(undoItem(), "Vrátit poslední operaci");
     EXPECT_FALSE(std::filesystem::exists(temp.path("left/R&D")));
+}
+
+TEST_F(QueueWindowTest, tabGoesRoundFromTheCommandLine) {
+    const auto focus = [] { return QApplication::focusWidget(); };
+    app.perform(app::KAction::commandLine);
+    const auto* field = shown<QLineEdit>("commandField");
+    ASSERT_EQ(focus(), field);
+    QTest::keyClick(focus(), Qt::Key_Tab);
+    EXPECT_EQ(focus(), panel());
+
+    const auto job = addJob();
+    app.setShowsOperations(true);
+    app.perform(app::KAction::commandLine);
+    QTest::keyClick(focus(), Qt::Key_Tab);
+    EXPECT_EQ(focus(), shown<JobRow>());
+    QTest::keyClick(focus(), Qt::Key_Escape);
+    EXPECT_EQ(focus(), panel());
+    app.cancelJob(job);
+    ASSERT_TRUE(waitForJobs());
+
+    app.perform(app::KAction::commandLine);
+    QTest::keyClicks(focus(), "true");
+    QTest::keyClick(focus(), Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([this] {
+        settle();
+        return app.commandLine().lastRun()->state == app::CommandRun::State::ended;
+    }));
+    EXPECT_EQ(focus(), field);
+    QTest::keyClick(focus(), Qt::Key_Backtab, Qt::ShiftModifier);
+    for (const auto* name : {"outputText", "copyOutput", "closeOutput", "outputEdge"}) {
+        EXPECT_EQ(focus()->objectName(), name);
+        QTest::keyClick(focus(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(focus(), field);
+    // The edge moves by keys too, and what is shown keeps its height until the program ends.
+    auto* card = window.findChild<OutputCard*>();
+    ASSERT_TRUE(QTest::qWaitFor([card] { return card->height() > 200; }));
+    auto* edge = shown<QWidget>("outputEdge");
+    edge->setFocus();
+    QTest::keyClick(edge, Qt::Key_Down);
+    const int height = card->height();
+    QTest::keyClick(edge, Qt::Key_Escape);
+    EXPECT_EQ(focus(), panel());
+    ASSERT_TRUE(QTest::qWaitFor([card] { return !card->isVisible(); }));
+    app.perform(app::KAction::commandLine);
+    QTest::keyClick(focus(), Qt::Key_Up);
+    QTest::keyClick(focus(), Qt::Key_Return);
+    EXPECT_TRUE(QTest::qWaitFor([card, height] { return card->height() == height; }));
+    EXPECT_TRUE(app.commandLine().shutDown());
 }
 
 } // namespace fennik::test
