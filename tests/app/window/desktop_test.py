@@ -5,7 +5,7 @@ import signal
 import subprocess
 
 from support import (LEFT, PATIENCE, RIGHT, WindowTest, children_of, main, set_up_desktop, stat_of,
-                     wait_until)
+                     stays_so, wait_until)
 
 setUpModule = set_up_desktop
 
@@ -148,8 +148,8 @@ class SecondStart(DesktopTest):
         third.expect_table(LEFT, f"{self.right.name}, 1 položka")
         second.process.send_signal(signal.SIGCONT)
         # What has given up is not answered late.
-        second.press()
-        second.expect("the tabs", lambda: second.tabs(LEFT), [])
+        second.expect_table(LEFT, f"{self.left.name}, 3 položky")
+        stays_so(lambda: not second.tabs(LEFT), "the tabs are as they were")
 
 
 if __name__ == "__main__":

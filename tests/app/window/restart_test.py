@@ -93,8 +93,9 @@ class Restart(RestartTest):
         self.expect_all_of_it(self.start_again())
 
     def test_with_a_folder_opens_it_in_a_tab_or_goes_to_the_one_that_shows_it(self):
-        self.start_again(self.left, self.right)
+        first = self.start_again(self.left, self.right)
         self.wait_saved("left", self.left)
+        first.close()
         for folder, tabs in ((self.left / "Beta", [self.left.name, "[Beta]"]),
                              (self.left, [f"[{self.left.name}]", "Beta"])):
             with self.subTest(folder=folder.name):
