@@ -2,41 +2,31 @@
 
 #include "app/commands/KeyEquivalent.h"
 
+#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace fennik::app::FennikCommands {
 
 namespace {
 
-constexpr std::array allCommands{WindowCommand::tips, WindowCommand::shortcuts,
-                                 WindowCommand::about};
+struct Entry {
+    WindowCommand command = {};
+    std::string_view title;
+    std::string_view combo; ///< in the written form, empty for none
+};
+
+constexpr std::array entries{
+    Entry{WindowCommand::tips, "Tipy", ""},
+    Entry{WindowCommand::shortcuts, "Klávesové zkratky", "f1"},
+    Entry{WindowCommand::about, "O aplikaci Fennik", ""},
+};
+
+const Entry& entry(WindowCommand command) {
+    return *std::ranges::find(entries, command, &Entry::command);
+}
 
 } // namespace
-
-std::string_view title(WindowCommand command) {
-    switch (command) {
-    case WindowCommand::tips:
-        return "Tipy";
-    case WindowCommand::shortcuts:
-        return "Klávesové zkratky";
-    case WindowCommand::about:
-        break;
-    }
-    return "O aplikaci Fennik";
-}
-
-std::optional<KeyCombo> fixedKey(WindowCommand command) {
-    return command == WindowCommand::shortcuts ? std::optional(KeyCombo::parse("f1"))
-                                               : std::nullopt;
-}
-
-std::optional<WindowCommand> commandFor(const KeyCombo& combo, const ShortcutMap& map) {
-    for (const auto command : allCommands) {
-        if (fixedKey(command) == combo && KActions::owners(map, combo).empty())
-            return command;
-    }
-    return std::nullopt;
-}
 
 std::vector<Menu> menuBar() {
     using enum KAction;
@@ -81,7 +71,7 @@ std::vector<Menu> menuBar() {
     };
 }
 
-std::vector<std::vector<KAction>> contextMenu() {
+std::vector<ActionSection> contextMenu() {
     using enum KAction;
     return {
         {open, edit, info},
@@ -96,6 +86,24 @@ std::optional<KeyCombo> menuEquivalent(KAction action, const ShortcutMap& map) {
         if (KeyEquivalent::of(combo))
             return combo;
     return std::nullopt;
+}
+
+std::string_view title(WindowCommand command) {
+    return entry(command).title;
+}
+
+std::optional<KeyCombo> fixedCombo(WindowCommand command, const ShortcutMap& map) {
+    const auto written = entry(command).combo;
+    if (written.empty())
+        return std::nullopt;
+    auto combo = KeyCombo::parse(written);
+    return KActions::owners(map, combo).empty() ? std::optional(std::move(combo)) : std::nullopt;
+}
+
+std::optional<WindowCommand> commandOf(const KeyCombo& combo, const ShortcutMap& map) {
+    const auto* found = std::ranges::find_if(
+        entries, [&](const Entry& entry) { return fixedCombo(entry.command, map) == combo; });
+    return found == entries.end() ? std::nullopt : std::optional(found->command);
 }
 
 } // namespace fennik::app::FennikCommands

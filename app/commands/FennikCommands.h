@@ -8,35 +8,41 @@
 #include <variant>
 #include <vector>
 
-/// The menu bar, without widgets.
-namespace fennik::app::FennikCommands {
+namespace fennik::app {
 
-/// What the menus offer beside the actions: views of the window that change nothing.
+/// What the menus open for the window itself. No actions: their keys, if any, cannot be changed.
 enum class WindowCommand { tips, shortcuts, about };
 
-std::string_view title(WindowCommand command);
-/// The key that a command has as long as no action owns it; none for most.
-std::optional<KeyCombo> fixedKey(WindowCommand command);
-/// The command that a press stands for, if no action owns it.
-std::optional<WindowCommand> commandFor(const KeyCombo& combo, const ShortcutMap& map);
-
 using MenuItem = std::variant<KAction, WindowCommand>;
+
+/// The menu bar, without widgets.
+namespace FennikCommands {
+
 /// Items that stand together, in their order.
 using MenuSection = std::vector<MenuItem>;
+using ActionSection = std::vector<KAction>;
 
 struct Menu {
     std::string_view title;
     std::vector<MenuSection> sections = {}; ///< a line lies between two of them
 };
 
-/// The menus from left to right. Each item has the title of its action or command.
+/// The menus from left to right. The item of an action has its title.
 std::vector<Menu> menuBar();
 
 /// The menu of a panel's item.
-std::vector<std::vector<KAction>> contextMenu();
+std::vector<ActionSection> contextMenu();
 
 /// The combination that an action's item shows and obeys: the first one under `map` that makes a
 /// `KeyEquivalent`.
 std::optional<KeyCombo> menuEquivalent(KAction action, const ShortcutMap& map);
 
-} // namespace fennik::app::FennikCommands
+std::string_view title(WindowCommand command);
+/// The combination of a command, which it has wherever no action under `map` has it.
+std::optional<KeyCombo> fixedCombo(WindowCommand command, const ShortcutMap& map);
+/// The command that obeys this combination.
+std::optional<WindowCommand> commandOf(const KeyCombo& combo, const ShortcutMap& map);
+
+} // namespace FennikCommands
+
+} // namespace fennik::app

@@ -3,6 +3,8 @@
 #include "core/base/CzechText.h"
 #include "core/base/FileUrl.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <filesystem>
 #include <string_view>
@@ -42,6 +44,18 @@ bool readSize(std::string_view text, Options& options) {
            read(text.substr(times + 1), options.height);
 }
 
+/// "150" percent; none where no text has that size.
+std::optional<double> textScaleOf(std::string_view text) {
+    constexpr int least = 85;
+    constexpr int most = 200;
+    int percent = 0;
+    const auto* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, percent);
+    const bool isNumber = result.ec == std::errc() && result.ptr == end;
+    return isNumber && percent >= least && percent <= most ? std::optional(percent / 100.0)
+                                                           : std::nullopt;
+}
+
 std::string isNoValue(std::string_view value, std::string_view option) {
     return "Hodnotě " + quoted(value) + " u volby " + std::string(option) + " nerozumím.";
 }
@@ -59,11 +73,22 @@ std::optional<std::string> takeValue(std::string_view option, std::string_view v
         options.look = look.value_or(Look::system);
         return look ? std::nullopt : std::optional(isNoValue(value, option));
     }
+    if (option == "--tour") {
+        options.task = Options::Task::tour;
+        options.tourFolder = value;
+        return value.empty() ? std::optional(isNoValue(value, option)) : std::nullopt;
+    }
+    if (option == "--text-scale") {
+        options.textScale = textScaleOf(value);
+        return options.textScale ? std::nullopt : std::optional(isNoValue(value, option));
+    }
     return readSize(value, options) ? std::nullopt : std::optional(isNoValue(value, option));
 }
 
 bool wantsValue(std::string_view option) {
-    return option == "--screenshot" || option == "--appearance" || option == "--size";
+    static constexpr std::array names{"--screenshot", "--tour", "--appearance", "--size",
+                                      "--text-scale"};
+    return std::ranges::find(names, option) != names.end();
 }
 
 } // namespace
@@ -89,6 +114,10 @@ std::expected<Options, std::string> readOptions(std::span<const char* const> arg
             return options;
         } else if (argument == "--verbose") {
             options.verbose = true;
+        } else if (argument == "--high-contrast") {
+            options.highContrast = true;
+        } else if (argument == "--reduced-motion") {
+            options.reducedMotion = true;
         } else {
             const auto equals = argument.find('=');
             const auto name = argument.substr(0, equals);
@@ -116,6 +145,11 @@ Použití: fennik [volby] [LEVÁ [PRAVÁ]]
   --screenshot SOUBOR     okno jen nakreslí do obrázku PNG a skončí; nepotřebuje displej
   --appearance VZHLED     system, light nebo dark
   --size ŠÍŘKAxVÝŠKA      velikost okna, například 1440x900
+  --text-scale PROCENTA   velikost písma, 85 až 200
+  --high-contrast         vysoký kontrast
+  --reduced-motion        bez pohybu
+  --tour SLOŽKA           nakreslí do složky obrázky všech částí okna s ukázkovými soubory;
+                          nepotřebuje displej
   --verbose               na chybový výstup píše, co se načetlo a jak dlouho to trvalo
   --version               vypíše verzi
   --help                  vypíše tuto nápovědu

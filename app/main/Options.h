@@ -9,16 +9,21 @@ namespace fennik::app {
 
 /// What the command line asks for.
 struct Options {
-    enum class Task { window, screenshot, help, version };
+    enum class Task { window, screenshot, tour, help, version };
     enum class Look { system, light, dark };
 
     Task task = Task::window;
     std::string screenshotFile = {}; ///< as given
+    std::string tourFolder = {};     ///< as given
     std::optional<std::string> left = {};
     std::optional<std::string> right = {}; ///< paths as given, in bytes
     Look look = Look::system;
     int width = 1440; ///< of the window, in device-independent pixels
     int height = 900;
+    std::optional<double> textScale = {}; ///< none: that of the desktop
+    /// Besides what the desktop asks for.
+    bool highContrast = false;
+    bool reducedMotion = false;
     bool verbose = false;
 };
 

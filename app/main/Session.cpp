@@ -71,7 +71,7 @@ Session::Session(const Options& options)
       settings_(makeSettings(options.task)),
       layout_(system::makeKeyboardLayout()),
       systemAppearance_(ui::appearanceOf(QApplication::palette())),
-      theme_(appearanceFor(look_, systemAppearance_)),
+      theme_(appearanceFor(look_, systemAppearance_), options.textScale),
       icons_(theme_),
       app_({.panels = {.files = systemFileSystem(),
                        .disk = disk_,
@@ -110,6 +110,10 @@ Session::Session(const Options& options)
           }),
       window_({app_, shortcuts_, theme_, icons_}, *layout_) {
     Memory::returnLargeBlocks();
+    if (options.highContrast)
+        theme_.setContrast(ui::Contrast::high);
+    if (options.reducedMotion)
+        ui::Theme::setReducedMotion(true);
     app_.settings().registerDefaults();
     window_.resize(options.width, options.height);
     QObject::connect(&workspace_, &system::DesktopWorkspace::windowWanted, &window_,
@@ -164,7 +168,7 @@ void Session::show() {
 
 std::unique_ptr<SettingsStore> Session::makeSettings(Options::Task task) {
     // A picture neither depends on what was kept before nor leaves anything behind.
-    if (task == Options::Task::screenshot)
+    if (task != Options::Task::window)
         return std::make_unique<MemorySettings>();
     return std::make_unique<system::SettingsFile>(
         system::SettingsFile::configFolder(UserFolders::home().path()), writer_, main_,

@@ -39,17 +39,15 @@ void addItem(QMenu& menu, const UiContext& context, app::KAction action) {
     item->setData(int(action));
 }
 
-QAction* addItem(QMenu& menu, const UiContext& context,
-                 app::FennikCommands::WindowCommand command) {
+QAction* addItem(QMenu& menu, const UiContext& context, app::WindowCommand command) {
     const auto text = menuText(fromUtf8(app::FennikCommands::title(command)));
     const auto& map = context.shortcuts.map();
-    const auto key = app::FennikCommands::fixedKey(command);
-    const bool isFree = key && app::FennikCommands::commandFor(*key, map) == command;
-    return menu.addAction(isFree ? withKey(text, *key, map) : text);
+    const auto combo = app::FennikCommands::fixedCombo(command, map);
+    return menu.addAction(combo ? withKey(text, *combo, map) : text);
 }
 
 void fillMenu(QMenu& menu, const UiContext& context,
-              std::span<const std::vector<app::KAction>> sections) {
+              std::span<const app::FennikCommands::ActionSection> sections) {
     for (const auto& section : sections) {
         if (!menu.isEmpty())
             menu.addSeparator();

@@ -5,7 +5,6 @@
 
 #include <optional>
 #include <span>
-#include <vector>
 
 class QAction;
 class QMenu;
@@ -21,9 +20,9 @@ std::optional<app::KAction> actionOf(const QAction& item);
 /// do not listen to them: `KeyMonitor` does, so that a key means the same wherever it is pressed.
 void addItem(QMenu& menu, const UiContext& context, app::KAction action);
 /// The same for a command; the caller connects what the item does.
-QAction* addItem(QMenu& menu, const UiContext& context, app::FennikCommands::WindowCommand command);
+QAction* addItem(QMenu& menu, const UiContext& context, app::WindowCommand command);
 /// Adds an item for each action, and a line between the sections.
 void fillMenu(QMenu& menu, const UiContext& context,
-              std::span<const std::vector<app::KAction>> sections);
+              std::span<const app::FennikCommands::ActionSection> sections);
 
 } // namespace fennik::ui

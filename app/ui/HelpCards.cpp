@@ -21,13 +21,7 @@ namespace fennik::ui::HelpCards {
 
 namespace {
 
-using app::FennikCommands::WindowCommand;
-
-QString fixedKey(WindowCommand command, const ShortcutMap& map) {
-    const auto key = app::FennikCommands::fixedKey(command);
-    const bool isFree = key && app::FennikCommands::commandFor(*key, map) == command;
-    return isFree ? fromUtf8(app::KeyLegend::legend(*key, map)) : QString();
-}
+using app::WindowCommand;
 
 struct Part {
     const char* heading;
@@ -86,9 +80,10 @@ std::vector<KeysDialog::Group> keys(const app::ShortcutStore& shortcuts) {
                                        QStringLiteral("PgUp"), QStringLiteral("PgDn")}},
                                      {QStringLiteral("Skok na název"), {QStringLiteral("písmena")}},
                                      {QStringLiteral("Nabídky"), {QStringLiteral("F10")}}}};
-    if (const auto key = fixedKey(WindowCommand::shortcuts, shortcuts.map()); !key.isEmpty())
-        fixed.rows.push_back(
-            {fromUtf8(app::FennikCommands::title(WindowCommand::shortcuts)), {key}});
+    const auto& map = shortcuts.map();
+    if (const auto combo = app::FennikCommands::fixedCombo(WindowCommand::shortcuts, map))
+        fixed.rows.push_back({fromUtf8(app::FennikCommands::title(WindowCommand::shortcuts)),
+                              {fromUtf8(app::KeyLegend::legend(*combo, map))}});
     groups.push_back(std::move(fixed));
     return groups;
 }

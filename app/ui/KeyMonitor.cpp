@@ -57,8 +57,8 @@ bool KeyMonitor::pressed(QWidget& focus, const QKeyEvent& event) {
     }
     if (isBlocked)
         return false;
-    if (const auto command = app::FennikCommands::commandFor(*combo, context_.shortcuts.map())) {
-        emit commandPressed(*command);
+    if (const auto command = app::FennikCommands::commandOf(*combo, context_.shortcuts.map())) {
+        emit commandWanted(*command);
         return true;
     }
     if (*combo != KeyCombo::parse("f10"))

@@ -29,8 +29,8 @@ signals:
     void handled(PanelTable* table);
     /// The key that opens menus was pressed.
     void menuBarWanted();
-    /// The fixed key of a command was pressed.
-    void commandPressed(fennik::app::FennikCommands::WindowCommand command);
+    /// The key of something was pressed that is no action.
+    void commandWanted(fennik::app::WindowCommand command);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

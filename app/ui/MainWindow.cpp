@@ -139,7 +139,7 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
     auto* monitor = new KeyMonitor(context, layout, *this);
     connect(monitor, &KeyMonitor::handled, this, [](PanelTable* table) { table->endSearch(); });
     connect(monitor, &KeyMonitor::menuBarWanted, menuBar_, &MenuBar::open);
-    connect(monitor, &KeyMonitor::commandPressed, this, &MainWindow::perform);
+    connect(monitor, &KeyMonitor::commandWanted, this, &MainWindow::perform);
     connect(menuBar_, &MenuBar::commandChosen, this, &MainWindow::perform);
 
     connect(places_, &PlacesMenu::opened, this, [this](const std::string& path) {
@@ -280,8 +280,8 @@ void MainWindow::closeCard() {
         focusPanel();
 }
 
-void MainWindow::perform(app::FennikCommands::WindowCommand command) {
-    using enum app::FennikCommands::WindowCommand;
+void MainWindow::perform(app::WindowCommand command) {
+    using enum app::WindowCommand;
     switch (command) {
     case tips:
         openCard(tipsCard());

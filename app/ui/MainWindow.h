@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/commands/FennikCommands.h"
 #include "app/ui/UiContext.h"
 
 #include <QWidget>
@@ -11,7 +10,8 @@ class QSplitter;
 
 namespace fennik::app {
 class KeyboardLayout;
-}
+enum class WindowCommand;
+} // namespace fennik::app
 
 namespace fennik::ui {
 
@@ -35,6 +35,8 @@ public:
     MainWindow(const UiContext& context, app::KeyboardLayout& layout);
     ~MainWindow() override;
 
+    /// Shows what the menus open for the window itself.
+    void perform(app::WindowCommand command);
     /// Shows what one should know at first, if it has never been shown before.
     void welcome();
     /// Closes the window without a question, because the system ends the program.
@@ -64,7 +66,6 @@ private:
     void pressToast();
     void openCard(DialogCard* card);
     void closeCard();
-    void perform(app::FennikCommands::WindowCommand command);
     DialogCard* tipsCard();
     void showKeys();
     void showAbout();

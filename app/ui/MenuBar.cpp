@@ -2,6 +2,7 @@
 
 #include "app/ui/ActionMenu.h"
 #include "app/ui/Text.h"
+#include "core/base/Overloaded.h"
 
 #include <QMenu>
 #include <QProxyStyle>
@@ -72,17 +73,15 @@ void MenuBar::build() {
             if (!menu->isEmpty())
                 menu->addSeparator();
             for (const auto& item : section)
-                add(*menu, item);
+                std::visit(
+                    Overloaded{[&](app::KAction action) { addItem(*menu, context_, action); },
+                               [&](app::WindowCommand command) { add(*menu, command); }},
+                    item);
         }
     }
 }
 
-void MenuBar::add(QMenu& menu, const app::FennikCommands::MenuItem& item) {
-    if (const auto* action = std::get_if<app::KAction>(&item)) {
-        addItem(menu, context_, *action);
-        return;
-    }
-    const auto command = std::get<app::FennikCommands::WindowCommand>(item);
+void MenuBar::add(QMenu& menu, app::WindowCommand command) {
     connect(addItem(menu, context_, command), &QAction::triggered, this,
             [this, command] { emit commandChosen(command); });
 }

@@ -20,11 +20,11 @@ public:
 signals:
     void menuOpened(bool isOpen);
     /// An item that is no action was chosen.
-    void commandChosen(fennik::app::FennikCommands::WindowCommand command);
+    void commandChosen(fennik::app::WindowCommand command);
 
 private:
     void build();
-    void add(QMenu& menu, const app::FennikCommands::MenuItem& item);
+    void add(QMenu& menu, app::WindowCommand command);
     void takeTheme();
     void nameUndo();
 

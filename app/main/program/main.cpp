@@ -1,6 +1,7 @@
 #include "app/main/Options.h"
 #include "app/main/Screenshot.h"
 #include "app/main/Session.h"
+#include "app/main/Tour.h"
 #include "app/system/DisplayProbe.h"
 #include "app/system/SettingsFile.h"
 #include "app/system/SingleInstance.h"
@@ -102,7 +103,7 @@ int main(int argumentCount, char** arguments) {
         std::cout << "Fennik " FENNIK_VERSION "\n";
         return 0;
     }
-    if (options->task == Options::Task::screenshot) {
+    if (options->task != Options::Task::window) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     } else if (const auto fault = displayFault()) {
         std::cerr << *fault << '\n';
@@ -119,5 +120,7 @@ int main(int argumentCount, char** arguments) {
     int toolkitArguments = 1; // the rest are ours
     const QApplication application(toolkitArguments, arguments);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/fennik.svg")));
+    if (options->task == Options::Task::tour)
+        return app::runTour(*options);
     return runWindow(*options, instance);
 }

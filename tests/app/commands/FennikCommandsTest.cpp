@@ -40,12 +40,14 @@ TEST(FennikCommandsTest, itemsHaveTheFirstCombinationThatLeavesFieldsAlone) {
 }
 
 TEST(FennikCommandsTest, anActionTakesTheFixedKeyOfACommand) {
-    using FennikCommands::WindowCommand;
-    const auto key = *FennikCommands::fixedKey(WindowCommand::shortcuts);
+    using app::WindowCommand;
     auto map = KActions::defaultMapOffTheMac();
-    EXPECT_EQ(FennikCommands::commandFor(key, map), WindowCommand::shortcuts);
+    const auto key = KeyCombo::parse("f1");
+    EXPECT_EQ(FennikCommands::fixedCombo(WindowCommand::shortcuts, map), key);
+    EXPECT_EQ(FennikCommands::commandOf(key, map), WindowCommand::shortcuts);
     map.assign(key, KActions::identifier(KAction::info), ShortcutMap::Replacing::yes);
-    EXPECT_EQ(FennikCommands::commandFor(key, map), std::nullopt);
+    EXPECT_EQ(FennikCommands::fixedCombo(WindowCommand::shortcuts, map), std::nullopt);
+    EXPECT_EQ(FennikCommands::commandOf(key, map), std::nullopt);
 }
 
 } // namespace fennik::test
