@@ -146,7 +146,7 @@ void CommandRunner::Shared::follow() {
 }
 
 void CommandRunner::Shared::read() {
-    std::array<char, blockSize> bytes;
+    std::array<char, blockSize> bytes{};
     const auto count = process->read(std::as_writable_bytes(std::span(bytes)));
     if (count == 0) {
         hasOutput |= process->outputHasEnded() && text.finish();

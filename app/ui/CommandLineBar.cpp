@@ -1,6 +1,7 @@
 #include "app/ui/CommandLineBar.h"
 
 #include "app/ui/AccessibleRole.h"
+#include "app/ui/FieldState.h"
 #include "app/ui/KeyCaps.h"
 #include "app/ui/Text.h"
 #include "app/ui/dialogs/ElidedLabel.h"
@@ -64,7 +65,12 @@ CommandLineBar::CommandLineBar(const Theme& theme, Icons& icons, QWidget* parent
     field_->setFocusPolicy(Qt::ClickFocus);
     field_->installEventFilter(this);
     connect(field_, &QLineEdit::textChanged, this, &CommandLineBar::takeTheme);
-    connect(field_, &QLineEdit::textEdited, this, &CommandLineBar::edited);
+    connect(field_, &QLineEdit::textEdited, this, [this](const QString& text) {
+        // A line break would look like a blank, and hide another command behind the first one.
+        if (const auto line = oneLine(text); line != text)
+            field_->setText(line);
+        emit edited(field_->text());
+    });
     connect(&theme_, &Theme::changed, this, &CommandLineBar::takeTheme);
     takeTheme();
 }

@@ -438,7 +438,8 @@ void MainWindow::resizeEvent(QResizeEvent*) {
 void MainWindow::limitOutput() {
     constexpr double mostShare = 0.5;
     constexpr double least = 128;
-    const int panels = splitter_->minimumSizeHint().height();
+    constexpr double rows = 3 * 24;
+    const int panels = splitter_->minimumSizeHint().height() + context_.theme.px(rows);
     const int room = height() - operations_->height() - commandLine_->height() -
                      functionKeys_->height() - menuBar_->height() - panels;
     output_->setHeightLimit(

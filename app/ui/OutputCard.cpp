@@ -71,7 +71,7 @@ OutputCard::OutputCard(const Theme& theme, Icons& icons, QWidget* parent)
     connect(close_, &QAbstractButton::clicked, this, &OutputCard::closeRequested);
     connect(text_, &OutputView::escaped, this, &OutputCard::closeRequested);
     connect(edge_, &OutputEdge::moved, this, [this](int by) {
-        wantedHeight_ = std::clamp(height() - top() + by, theme_.px(leastHeight),
+        wantedHeight_ = std::clamp(wholeHeight() - top() + by, theme_.px(leastHeight),
                                    std::max(theme_.px(leastHeight), heightLimit_ - top()));
         takeHeight();
     });

@@ -65,6 +65,13 @@ OutputView::OutputView(const Theme& theme, QWidget* parent)
     // As a terminal does, so that columns stay columns.
     setWordWrapMode(QTextOption::WrapAnywhere);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    auto* bar = verticalScrollBar();
+    connect(bar, &QScrollBar::valueChanged, this, [this, bar] {
+        if (!isChanging_)
+            follows_ = bar->value() >= bar->maximum();
+    });
+    // How many lines there are shows only when those in view have been laid out.
+    connect(bar, &QScrollBar::rangeChanged, this, &OutputView::followEnd);
     connect(&theme_, &Theme::changed, this, &OutputView::takeTheme);
     takeTheme();
 }
@@ -85,6 +92,7 @@ void OutputView::takeTheme() {
 
 void OutputView::begin(const QString& command) {
     command_ = command;
+    follows_ = true;
     setPlainText({});
     headBlocks_ = 1;
     omitted_ = 0;
@@ -102,20 +110,21 @@ void OutputView::showCommand() {
 }
 
 void OutputView::showOutput(const app::CommandOutput& output) {
-    const bool follows = isAtEnd();
+    isChanging_ = true;
     QTextCursor top(firstVisibleBlock());
     QTextCursor edit(document());
     edit.beginEditBlock();
+    // All behind the text of a block.
     const auto remove = [&edit](const QTextBlock& from, int to) {
-        edit.setPosition(from.position());
+        edit.setPosition(from.position() + from.length() - 1);
         edit.setPosition(to, QTextCursor::KeepAnchor);
         edit.removeSelectedText();
     };
     const auto gone = std::min(output.omitted() - std::exchange(omitted_, output.omitted()),
                                std::max<std::int64_t>(lineCount_ - 1, 0));
     if (gone > 0) {
-        const auto first = document()->findBlockByNumber(headBlocks_);
-        remove(first, document()->findBlockByNumber(headBlocks_ + int(gone)).position());
+        const auto last = document()->findBlockByNumber(headBlocks_ + int(gone) - 1);
+        remove(document()->findBlockByNumber(headBlocks_ - 1), last.position() + last.length() - 1);
         lineCount_ -= gone;
     }
     QTextCharFormat plain;
@@ -128,36 +137,27 @@ void OutputView::showOutput(const app::CommandOutput& output) {
     // The last line may have been overwritten since, and is shown anew.
     const auto kept = std::max<std::int64_t>(lineCount_ - 1, 0);
     edit.movePosition(QTextCursor::End);
-    if (lineCount_ > 0) {
-        remove(document()->findBlockByNumber(headBlocks_ + int(kept)), edit.position());
-    } else {
-        edit.insertBlock({}, plain);
-    }
+    const auto end = edit.position();
+    if (lineCount_ > 0)
+        remove(document()->findBlockByNumber(headBlocks_ + int(kept) - 1), end);
+    // One that has only begun would be an empty one below all others.
+    const auto last = output.lineCount() - 1;
+    const auto count = output.line(last).empty() ? last : last + 1;
     std::string text;
-    for (auto index = std::size_t(kept); index < output.lineCount(); ++index)
-        text.append(index == std::size_t(kept) ? "" : "\n").append(output.line(index));
+    for (auto index = std::size_t(kept); index < count; ++index)
+        text.append("\n").append(output.line(index));
     edit.insertText(fromUtf8(text), plain);
-    lineCount_ = std::int64_t(output.lineCount());
+    lineCount_ = std::int64_t(count);
     edit.endEditBlock();
-    if (follows)
-        goToEnd();
-    else
+    if (!follows_)
         verticalScrollBar()->setValue(top.block().firstLineNumber());
+    isChanging_ = false;
+    followEnd();
 }
 
-bool OutputView::isAtEnd() const {
-    return verticalScrollBar()->value() >= verticalScrollBar()->maximum();
-}
-
-void OutputView::goToEnd() {
-    verticalScrollBar()->setValue(verticalScrollBar()->maximum());
-}
-
-void OutputView::resizeEvent(QResizeEvent* event) {
-    const bool follows = isAtEnd();
-    QPlainTextEdit::resizeEvent(event);
-    if (follows)
-        goToEnd();
+void OutputView::followEnd() {
+    if (follows_ && !isChanging_)
+        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
 void OutputView::contextMenuEvent(QContextMenuEvent* event) {

@@ -32,16 +32,16 @@ signals:
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void takeTheme();
     void showCommand();
-    bool isAtEnd() const;
-    void goToEnd();
+    void followEnd();
 
     const Theme& theme_;
     QString command_;
+    bool follows_ = true; ///< the end is in view
+    bool isChanging_ = false;
     int headBlocks_ = 1;         ///< before the first line: the command, what is left out
     std::int64_t omitted_ = 0;   ///< lines that were left out when it was shown
     std::int64_t lineCount_ = 0; ///< that are shown, the last one as it was then

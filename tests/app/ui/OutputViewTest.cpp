@@ -31,7 +31,8 @@ protected:
     /// Of the first block in view.
     QString firstInView() const { return view.cursorForPosition(QPoint(20, 12)).block().text(); }
     QString expected() const {
-        return QStringLiteral("$ make\n") + QString::fromStdString(output.text());
+        const auto text = QString::fromStdString("$ make\n" + output.text());
+        return text.endsWith('\n') ? text.chopped(1) : text;
     }
 
     Theme theme{Appearance::light};
@@ -71,6 +72,21 @@ TEST_F(OutputViewTest, followsTheEndUnlessItIsScrolledUp) {
     EXPECT_EQ(firstInView(), seen);
     view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum());
     write(10);
+    EXPECT_TRUE(isAtEnd());
+}
+
+TEST_F(OutputViewTest, followsTheEndOfLinesThatWrap) {
+    for (int round = 0; round < 20; ++round) {
+        app::CommandOutput newer;
+        for (int i = 0; i < 1000; ++i)
+            newer.endLine(std::string(std::size_t(i) % 700, 'x'));
+        output.append(std::move(newer));
+        view.showOutput(output);
+        QTest::qWait(1); // as it is painted, lines turn out to be several
+        EXPECT_TRUE(isAtEnd()) << round;
+    }
+    view.resize(300, 100);
+    QTest::qWait(1);
     EXPECT_TRUE(isAtEnd());
 }
 

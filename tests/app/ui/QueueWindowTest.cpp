@@ -265,11 +265,13 @@ TEST_F(QueueWindowTest, tabGoesRoundFromTheCommandLine) {
     EXPECT_EQ(focus(), field);
     // The edge moves by keys too, and what is shown keeps its height until the program ends.
     auto* card = window.findChild<OutputCard*>();
-    ASSERT_TRUE(QTest::qWaitFor([card] { return card->height() > 200; }));
+    const int usual = theme.px(8 + 286);
+    ASSERT_TRUE(QTest::qWaitFor([card, usual] { return card->height() == usual; }));
     auto* edge = shown<QWidget>("outputEdge");
     edge->setFocus();
     QTest::keyClick(edge, Qt::Key_Down);
     const int height = card->height();
+    EXPECT_EQ(height, usual - theme.px(24));
     QTest::keyClick(edge, Qt::Key_Escape);
     EXPECT_EQ(focus(), panel());
     ASSERT_TRUE(QTest::qWaitFor([card] { return !card->isVisible(); }));

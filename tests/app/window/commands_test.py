@@ -37,7 +37,7 @@ class Commands(WindowTest):
 
     def test_a_command_runs_where_the_panel_is_and_escape_closes_its_output(self):
         self.run_command("pwd; ls; exit 3")
-        self.fennik.expect("the output", self.output, [str(self.left), "a", "b", ""])
+        self.fennik.expect("the output", self.output, [str(self.left), "a", "b"])
         self.fennik.expect("the state", self.state,
                            "Příkaz pwd; ls; exit 3: Skončilo s kódem 3")
         self.fennik.expect("the place of the keyboard", self.fennik.focused, FIELD)
