@@ -130,11 +130,11 @@ void Session::bringToFront(const std::string& activationToken) {
     if (!activationToken.empty() &&
         QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
         qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
-    show();
     window_.comeToFront();
 }
 
-void Session::start() {
+void Session::start(std::function<void()> listing) {
+    listing_ = std::move(listing);
     if (look_ != Options::Look::system) {
         show();
         return;
@@ -158,8 +158,10 @@ void Session::show() {
     // The workers would take the processors that the first picture needs. A window that nobody
     // sees is not painted, but its panels are filled all the same.
     const auto list = [this] {
-        if (!std::exchange(isListing_, true))
-            app_.start(left_, right_);
+        if (std::exchange(isListing_, true))
+            return;
+        app_.start(left_, right_);
+        listing_();
     };
     QObject::connect(&window_, &ui::MainWindow::firstPainted, &window_, list);
     QTimer::singleShot(paintPatience, &window_, list);

@@ -22,6 +22,7 @@
 #include "core/platform/FolderEvents.h"
 #include "core/platform/TemporaryPlaces.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,8 +39,8 @@ public:
     AppModel& app() { return app_; }
 
     /// Shows the window, in the colours of the desktop where they are asked for, and lists the
-    /// panels. Returns at once.
-    void start();
+    /// panels. Returns at once; `listing` is called when the panels are being listed.
+    void start(std::function<void()> listing = [] {});
 
     /// What a second start was given is shown in this window.
     void takeSecondStart(const system::SecondStart& start);
@@ -81,6 +82,7 @@ private:
     ShortcutStore shortcuts_;
     ui::MainWindow window_;
     bool isListing_ = false;
+    std::function<void()> listing_;
 };
 
 } // namespace fennik::app

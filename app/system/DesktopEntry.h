@@ -8,8 +8,7 @@
 
 namespace fennik::system {
 
-/// An application as its desktop entry describes it (Desktop Entry Specification of
-/// freedesktop.org, 1.5).
+/// An application as its desktop entry describes it (freedesktop.org, version 1.5).
 struct DesktopEntry {
     std::string name = {};               ///< Czech where there is one
     std::string exec = {};               ///< the command with its field codes

@@ -67,8 +67,8 @@ int runWindow(const Options& options, system::SingleInstance& instance) {
                          &ui::MainWindow::welcome);
         QObject::connect(&instance, &system::SingleInstance::received, qApp,
                          [&session](const auto& start) { session.takeSecondStart(start); });
-        instance.listen();
-        session.start();
+        // Tabs of a second start come after those of the last run.
+        session.start([&instance] { instance.listen(); });
         code = QApplication::exec();
         // What follows may take a while, and nobody looks at a window then.
         instance.close();
