@@ -61,6 +61,8 @@ Appearance appearanceFor(Options::Look look, Appearance ofSystem) {
 
 Session::Session(const Options& options)
     : look_(options.look),
+      highContrast_(options.highContrast),
+      reducedMotion_(options.reducedMotion),
       left_(absolutePath(options.left)),
       right_(absolutePath(options.right)),
       disk_(laneOf),
@@ -110,10 +112,8 @@ Session::Session(const Options& options)
           }),
       window_({app_, shortcuts_, theme_, icons_}, *layout_) {
     Memory::returnLargeBlocks();
-    if (options.highContrast)
-        theme_.setContrast(ui::Contrast::high);
-    if (options.reducedMotion)
-        ui::Theme::setReducedMotion(true);
+    theme_.setContrast(highContrast_ ? ui::Contrast::high : ui::Contrast::normal);
+    ui::Theme::setReducedMotion(reducedMotion_);
     app_.settings().registerDefaults();
     window_.resize(options.width, options.height);
     QObject::connect(&workspace_, &system::DesktopWorkspace::windowWanted, &window_,
@@ -135,20 +135,27 @@ void Session::bringToFront(const std::string& activationToken) {
 
 void Session::start(std::function<void()> listing) {
     listing_ = std::move(listing);
-    if (look_ != Options::Look::system) {
-        show();
-        return;
-    }
+    QObject::connect(
+        &colorScheme_, &system::ColorScheme::highContrastPreferred, &theme_, [this](bool isHigh) {
+            theme_.setContrast(isHigh || highContrast_ ? ui::Contrast::high : ui::Contrast::normal);
+        });
+    QObject::connect(
+        &colorScheme_, &system::ColorScheme::reducedMotionPreferred, &theme_,
+        [this](bool isReduced) { ui::Theme::setReducedMotion(isReduced || reducedMotion_); });
     using Preference = system::ColorScheme::Preference;
     QObject::connect(&colorScheme_, &system::ColorScheme::preferred, &theme_,
                      [this](Preference preference) {
+                         if (look_ != Options::Look::system)
+                             return;
                          const auto chosen = preference == Preference::dark    ? Appearance::dark
                                              : preference == Preference::light ? Appearance::light
                                                                                : systemAppearance_;
                          theme_.setAppearance(chosen);
                      });
     QObject::connect(&colorScheme_, &system::ColorScheme::answered, &window_, [this] { show(); });
-    QTimer::singleShot(colorPatience, &window_, [this] { show(); });
+    // Nothing waits for colours that are not asked for.
+    const int patience = look_ == Options::Look::system ? colorPatience : 0;
+    QTimer::singleShot(patience, &window_, [this] { show(); });
     colorScheme_.start();
 }
 

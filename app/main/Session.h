@@ -57,6 +57,8 @@ private:
     std::unique_ptr<SettingsStore> makeSettings(Options::Task task);
 
     Options::Look look_;
+    bool highContrast_; ///< whatever the desktop wants
+    bool reducedMotion_;
     std::optional<std::string> left_; ///< absolute paths, as they were asked for
     std::optional<std::string> right_;
     system::ColorScheme colorScheme_;

@@ -84,8 +84,7 @@ void playMenu(TourStage& stage) {
 }
 
 void playShiftHeld(TourStage& stage) {
-    QKeyEvent press(QEvent::KeyPress, Qt::Key_Shift, Qt::NoModifier);
-    QApplication::sendEvent(QApplication::focusWidget(), &press);
+    stage.hold(Qt::Key_Shift);
     stage.wait(250ms);
 }
 

@@ -21,6 +21,7 @@ TourStage::TourStage(Session& session, const TourFiles& files) : session_(sessio
     session_.start();
     wait([this] { return window().isVisible(); });
     window().activateWindow();
+    wait([] { return QApplication::focusWidget() != nullptr; });
     settle();
 }
 
@@ -38,6 +39,11 @@ void TourStage::press(Qt::Key key, Qt::KeyboardModifiers held) {
     QApplication::sendEvent(focus, &press);
     QApplication::sendEvent(focus, &release);
     settle();
+}
+
+void TourStage::hold(Qt::Key modifier) {
+    QKeyEvent press(QEvent::KeyPress, modifier, Qt::NoModifier);
+    QApplication::sendEvent(&window(), &press);
 }
 
 void TourStage::type(const QString& text) {

@@ -25,6 +25,8 @@ public:
 
     void perform(KAction action);
     void press(Qt::Key key, Qt::KeyboardModifiers held = Qt::NoModifier);
+    /// Holds a modifier down.
+    void hold(Qt::Key modifier);
     void type(const QString& text);
     /// Puts the cursor of the active panel on the item that begins so.
     void go(std::string_view name);

@@ -180,11 +180,12 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
 }
 
 MainWindow::~MainWindow() {
-    // The focus moves while the window's parts go.
+    // The focus moves while the window's parts go, and so does the window itself.
     disconnect(qApp, nullptr, this, nullptr);
     // An open menu has the focus, and would tell the bar of its loss when that is gone already.
     while (auto* popup = QApplication::activePopupWidget())
         popup->close();
+    hide();
 }
 
 void MainWindow::addPanel(app::PanelSide side) {

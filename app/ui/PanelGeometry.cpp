@@ -15,7 +15,7 @@ struct ColumnRule {
 };
 
 constexpr ColumnRule rules[] = {
-    {PanelColumn::size, 86, 0},
+    {PanelColumn::size, 86, 258},
     {PanelColumn::modified, 142, 420},
     {PanelColumn::permissions, 98, 560},
 };

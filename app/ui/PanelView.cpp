@@ -70,7 +70,7 @@ PanelView::PanelView(const UiContext& context, app::PanelSide side, QWidget* par
       stageTimer_(new QTimer(this)) {
     setObjectName(side == app::PanelSide::left ? QStringLiteral("leftPanel")
                                                : QStringLiteral("rightPanel"));
-    setMinimumWidth(theme_.px(300));
+    setMinimumWidth(300); // whatever the size of the text: the window may be that narrow
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(frameWidth, frameWidth, frameWidth, frameWidth);
     layout->setSpacing(1);

@@ -16,6 +16,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
+#include <initializer_list>
 #include <utility>
 
 namespace fennik::ui {
@@ -26,6 +28,7 @@ using Step = app::PanelHistory::Step;
 
 constexpr int buttonSide = 28;
 constexpr int separatorWidth = 15;
+constexpr int leastWay = 110;
 constexpr int leastCrumb = 44; ///< wide, to be worth reading
 constexpr int roomBeforeBadge = 160;
 
@@ -257,17 +260,36 @@ void PathBar::mousePressEvent(QMouseEvent* event) {
 }
 
 QRect PathBar::field() const {
-    const int left = theme_.px(10 + 3 * buttonSide + 8);
+    const auto roomOf = [this](std::initializer_list<const QWidget*> buttons) {
+        const auto shown = std::ranges::count_if(
+            buttons, [](const QWidget* button) { return !button->isHidden(); });
+        return int(shown) * buttonSide;
+    };
+    const int left = theme_.px(18 + roomOf({back_, forward_, up_}));
     const int boxHeight = theme_.px(28);
-    const int right = width() - theme_.px(2 * buttonSide + 14);
+    const int right = width() - theme_.px(14 + roomOf({star_, terminal_}));
     return {left, (height() - boxHeight) / 2, right - left, boxHeight};
 }
 
+void PathBar::hideButtonsWithoutRoom() {
+    // Keys do the same; the way is only told here.
+    for (auto* button : {star_, terminal_, back_, forward_})
+        button->show();
+    for (const auto& [first, second] : {std::pair(star_, terminal_), std::pair(back_, forward_)}) {
+        const bool hasRoom = field().width() >= theme_.px(leastWay);
+        first->setVisible(hasRoom);
+        second->setVisible(hasRoom);
+    }
+}
+
 void PathBar::resizeEvent(QResizeEvent*) {
+    hideButtonsWithoutRoom();
     const int side = theme_.px(buttonSide);
     const int top = (height() - side) / 2;
     int left = theme_.px(7);
     for (auto* button : {back_, forward_, up_}) {
+        if (button->isHidden())
+            continue;
         button->setGeometry(left, top, side, side);
         left += side + theme_.px(1);
     }

@@ -68,6 +68,7 @@ private:
     void goTo(const QString& text);
     void followTyped();
     void closeField();
+    void hideButtonsWithoutRoom();
     void layOutCrumbs();
     void showHiddenCrumbs();
     QRect field() const;

@@ -102,6 +102,19 @@ void StatusLine::showSpace() {
     const auto amount = free ? fromUtf8(Format::bytes(*free)) : QStringLiteral("–");
     space_->setRuns(
         {{QStringLiteral("Volno "), tokens.text2}, {amount, tokens.text, QFont::Medium}});
+    if (!hasRoomFor(space_->sizeHint().width()))
+        space_->setRuns({});
+}
+
+bool StatusLine::hasRoomFor(int width) const {
+    const QWidget& first = marks_->isHidden() ? static_cast<QWidget&>(*summary_) : *marks_;
+    const auto margins = layout()->contentsMargins();
+    return first.sizeHint().width() + layout()->spacing() + width <=
+           this->width() - margins.left() - margins.right();
+}
+
+void StatusLine::resizeEvent(QResizeEvent*) {
+    showSpace();
 }
 
 QString StatusLine::summary() const {

@@ -32,10 +32,13 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void takePanel();
     void showSpace();
+    /// Whether that many pixels are left beside the words that come first.
+    bool hasRoomFor(int width) const;
     void makeRoomForIcon();
     bool isAtWork() const;
     QString summary() const;

@@ -28,11 +28,14 @@ public:
     ~Portal() override { bus_.unregisterService(service); }
 
     void announce(uint value) {
+        announce(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"),
+                 value);
+    }
+    void announce(const QString& group, const QString& key, const QVariant& value) {
         auto signal =
             QDBusMessage::createSignal(object, QStringLiteral("org.freedesktop.portal.Settings"),
                                        QStringLiteral("SettingChanged"));
-        signal << QStringLiteral("org.freedesktop.appearance") << QStringLiteral("color-scheme")
-               << QVariant::fromValue(QDBusVariant(value));
+        signal << group << key << QVariant::fromValue(QDBusVariant(value));
         bus_.send(signal);
     }
 
@@ -77,6 +80,32 @@ TEST(ColorSchemeTest, followsThePortalFromTheFirstAnswerOn) {
     portal.announce(0);
     ASSERT_TRUE(listener.preferred.wait());
     EXPECT_EQ(listener.last(), Preference::none);
+}
+
+TEST(ColorSchemeTest, eitherWayOfAskingForStillnessCountsAndSoDoesContrast) {
+    Portal portal(0); // which means that GNOME's animations are off
+    Listener listener;
+    QSignalSpy stillness(&listener.scheme, &ColorScheme::reducedMotionPreferred);
+    QSignalSpy contrast(&listener.scheme, &ColorScheme::highContrastPreferred);
+    listener.scheme.start();
+    ASSERT_TRUE(listener.answered.wait());
+    const auto last = [](QSignalSpy& spy) { return spy.last().first().toBool(); };
+    EXPECT_TRUE(last(stillness));
+    EXPECT_FALSE(last(contrast));
+
+    const auto common = QStringLiteral("org.freedesktop.appearance");
+    portal.announce(common, QStringLiteral("reduced-motion"), 1U);
+    ASSERT_TRUE(stillness.wait());
+    portal.announce(QStringLiteral("org.gnome.desktop.interface"),
+                    QStringLiteral("enable-animations"), true);
+    ASSERT_TRUE(stillness.wait());
+    EXPECT_TRUE(last(stillness));
+    portal.announce(common, QStringLiteral("reduced-motion"), 0U);
+    ASSERT_TRUE(stillness.wait());
+    EXPECT_FALSE(last(stillness));
+    portal.announce(common, QStringLiteral("contrast"), 1U);
+    ASSERT_TRUE(contrast.wait());
+    EXPECT_TRUE(last(contrast));
 }
 
 TEST(ColorSchemeTest, aDesktopWithoutAPortalAnswersToo) {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
 #include <tuple>
 
 namespace fennik::test {
@@ -14,6 +15,7 @@ namespace fennik::test {
 namespace {
 
 using ui::Appearance;
+using ui::Contrast;
 using ui::Tokens;
 
 /// Relative luminance and contrast as WCAG 2.1 defines them.
@@ -32,15 +34,15 @@ double contrast(const QColor& a, const QColor& b) {
 
 } // namespace
 
-class ContrastTest : public testing::TestWithParam<Appearance> {};
+class ContrastTest : public testing::TestWithParam<std::tuple<Appearance, Contrast>> {};
 
-INSTANTIATE_TEST_SUITE_P(Themes, ContrastTest, testing::Values(Appearance::light, Appearance::dark),
-                         [](const auto& tested) {
-                             return tested.param == Appearance::light ? "light" : "dark";
-                         });
+INSTANTIATE_TEST_SUITE_P(Themes, ContrastTest,
+                         testing::Combine(testing::Values(Appearance::light, Appearance::dark),
+                                          testing::Values(Contrast::normal, Contrast::high)));
 
 TEST_P(ContrastTest, everyTextCanBeReadAndEveryShapeSeen) {
-    const auto& tokens = Tokens::of(GetParam());
+    const auto [appearance, level] = GetParam();
+    const auto& tokens = Tokens::of(appearance, level);
     struct Pair {
         QColor front;
         QColor back;
@@ -52,6 +54,19 @@ TEST_P(ContrastTest, everyTextCanBeReadAndEveryShapeSeen) {
         {tokens.text, tokens.raised, 4.5},
         {tokens.text, tokens.field, 4.5},
         {tokens.text, tokens.accentSoft, 4.5},
+        {tokens.text, tokens.window, 4.5},
+        {tokens.text, tokens.chrome, 4.5},
+        {tokens.text, tokens.hover, 4.5},
+        {tokens.text, tokens.pressed, 4.5},
+        {tokens.text2, tokens.window, 4.5},
+        {tokens.text2, tokens.hover, 4.5},
+        {tokens.text3, tokens.field, 4.5},
+        {tokens.accentText, tokens.chrome, 4.5},
+        {tokens.mark, tokens.panel, 4.5},
+        {tokens.warn, tokens.raised, 4.5},
+        {tokens.progress, tokens.pressed, 3},
+        {tokens.accent, tokens.chrome, 3},
+        {tokens.control, tokens.chrome, 3},
         {tokens.text2, tokens.panel, 4.5},
         {tokens.text2, tokens.panelInactive, 4.5},
         {tokens.text2, tokens.chrome, 4.5},
@@ -91,6 +106,31 @@ TEST_P(ContrastTest, everyTextCanBeReadAndEveryShapeSeen) {
     for (const auto& [front, back, least] : pairs)
         EXPECT_GE(contrast(front, back), least)
             << front.name().toStdString() << " on " << back.name().toStdString();
+}
+
+TEST(ThemeTest, highContrastHasStrongLinesAndNoTints) {
+    for (const auto appearance : {Appearance::light, Appearance::dark}) {
+        const auto& tokens = Tokens::of(appearance, Contrast::high);
+        for (const auto& strong : {tokens.line, tokens.control})
+            EXPECT_EQ(strong, tokens.text);
+        for (const auto& soft :
+             {tokens.accentSoft, tokens.markSoft, tokens.okSoft, tokens.warnSoft, tokens.errSoft})
+            EXPECT_EQ(soft, tokens.panel);
+    }
+}
+
+TEST(ThemeTest, motionIsReducedAndComesBackForAllOfTheApplication) {
+    const auto usual = ui::Theme::reducedMotion();
+    ui::Theme::setReducedMotion(true);
+    EXPECT_TRUE(ui::Theme::reducedMotion());
+    ui::Theme::setReducedMotion(false);
+    EXPECT_EQ(ui::Theme::reducedMotion(), usual);
+}
+
+TEST(ThemeTest, measuresGrowWithTheTextWithinLimits) {
+    EXPECT_EQ(ui::Theme(Appearance::light, 1.5).px(20), 30);
+    EXPECT_EQ(ui::Theme(Appearance::light, 3).px(20), 40);
+    EXPECT_EQ(ui::Theme(Appearance::light, 0.5).px(20), 17);
 }
 
 TEST(ThemeTest, aFieldStaysInItsPlaceWhenItsBorderGrows) {
