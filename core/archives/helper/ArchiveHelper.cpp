@@ -6,17 +6,13 @@
 #include "core/archives/helper/ReadingHelper.h"
 #include "core/platform/OwnProcess.h"
 
-#include <array>
 #include <atomic>
 #include <clocale>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <new>
-#include <optional>
 #include <thread>
 #include <utility>
-#include <vector>
 
 namespace fennik {
 
@@ -30,23 +26,6 @@ void settleLocale() {
     // Without this, the C library examines the file of the time zone for each date it converts.
     setenv("TZ", ":/etc/localtime", 0); // NOLINT(concurrency-mt-unsafe)
     tzset();
-}
-
-struct Request {
-    MessageKind kind = {};
-    std::vector<std::byte> fields = {};
-};
-
-std::optional<Request> takeRequest() {
-    MessageHead head;
-    std::array<std::byte, sizeof head> bytes{};
-    if (!OwnProcess::readAll(bytes))
-        return std::nullopt;
-    std::memcpy(&head, bytes.data(), sizeof head);
-    Request request{.kind = head.kind, .fields = std::vector<std::byte>(head.size)};
-    if (!OwnProcess::readAll(request.fields))
-        return std::nullopt;
-    return request;
 }
 
 int readArchive(const HelperWork& work, const ArchiveRequest& request) {
@@ -84,15 +63,16 @@ int runArchiveHelper(const HelperWork& work) {
         return HelperExit::noHelper;
     OwnProcess::renounce();
     settleLocale();
-    const auto request = takeRequest();
+    const auto request = HelperSide::takeRequest();
     if (!request)
         return HelperExit::abandoned;
     const MessageReader fields(request->fields);
+    const auto kind = static_cast<MessageKind>(request->kind);
     try {
-        if (request->kind == MessageKind::readArchive)
+        if (kind == MessageKind::readArchive)
             if (const auto reading = ArchiveMessages::archiveRequest(fields))
                 return readArchive(work, *reading);
-        if (request->kind == MessageKind::packArchive)
+        if (kind == MessageKind::packArchive)
             if (const auto packing = ArchiveMessages::packRequest(fields))
                 return packArchive(work, *packing);
     } catch (const std::bad_alloc&) {

@@ -2,6 +2,7 @@
 
 #include "core/archives/ArchivePacker.h"
 #include "core/archives/EntryStream.h"
+#include "core/helper/HelperSide.h"
 
 #include <chrono>
 #include <cstdint>
@@ -13,14 +14,6 @@ namespace fennik {
 
 /// The only argument of a program that is to be a helper.
 constexpr std::string_view archiveHelperOption = "--archive-helper";
-
-/// How a helper's process ends.
-namespace HelperExit {
-constexpr int done = 0;
-constexpr int noHelper = 2; ///< it was started by hand
-constexpr int outOfMemory = 3;
-constexpr int abandoned = 4; ///< nobody listens any more
-} // namespace HelperExit
 
 /// What a helper does its work with, and how much it may use.
 struct HelperWork {

@@ -2,13 +2,42 @@
 
 #include "core/archives/EntryStream.h"
 #include "core/archives/PackOptions.h"
-#include "core/archives/helper/Message.h"
+#include "core/helper/Message.h"
 
 #include <cstdint>
 #include <optional>
 #include <vector>
 
 namespace fennik {
+
+/// What Fennik and its helper say to each other about archives.
+enum class MessageKind : std::uint32_t {
+    // To the helper, at first.
+    readArchive,
+    packArchive,
+    // What it answers to `readArchive`, and sends on by itself.
+    facts,
+    entry,
+    data,       ///< of the last entry
+    dataEnd,    ///< of the last entry
+    dataFailed, ///< the rest of the last entry cannot be read
+    failed,     ///< to open, or to come to the next entry; the last message
+    end,        ///< of the archive; the last message
+    // What it answers to `packArchive`: the calls of an `OperationContext` in their order.
+    totals,
+    currentName,
+    bytesWritten,
+    bytesAccounted,
+    filesDone,
+    error,
+    failure,
+    created,
+    checkpoint, ///< answered with `goOn` or `stop`
+    packed,     ///< the last message
+    // Answers to `checkpoint`.
+    goOn,
+    stop,
+};
 
 /// What the helper is to pack.
 struct PackRequest {

@@ -1,8 +1,9 @@
 #include "core/archives/helper/HelperArchives.h"
 
 #include "core/archives/ArchiveReader.h"
+#include "core/archives/helper/ArchiveHelper.h"
 #include "core/archives/helper/ArchiveMessages.h"
-#include "core/archives/helper/HelperProcess.h"
+#include "core/helper/HelperProcess.h"
 #include "core/platform/posix/Descriptor.h"
 
 #include <limits>
@@ -109,8 +110,8 @@ public:
     const ArchiveFacts& facts() const override { return facts_; }
 
 private:
-    Result<HelperProcess::Message> receive() {
-        const auto message = helper_.receive(isCancelled_);
+    Result<HelperMessage<MessageKind>> receive() {
+        const auto message = helper_.receive<MessageKind>(isCancelled_);
         if (!message)
             return std::unexpected(errorOf(message.error()));
         return *message;
@@ -120,13 +121,13 @@ private:
         return std::unexpected(errorOf(helper_.loseOver(HelperLoss::nonsense).error()));
     }
 
-    ArchiveError failureIn(const HelperProcess::Message& message) {
+    ArchiveError failureIn(const HelperMessage<MessageKind>& message) {
         if (const auto error = ArchiveMessages::error(MessageReader(message.fields)))
             return *error;
         return nonsense().error();
     }
 
-    Result<void> takeFacts(const HelperProcess::Message& message) {
+    Result<void> takeFacts(const HelperMessage<MessageKind>& message) {
         auto facts = ArchiveMessages::facts(MessageReader(message.fields));
         if (message.kind != MessageKind::facts || !facts)
             return nonsense();
@@ -134,7 +135,7 @@ private:
         return {};
     }
 
-    Result<std::optional<StreamEntry>> takeEntry(const HelperProcess::Message& message) {
+    Result<std::optional<StreamEntry>> takeEntry(const HelperMessage<MessageKind>& message) {
         auto met = ArchiveMessages::entry(MessageReader(message.fields));
         if (!met)
             return nonsense();
@@ -181,7 +182,7 @@ Result<std::unique_ptr<EntryStream>> HelperArchives::open(const ArchiveRequest& 
     if (!descriptor)
         return std::unexpected(descriptor.error());
     const Descriptor archive(*descriptor);
-    auto helper = HelperProcess::start(program_, archive.number());
+    auto helper = HelperProcess::start(program_, archiveHelperOption, archive.number());
     if (!helper)
         return std::unexpected(
             ArchiveError{ArchiveError::Case::cannotOpen, helper.error().reason()});

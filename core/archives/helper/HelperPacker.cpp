@@ -1,9 +1,10 @@
 #include "core/archives/helper/HelperPacker.h"
 
 #include "core/archives/ArchiveError.h"
+#include "core/archives/helper/ArchiveHelper.h"
 #include "core/archives/helper/ArchiveMessages.h"
-#include "core/archives/helper/HelperProcess.h"
 #include "core/base/DisplayText.h"
+#include "core/helper/HelperProcess.h"
 #include "core/platform/UnfinishedFile.h"
 
 #include <chrono>
@@ -30,7 +31,7 @@ public:
         const auto isOver = [this] { return isOverdue(); };
         Result result = helper_.send(messages, isOver);
         while (result && !isPacked_) {
-            const auto message = helper_.receive(isOver);
+            const auto message = helper_.receive<MessageKind>(isOver);
             result = message ? take(*message) : Result(std::unexpected(message.error()));
         }
         if (!result)
@@ -52,7 +53,7 @@ private:
         return now - *stopped_ > grace;
     }
 
-    Result take(const HelperProcess::Message& message) {
+    Result take(const HelperMessage<MessageKind>& message) {
         MessageReader fields(message.fields);
         switch (message.kind) {
         case MessageKind::checkpoint:
@@ -150,7 +151,8 @@ HelperPacker::HelperPacker(std::string program) : program_(std::move(program)) {
 bool HelperPacker::pack(const std::vector<FileUrl>& sources, const FileUrl& destination,
                         const PackOptions& options, OperationContext& context) const {
     // One of the writers keeps its whole stream in a temporary file until the end.
-    auto helper = HelperProcess::start(program_, -1, {{"TMPDIR", destination.parent().path()}});
+    auto helper = HelperProcess::start(program_, archiveHelperOption, -1,
+                                       {{"TMPDIR", destination.parent().path()}});
     if (!helper) {
         context.fail(
             ArchiveError{ArchiveError::Case::writeFailed, helper.error().reason()}.message());

@@ -1,6 +1,6 @@
 #include "core/archives/helper/PackingHelper.h"
 
-#include "core/archives/helper/Outbox.h"
+#include "core/helper/Outbox.h"
 #include "core/platform/OwnProcess.h"
 
 #include <array>
@@ -104,7 +104,7 @@ private:
         if (!outbox_.send() || !OwnProcess::readAll(bytes))
             return false;
         std::memcpy(&answer, bytes.data(), sizeof answer);
-        return answer.kind == MessageKind::goOn;
+        return static_cast<MessageKind>(answer.kind) == MessageKind::goOn;
     }
 
     const PackRequest& request_;

@@ -2,7 +2,7 @@
 
 #include "core/archives/EntrySelection.h"
 #include "core/archives/helper/ArchiveMessages.h"
-#include "core/archives/helper/Outbox.h"
+#include "core/helper/Outbox.h"
 #include "core/platform/OwnProcess.h"
 
 #include <algorithm>
@@ -13,8 +13,6 @@ namespace fennik {
 
 namespace {
 
-/// The open file that the helper was given.
-constexpr int archiveDescriptor = 3;
 /// How often the limit is put off, and how long what was found may wait before it is sent.
 constexpr std::chrono::milliseconds pulse(50);
 constexpr std::size_t largestPiece = std::size_t{128} << 10;
@@ -64,7 +62,7 @@ public:
 
     int run() {
         OwnProcess::limitProcessor(work_.processorTime);
-        auto opened = work_.open(archiveDescriptor, request_, [this] {
+        auto opened = work_.open(HelperSide::descriptor, request_, [this] {
             progress_.readOn();
             return false;
         });

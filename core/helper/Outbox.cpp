@@ -1,4 +1,4 @@
-#include "core/archives/helper/Outbox.h"
+#include "core/helper/Outbox.h"
 
 #include "core/platform/OwnProcess.h"
 

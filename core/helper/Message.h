@@ -7,42 +7,15 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace fennik {
 
-/// What Fennik and its helper, two processes of one program, say to each other through pipes.
-enum class MessageKind : std::uint32_t {
-    // To the helper, at first.
-    readArchive,
-    packArchive,
-    // What it answers to `readArchive`, and sends on by itself.
-    facts,
-    entry,
-    data,       ///< of the last entry
-    dataEnd,    ///< of the last entry
-    dataFailed, ///< the rest of the last entry cannot be read
-    failed,     ///< to open, or to come to the next entry; the last message
-    end,        ///< of the archive; the last message
-    // What it answers to `packArchive`: the calls of an `OperationContext` in their order.
-    totals,
-    currentName,
-    bytesWritten,
-    bytesAccounted,
-    filesDone,
-    error,
-    failure,
-    created,
-    checkpoint, ///< answered with `goOn` or `stop`
-    packed,     ///< the last message
-    // Answers to `checkpoint`.
-    goOn,
-    stop,
-};
-
-/// Before each message: the kind, and how many bytes of fields come behind it.
+/// Before each message of Fennik and its helper, two processes that talk through pipes: which one
+/// it is, and how many bytes of fields come behind it.
 struct MessageHead {
-    MessageKind kind = {};
+    std::uint32_t kind = 0; ///< of an enumeration that the two have agreed upon
     std::uint32_t size = 0;
 };
 
@@ -52,7 +25,11 @@ constexpr std::size_t longestMessage = std::size_t{256} << 10;
 /// Puts messages one behind the other, their fields as the machine keeps them.
 class MessageWriter {
 public:
-    void begin(MessageKind kind);
+    template <class Kind>
+        requires std::is_enum_v<Kind>
+    void begin(Kind kind) {
+        beginNumbered(static_cast<std::uint32_t>(kind));
+    }
     template <std::integral Number>
     void number(Number value) {
         raw(&value, sizeof value);
@@ -72,6 +49,7 @@ public:
     void clear() { end_ = 0; }
 
 private:
+    void beginNumbered(std::uint32_t kind);
     void raw(const void* data, std::size_t size) {
         if (size > bytes_.size() - end_)
             bytes_.resize(2 * bytes_.size() + size);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/archives/helper/Message.h"
+#include "core/helper/Message.h"
 
 namespace fennik {
 

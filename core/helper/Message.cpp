@@ -1,8 +1,8 @@
-#include "core/archives/helper/Message.h"
+#include "core/helper/Message.h"
 
 namespace fennik {
 
-void MessageWriter::begin(MessageKind kind) {
+void MessageWriter::beginNumbered(std::uint32_t kind) {
     begin_ = end_;
     const MessageHead head{.kind = kind};
     raw(&head, sizeof head);

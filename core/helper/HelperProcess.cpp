@@ -1,6 +1,6 @@
-#include "core/archives/helper/HelperProcess.h"
+#include "core/helper/HelperProcess.h"
 
-#include "core/archives/helper/ArchiveHelper.h"
+#include "core/helper/HelperSide.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -22,10 +22,12 @@ constexpr std::chrono::milliseconds lastPatience(1000);
 HelperProcess::HelperProcess(ChildProcess child)
     : child_(std::move(child)), buffer_(sizeof(MessageHead) + longestMessage) {}
 
-std::expected<HelperProcess, PosixError>
-HelperProcess::start(const std::string& program, int descriptor, Variables environment) {
+std::expected<HelperProcess, PosixError> HelperProcess::start(const std::string& program,
+                                                              std::string_view option,
+                                                              int descriptor,
+                                                              Variables environment) {
     auto child = ChildProcess::start({.program = program,
-                                      .arguments = {std::string(archiveHelperOption)},
+                                      .arguments = {std::string(option)},
                                       .environment = std::move(environment),
                                       .descriptor = descriptor});
     if (!child)
@@ -50,8 +52,8 @@ HelperProcess::Result<void> HelperProcess::send(const MessageWriter& messages,
     return {};
 }
 
-HelperProcess::Result<HelperProcess::Message>
-HelperProcess::receive(const IsCancelled& isCancelled) {
+HelperProcess::Result<HelperMessage<std::uint32_t>>
+HelperProcess::receiveNumbered(const IsCancelled& isCancelled) {
     MessageHead head;
     if (const auto filled = fill(sizeof head, isCancelled); !filled)
         return std::unexpected(filled.error());
@@ -63,7 +65,7 @@ HelperProcess::receive(const IsCancelled& isCancelled) {
     const auto fields =
         std::span<const std::byte>(buffer_).subspan(begin_ + sizeof head, head.size);
     begin_ += sizeof head + head.size;
-    return Message{.kind = head.kind, .fields = fields};
+    return HelperMessage<std::uint32_t>{.kind = head.kind, .fields = fields};
 }
 
 /// Sees to it that so many bytes, at most as many as the buffer holds, lie there from `begin_` on.

@@ -1,14 +1,16 @@
 #pragma once
 
-#include "core/archives/EntryStream.h"
-#include "core/archives/helper/Message.h"
+#include "core/helper/Message.h"
 #include "core/platform/ChildProcess.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <expected>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -23,6 +25,13 @@ enum class HelperLoss {
     nonsense,    ///< what it sent is no message that can stand there
 };
 
+/// What a helper says.
+template <class Kind>
+struct HelperMessage {
+    Kind kind = {};                         ///< maybe none that there is
+    std::span<const std::byte> fields = {}; ///< valid until the next call
+};
+
 /// Fennik's side of a helper: starts it, and talks to it without trusting it. Used on one thread at
 /// a time. Ends the helper at its own end.
 class HelperProcess {
@@ -31,25 +40,30 @@ public:
     using Result = std::expected<T, HelperLoss>;
     using Variables = std::vector<std::pair<std::string, std::string>>;
 
-    struct Message {
-        MessageKind kind = {};
-        std::span<const std::byte> fields = {}; ///< valid until the next call
-    };
+    using IsCancelled = std::function<bool()>;
 
-    /// `program` is one that calls `runArchiveHelper`; `descriptor` and `environment` as in
-    /// `ChildProcess::Start`.
-    static std::expected<HelperProcess, PosixError>
-    start(const std::string& program, int descriptor, Variables environment = {});
+    /// `program` is a helper when `option` is its only argument; `descriptor` and `environment` as
+    /// in `ChildProcess::Start`.
+    static std::expected<HelperProcess, PosixError> start(const std::string& program,
+                                                          std::string_view option, int descriptor,
+                                                          Variables environment = {});
 
     /// Waits until the helper has taken it.
     Result<void> send(const MessageWriter& messages, const IsCancelled& isCancelled);
     /// Waits for the next message. After a failure the helper has ended, and the failure stays.
-    Result<Message> receive(const IsCancelled& isCancelled);
+    template <class Kind>
+    Result<HelperMessage<Kind>> receive(const IsCancelled& isCancelled) {
+        const auto message = receiveNumbered(isCancelled);
+        if (!message)
+            return std::unexpected(message.error());
+        return HelperMessage<Kind>{static_cast<Kind>(message->kind), message->fields};
+    }
     /// Ends the helper, for this reason.
     std::unexpected<HelperLoss> loseOver(HelperLoss loss);
 
 private:
     explicit HelperProcess(ChildProcess child);
+    Result<HelperMessage<std::uint32_t>> receiveNumbered(const IsCancelled& isCancelled);
     Result<void> fill(std::size_t size, const IsCancelled& isCancelled);
     std::unexpected<HelperLoss> loseToItsEnd();
 
