@@ -94,7 +94,8 @@ Session::Session(const Options& options)
             .actionsWorker = actions_,
             .trash = trash_,
             .packer = packer_,
-            .workspace = workspace_},
+            .workspace = workspace_,
+            .previews = previews_},
            UserFolders::home()),
       shortcuts_(
           KActions::defaultMapOffTheMac(),

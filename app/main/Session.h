@@ -5,6 +5,7 @@
 #include "app/model/AppModel.h"
 #include "app/model/ports/KeyboardLayout.h"
 #include "app/model/ports/SettingsStore.h"
+#include "app/preview/HelperDecoder.h"
 #include "app/system/ColorScheme.h"
 #include "app/system/DesktopClipboard.h"
 #include "app/system/DesktopWorkspace.h"
@@ -71,6 +72,7 @@ private:
     SystemTrash trash_;
     HelperArchives archives_;
     HelperPacker packer_;
+    HelperDecoder previews_;
     TemporaryPlaces temporaryPlaces_;
     std::unique_ptr<FolderEvents> events_;
     system::DesktopClipboard clipboard_;

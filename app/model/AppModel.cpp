@@ -2,6 +2,8 @@
 
 #include "app/model/CommandLine.h"
 #include "app/model/DesktopActions.h"
+#include "app/model/ItemInspection.h"
+#include "app/model/QuickPreview.h"
 #include "app/model/SavedState.h"
 #include "core/base/DisplayText.h"
 #include "core/base/PathText.h"
@@ -74,7 +76,11 @@ AppModel::AppModel(AppServices services, FileUrl home)
           std::make_unique<CommandLine>(services_.panels, settings_, services_.clipboard, home_,
                                         [this]() -> PanelModel& { return activePanel(); })),
       desktop_(
-          std::make_unique<DesktopActions>(*this, services_.workspace, services_.panels.today)) {
+          std::make_unique<DesktopActions>(*this, services_.workspace, services_.panels.today)),
+      quickPreview_(std::make_unique<QuickPreview>(services_.panels, settings_, services_.previews,
+                                                   [this] { emit changed(AppChange::preview); })),
+      inspection_(std::make_unique<ItemInspection>(services_.panels,
+                                                   [this] { emit changed(AppChange::details); })) {
     if (const auto megabytes = settings_.get(SettingKeys::throttleMBps); megabytes > 0)
         engine_.setThrottle(std::int64_t(megabytes * bytesOfMegabyte));
     restore();
@@ -131,6 +137,7 @@ void AppModel::followPanel(PanelSide side) {
             places_.noteRecent(followed.tab().path);
             emit changed(AppChange::places);
         }
+        quickPreview_->follow(followed, changes);
         const bool isRenamed = renameRequest_ && renameRequest_->side == followed.side();
         const bool isGone = followed.folder() != renameFolder_ ||
                             (isRenamed && !followed.items().rowOf(renameRequest_->name));
@@ -158,6 +165,7 @@ void AppModel::saveNow() {
 void AppModel::activate(PanelSide side) {
     if (side == activeSide_)
         return;
+    quickPreview_->close();
     activeSide_ = side;
     scheduleSave();
     emit changed(AppChange::activeSide);

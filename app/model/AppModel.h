@@ -38,6 +38,10 @@
 namespace fennik::app {
 
 class DesktopActions;
+class ItemInspection;
+class PreviewDecoder;
+class QuickPreview;
+struct ItemDetails;
 
 enum class AppChange {
     activeSide = 1,
@@ -52,6 +56,8 @@ enum class AppChange {
     outcome = 512,     ///< what will come of the text in the dialog
     operations = 1024, ///< whether the card of the queue is shown
     busy = 2048,       ///< what takes its time
+    preview = 4096,    ///< the quick preview
+    details = 8192,    ///< what is known of the item that the dialog is about
 };
 Q_DECLARE_FLAGS(AppChanges, AppChange)
 Q_DECLARE_OPERATORS_FOR_FLAGS(AppChanges)
@@ -66,6 +72,7 @@ struct AppServices {
     const TrashProvider& trash;
     const ArchivePacker& packer;
     Workspace& workspace;
+    const PreviewDecoder& previews;
 };
 
 /// A request to a view of one side to take the keyboard. The token of every request is another one.
@@ -146,6 +153,13 @@ public:
     const Outcome& outcome() const { return preview_.outcome(); }
     /// What has been done for a while and is not done yet, for the status line; else empty.
     const std::string& busyText() const { return actions_.busyText(); }
+
+    QuickPreview& quickPreview() { return *quickPreview_; }
+    void closePreview();
+    /// What has become known of the item that an `InfoDialog` is about.
+    const ItemDetails& itemDetails() const;
+    /// Puts the path of that item into the clipboard.
+    void copyInfoPath();
 
     /// Does what the action stands for.
     void perform(KAction action);
@@ -260,6 +274,11 @@ private:
     void takePassword(std::shared_ptr<PendingPassword> pending);
     void rememberPassword(const FileUrl& archive, const std::optional<std::string>& password);
 
+    void quickLook();
+    void stopLooking();
+    void openInfo();
+    void inspectItem();
+
     void startRename();
     void requestRename(PanelSide side, std::string name);
     void rename(const std::string& newName, std::optional<std::string> nextName);
@@ -320,6 +339,8 @@ private:
     EngineBridge bridge_;
     std::unique_ptr<CommandLine> commandLine_;
     std::unique_ptr<DesktopActions> desktop_;
+    std::unique_ptr<QuickPreview> quickPreview_;
+    std::unique_ptr<ItemInspection> inspection_;
 };
 
 } // namespace fennik::app

@@ -6,6 +6,7 @@
 #include "core/listing/Format.h"
 #include "core/operations/DirectContext.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -83,17 +84,19 @@ ArchiveAccess::ArchiveAccess(PanelServices services, AskPassword askPassword,
 
 ArchiveAccess::Result<ArchiveAccess::Found> ArchiveAccess::find(ArchiveWish wish) const {
     auto& browse = wish.browse;
+    const auto room = services_.temporaryPlaces.mostBytes();
+    const auto mostBytes = std::min(wish.mostBytes.value_or(room), room);
     switch (wish.what) {
     case ArchiveWish::What::show:
         return Found{.browse = show(std::move(browse))};
     case ArchiveWish::What::enter:
-        return enter(std::move(browse), wish.entry, {});
+        return enter(std::move(browse), wish.entry, {}, mostBytes);
     case ArchiveWish::What::read:
         break;
     }
     if (const auto outer = browse.outer) {
         const auto entry = entryOf(browse);
-        return enter(*outer, entry, std::move(browse));
+        return enter(*outer, entry, std::move(browse), mostBytes);
     }
     const auto file = browse.place;
     return found(read(file, std::move(browse), Asking::allowed));
@@ -132,13 +135,15 @@ ArchiveBrowse ArchiveAccess::show(ArchiveBrowse known) const {
     return anew ? *anew : known;
 }
 
-ArchiveAccess::Result<ArchiveAccess::Found>
-ArchiveAccess::enter(ArchiveBrowse holder, const std::string& entry, ArchiveBrowse wanted) const {
+ArchiveAccess::Result<ArchiveAccess::Found> ArchiveAccess::enter(ArchiveBrowse holder,
+                                                                 const std::string& entry,
+                                                                 ArchiveBrowse wanted,
+                                                                 std::int64_t mostBytes) const {
     const auto target = ArchivePaths::resolved(*holder.index, entry);
     if (!target || target->empty())
         return Failure(quoted(ArchivePaths::name(entry)) +
                        " nejde otevřít: cíl odkazu v archivu není.");
-    auto file = takeOut(holder, *target);
+    auto file = takeOut(holder, *target, mostBytes);
     if (!file)
         return Failure(file.error());
     if (!ArchiveSupport::archiveExtension(file->url.lastComponent()))
@@ -150,12 +155,13 @@ ArchiveAccess::enter(ArchiveBrowse holder, const std::string& entry, ArchiveBrow
 }
 
 ArchiveAccess::Result<TakenFile> ArchiveAccess::takeOut(ArchiveBrowse& holder,
-                                                        const std::string& entry) const {
+                                                        const std::string& entry,
+                                                        std::int64_t mostBytes) const {
     const auto name = ArchivePaths::name(entry);
     const auto size = holder.index->find(entry)->size;
     auto& places = services_.temporaryPlaces;
-    if (size > places.mostBytes())
-        return Failure(tooLarge(name, places.mostBytes()));
+    if (size > mostBytes)
+        return Failure(tooLarge(name, mostBytes));
     const auto place = places.make();
     if (!place)
         return Failure(notTaken(name, place.error().reason()));
@@ -168,7 +174,7 @@ ArchiveAccess::Result<TakenFile> ArchiveAccess::takeOut(ArchiveBrowse& holder,
     std::int64_t bytes = 0;
     DirectContext context(TransferKind::extract, trash, {}, [&](std::int64_t count) {
         bytes += count;
-        if (bytes > places.mostBytes() || cancelled_->isSet())
+        if (bytes > mostBytes || cancelled_->isSet())
             context.cancelNow();
     });
     const EndingArchives archives(services_.archives, cancelled_);
@@ -184,8 +190,8 @@ ArchiveAccess::Result<TakenFile> ArchiveAccess::takeOut(ArchiveBrowse& holder,
                .target = folder}});
     if (cancelled_->isSet())
         return Failure("");
-    if (bytes > places.mostBytes())
-        return Failure(tooLarge(name, places.mostBytes()));
+    if (bytes > mostBytes)
+        return Failure(tooLarge(name, mostBytes));
     if (const auto errors = context.errors(); !errors.empty())
         return Failure(errors.front());
     std::error_code error;

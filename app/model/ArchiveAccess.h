@@ -7,6 +7,7 @@
 #include "core/base/FileUrl.h"
 #include "core/platform/TemporaryPlaces.h"
 
+#include <cstdint>
 #include <expected>
 #include <memory>
 #include <optional>
@@ -24,6 +25,8 @@ struct ArchiveWish {
     What what = What::show;
     ArchiveBrowse browse = {}; ///< without an index to be read for the first time
     std::string entry = {};    ///< to be entered
+    /// No larger file is taken out; none: the limit of the temporary places.
+    std::optional<std::int64_t> mostBytes = {};
 
     /// Where the panel will be.
     FileUrl location() const;
@@ -58,8 +61,10 @@ private:
     Result<ArchiveBrowse> read(const FileUrl& file, ArchiveBrowse wanted, Asking asking) const;
     ArchiveBrowse show(ArchiveBrowse known) const;
     /// `wanted` says what of an archive inside is to be shown.
-    Result<Found> enter(ArchiveBrowse holder, const std::string& entry, ArchiveBrowse wanted) const;
-    Result<TakenFile> takeOut(ArchiveBrowse& holder, const std::string& entry) const;
+    Result<Found> enter(ArchiveBrowse holder, const std::string& entry, ArchiveBrowse wanted,
+                        std::int64_t mostBytes) const;
+    Result<TakenFile> takeOut(ArchiveBrowse& holder, const std::string& entry,
+                              std::int64_t mostBytes) const;
 
     PanelServices services_;
     AskPassword askPassword_;

@@ -5,6 +5,7 @@
 #include "app/model/PendingPassword.h"
 #include "core/archives/PackOptions.h"
 #include "core/base/FileUrl.h"
+#include "core/listing/FileItem.h"
 #include "core/listing/MarkState.h"
 #include "core/operations/TransferRequest.h"
 
@@ -94,9 +95,16 @@ struct PasswordDialog {
     std::shared_ptr<PendingPassword> pending = {}; ///< never null
 };
 
+/// Tells what is known of one item.
+struct InfoDialog {
+    FileItem item = {};
+    std::optional<ArchiveBrowse> archive = {}; ///< that the item lies in
+};
+
 /// The one modal dialog on show, with what it needs to know.
-using Dialog = std::variant<TransferDialog, NewFolderDialog, TrashDialog, PasteDialog,
-                            ConflictDialog, PackDialog, ExtractDialog, PasswordDialog, MaskDialog>;
+using Dialog =
+    std::variant<TransferDialog, NewFolderDialog, TrashDialog, PasteDialog, ConflictDialog,
+                 PackDialog, ExtractDialog, PasswordDialog, MaskDialog, InfoDialog>;
 
 /// What will come of the text in a dialog.
 struct Outcome {

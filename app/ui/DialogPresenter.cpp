@@ -1,5 +1,6 @@
 #include "app/ui/DialogPresenter.h"
 
+#include "app/model/ItemInspection.h"
 #include "app/ui/StatusLine.h"
 #include "app/ui/Suggestions.h"
 #include "app/ui/Text.h"
@@ -7,6 +8,7 @@
 #include "app/ui/dialogs/Deafness.h"
 #include "app/ui/dialogs/DialogHost.h"
 #include "app/ui/dialogs/ExtractDialog.h"
+#include "app/ui/dialogs/InfoDialog.h"
 #include "app/ui/dialogs/MaskDialog.h"
 #include "app/ui/dialogs/NewFolderDialog.h"
 #include "app/ui/dialogs/PackDialog.h"
@@ -119,11 +121,13 @@ OutcomeLine::Kind kindOf(app::Outcome::Kind kind) {
 
 } // namespace
 
-DialogPresenter::DialogPresenter(const UiContext& context, QWidget* window)
+DialogPresenter::DialogPresenter(const UiContext& context, QWidget* window,
+                                 std::function<QRect()> beside)
     : QObject(window),
       context_(context),
       app_(context.app),
-      host_(new DialogHost(context.theme, window)) {
+      host_(new DialogHost(context.theme, window)),
+      beside_(std::move(beside)) {
     connect(&app_, &app::AppModel::changed, this, &DialogPresenter::takeApp);
 }
 
@@ -132,6 +136,9 @@ void DialogPresenter::takeApp(app::AppChanges changes) {
         takeDialog();
     if (changes & (app::AppChange::dialog | app::AppChange::outcome))
         takeOutcome();
+    if (auto* info = qobject_cast<InfoDialog*>(host_->card());
+        info != nullptr && changes.testFlag(app::AppChange::details))
+        info->setDetails(app_.itemDetails());
     auto* target = qobject_cast<TargetDialog*>(host_->card());
     if (changes.testFlag(app::AppChange::suggestions) && target != nullptr)
         target->setSuggestions(app_.pathSuggestions().found(), app_.activePanel().tab().path);
@@ -143,8 +150,9 @@ void DialogPresenter::takeDialog() {
     const auto& dialog = app_.dialog();
     if (dialog) {
         auto* shown = std::visit([this](const auto& content) { return card(content); }, *dialog);
+        const bool isAboutItem = std::holds_alternative<app::InfoDialog>(*dialog);
         if (shown != host_->card())
-            host_->open(shown);
+            host_->open(shown, isAboutItem ? beside_ : std::function<QRect()>());
     } else {
         host_->close();
         emit closed();
@@ -266,6 +274,15 @@ DialogCard* DialogPresenter::card(const app::PasswordDialog& dialog) {
                 tried_ = Tried{archive, text};
                 app_.answerPassword(text.toStdString());
             });
+    connect(card, &DialogCard::cancelled, &app_, &app::AppModel::closeDialog);
+    return card;
+}
+
+DialogCard* DialogPresenter::card(const app::InfoDialog& dialog) {
+    auto* card = new InfoDialog(dialog, context_.theme, context_.icons, host_);
+    card->setDetails(app_.itemDetails());
+    connect(card, &InfoDialog::copyRequested, &app_, &app::AppModel::copyInfoPath);
+    connect(card, &DialogCard::confirmed, &app_, &app::AppModel::closeDialog);
     connect(card, &DialogCard::cancelled, &app_, &app::AppModel::closeDialog);
     return card;
 }

@@ -3,7 +3,9 @@
 #include "app/ui/UiContext.h"
 
 #include <QObject>
+#include <QRect>
 
+#include <functional>
 #include <optional>
 
 class QWidget;
@@ -20,7 +22,8 @@ class DialogPresenter final : public QObject {
     Q_OBJECT
 
 public:
-    DialogPresenter(const UiContext& context, QWidget* window);
+    /// `beside` is where a dialog stands that is about an item of the active panel.
+    DialogPresenter(const UiContext& context, QWidget* window, std::function<QRect()> beside);
 
 signals:
     /// There is no dialog any more.
@@ -41,6 +44,7 @@ private:
     DialogCard* card(const app::ExtractDialog& dialog);
     DialogCard* card(const app::PasswordDialog& dialog);
     DialogCard* card(const app::MaskDialog& dialog);
+    DialogCard* card(const app::InfoDialog& dialog);
 
     /// The password that was given last, until it is known whether it was right.
     struct Tried {
@@ -51,6 +55,7 @@ private:
     UiContext context_;
     app::AppModel& app_;
     DialogHost* host_;
+    std::function<QRect()> beside_;
     std::optional<Tried> tried_;
 };
 

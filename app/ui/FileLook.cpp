@@ -1,5 +1,6 @@
 #include "app/ui/FileLook.h"
 
+#include "app/ui/Text.h"
 #include "core/archives/ArchiveSupport.h"
 #include "core/base/AsciiText.h"
 
@@ -82,6 +83,22 @@ FileLook lookOf(const FileItemView& item) {
 
 QString iconName(FileLook look) {
     return QString::fromUtf8(wordsOf(look).icon);
+}
+
+QString kindTitle(const FileItemView& item) {
+    constexpr qsizetype longestExtension = 8;
+    auto title = kindText(item);
+    title.front() = title.front().toUpper();
+    const auto look = lookOf(item);
+    const bool saysAll = look == FileLook::pdf || look < FileLook::archive || item.isLink();
+    auto extension = shownName(item.fileExtension().value_or(std::string_view())).toUpper();
+    if (const auto archive = ArchiveSupport::archiveExtension(item.name))
+        extension = fromUtf8(*archive).toUpper();
+    if (saysAll || extension.isEmpty() || extension.size() > longestExtension)
+        return title;
+    if (extension == QStringLiteral("JPG"))
+        extension = QStringLiteral("JPEG");
+    return title + QLatin1Char(' ') + extension;
 }
 
 QString kindText(const FileItemView& item) {

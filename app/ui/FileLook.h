@@ -32,4 +32,7 @@ QString iconName(FileLook look);
 /// What the item is, in words: "dokument PDF", "odkaz na složku".
 QString kindText(const FileItemView& item);
 
+/// The same as a value of its own, as exact as its extension allows: "Obrázek JPEG", "Archiv ZIP".
+QString kindTitle(const FileItemView& item);
+
 } // namespace fennik::ui

@@ -23,8 +23,9 @@ public:
     void setLook(KeyButtonLook look);
     /// Names another action with another key. An empty key shows none.
     void setTitle(const QString& title, const QString& key);
-    /// A line icon before the title, in the colour of a token; an empty name for none.
-    void setLineIcon(const QString& name, Icons& icons, QColor Tokens::* token = &Tokens::ok);
+    /// A line icon before the title, at first in the colour of what went well; an empty name for
+    /// none.
+    void setLineIcon(const QString& name, Icons& icons, QColor Tokens::* color = &Tokens::ok);
 
     QSize sizeHint() const override;
 
@@ -44,7 +45,7 @@ private:
     KeyButtonLook look_ = KeyButtonLook::plain;
     QString icon_;
     Icons* icons_ = nullptr; ///< while there is an icon
-    QColor Tokens::* iconColor_ = nullptr;
+    QColor Tokens::* iconColor_ = &Tokens::ok;
 };
 
 } // namespace fennik::ui

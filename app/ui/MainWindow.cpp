@@ -1,5 +1,6 @@
 #include "app/ui/MainWindow.h"
 
+#include "app/model/QuickPreview.h"
 #include "app/ui/CommandLineBar.h"
 #include "app/ui/CommandPresenter.h"
 #include "app/ui/DialogPresenter.h"
@@ -26,6 +27,7 @@
 #include "app/ui/dialogs/LinesDialog.h"
 #include "app/ui/dialogs/QuitDialog.h"
 #include "app/ui/dialogs/TipsDialog.h"
+#include "app/ui/preview/PreviewView.h"
 
 #include <QAccessibleWidget>
 #include <QApplication>
@@ -169,7 +171,7 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
         QTimer::singleShot(sessionPatience, this, [this] { closesAnyway_ = false; });
     });
 
-    auto* dialogs = new DialogPresenter(context, this);
+    auto* dialogs = new DialogPresenter(context, this, [this] { return inactivePanel(); });
     connect(dialogs, &DialogPresenter::closed, this, &MainWindow::focusPanel);
     connect(&app_, &app::AppModel::changed, this, &MainWindow::takeApp);
     connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
@@ -192,6 +194,7 @@ void MainWindow::addPanel(app::PanelSide side) {
     auto* panel = new PanelView(context_, side, splitter_);
     views_[static_cast<std::size_t>(side)] = panel;
     splitter_->addWidget(panel);
+    panel->installEventFilter(this);
     connect(&panel->table(), &PanelTable::focused, this, [this, side] { app_.activate(side); });
     connect(&panel->table(), &PanelTable::opened, this, [this, side] {
         app_.activate(side);
@@ -218,6 +221,8 @@ void MainWindow::takeApp(app::AppChanges changes) {
         placeToast();
         takePlace();
     }
+    if (changes.testFlag(app::AppChange::preview))
+        placePreview();
     if (changes.testFlag(app::AppChange::toast))
         takeToast();
     if (changes.testFlag(app::AppChange::places) && places_->isVisible())
@@ -377,6 +382,37 @@ void MainWindow::placeToast() {
     toast_->move(place.topLeft());
 }
 
+app::PanelSide MainWindow::inactiveSide() const {
+    return app_.activeSide() == app::PanelSide::left ? app::PanelSide::right : app::PanelSide::left;
+}
+
+QRect MainWindow::inactivePanel() {
+    auto& panel = view(inactiveSide());
+    return {panel.mapTo(this, QPoint()), panel.size()};
+}
+
+void MainWindow::placePreview() {
+    if (!app_.quickPreview().isOpen())
+        return; // one that is fading away stays where it was
+    if (preview_ == nullptr) {
+        preview_ = new PreviewView(context_, this);
+        preview_->stackUnder(toast_); // and so under all that comes up over the panels
+    }
+    preview_->setGeometry(inactivePanel());
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    using Direction = app::QuickPreview::Direction;
+    auto& preview = app_.quickPreview();
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (isPlain && preview.isOpen() && event->key() == Qt::Key_Left)
+        preview.step(Direction::back);
+    else if (isPlain && preview.isOpen() && event->key() == Qt::Key_Right)
+        preview.step(Direction::forth);
+    else
+        QWidget::keyPressEvent(event);
+}
+
 void MainWindow::focusPanel() {
     if (auto* card = cards_->card()) {
         card->takeFocus();
@@ -460,6 +496,11 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == operations_) {
         if (event->type() == QEvent::Resize)
             limitOutput();
+        return false;
+    }
+    if (std::ranges::find(views_, watched) != views_.end()) {
+        if (event->type() == QEvent::Resize || event->type() == QEvent::Move)
+            placePreview();
         return false;
     }
     switch (event->type()) {

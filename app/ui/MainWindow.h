@@ -25,6 +25,7 @@ class OperationsCard;
 class OutputCard;
 class PanelView;
 class PlacesMenu;
+class PreviewView;
 class ToastBar;
 
 /// The window: menus, the two panels side by side, the function keys, and what comes up over them.
@@ -52,6 +53,7 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -80,6 +82,9 @@ private:
     void placeToast();
     /// The panels keep room beside the output.
     void limitOutput();
+    void placePreview();
+    app::PanelSide inactiveSide() const;
+    QRect inactivePanel();
 
     UiContext context_;
     app::AppModel& app_;
@@ -87,6 +92,7 @@ private:
     QSplitter* splitter_;
     std::array<PanelView*, 2> views_{};
     FunctionKeyBar* functionKeys_;
+    PreviewView* preview_ = nullptr; ///< over the panels; none before the first one
     ToastBar* toast_;
     PlacesMenu* places_;
     OutputCard* output_;

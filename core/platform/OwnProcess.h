@@ -6,6 +6,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <string_view>
 
 /// What a process that is to trust nobody does to itself, and how it talks to the one that has
 /// started it as a `ChildProcess`.
@@ -14,6 +15,9 @@ namespace fennik::OwnProcess {
 /// By this path the program of this process can be started once more, also after its file was
 /// replaced.
 std::string program();
+
+/// The path of another program that lies in the same folder.
+std::string programBeside(std::string_view name);
 
 /// Whether standard input and output are pipes, as `ChildProcess` makes them.
 bool hasPipes();

@@ -252,24 +252,6 @@ TEST_F(NavigationScenario, theOtherPanelComesHere) {
     EXPECT_EQ(app().activeSide(), PanelSide::left);
 }
 
-TEST_F(NavigationScenario, whatIsNotThereYetSaysSoAndDoesNothing) {
-    using enum app::KAction;
-    const auto generation = active().generation();
-    for (const auto action : {quickLook, info}) {
-        moveTo("c.txt");
-        const auto combo = shortcuts().map().combos(app::KActions::identifier(action)).front();
-        ASSERT_EQ(shortcuts().actionFor(combo), action);
-        app().perform(*shortcuts().actionFor(combo));
-        EXPECT_TRUE(disk.isIdle());
-        EXPECT_EQ(takeToast(), quoted(app::KActions::shortTitle(action)) +
-                                   ": to tato verze Fennika ještě neumí.");
-        EXPECT_EQ(underCursor(), "c.txt");
-        EXPECT_FALSE(app().dialog());
-    }
-    EXPECT_EQ(active().generation(), generation);
-    EXPECT_TRUE(std::filesystem::exists(temp.path("left/c.txt")));
-}
-
 TEST_F(NavigationScenario, keysRestWhileADialogIsOpen) {
     press("numplus");
     ASSERT_TRUE(app().dialog());

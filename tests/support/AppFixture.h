@@ -1,11 +1,14 @@
 #pragma once
 
 #include "app/model/AppModel.h"
+#include "app/model/ports/PreviewDecoder.h"
 #include "core/base/SerialWorker.h"
 #include "core/operations/Trashes.h"
 #include "tests/support/ManualWorkspace.h"
 #include "tests/support/PanelFixture.h"
 
+#include <expected>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,6 +31,19 @@ public:
     Files held;
 };
 
+/// Decodes nothing of a file, but says what the test wants.
+class ManualDecoder final : public app::PreviewDecoder {
+public:
+    std::expected<app::Decoded, std::string> decode(app::DecodedKind kind, int,
+                                                    const std::function<bool()>&) const override {
+        asked.push_back(kind);
+        return answer;
+    }
+
+    mutable std::vector<app::DecodedKind> asked;
+    std::expected<app::Decoded, std::string> answer = std::unexpected("Nejde to.");
+};
+
 /// The services of a whole application, all of them cranked by hand. The home folder is "home" in
 /// the test's own folder.
 class AppFixture : public PanelFixture {
@@ -42,7 +58,8 @@ protected:
                 .actionsWorker = actions,
                 .trash = trash,
                 .packer = packer,
-                .workspace = workspace};
+                .workspace = workspace,
+                .previews = previews};
     }
     FileUrl home() const { return FileUrl(temp.path("home"), FileUrl::Form::directory); }
 
@@ -59,6 +76,7 @@ protected:
     ManualExecutor actions;
     ManualPacker packer;
     ManualWorkspace workspace;
+    ManualDecoder previews;
     FolderTrash trash{FileUrl(temp.path("trash"))};
 };
 

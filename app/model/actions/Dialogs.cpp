@@ -120,6 +120,7 @@ void AppModel::takeStage(DialogStage::Id shownBefore) {
         return;
     preview_.set({});
     previewOutcome(OutcomePreview::When::now);
+    inspectItem();
     emit changed(AppChange::dialog);
 }
 

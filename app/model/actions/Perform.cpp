@@ -1,8 +1,11 @@
 #include "app/model/AppModel.h"
 #include "app/model/CommandLine.h"
 #include "app/model/DesktopActions.h"
+#include "app/model/QuickPreview.h"
 #include "core/base/CzechText.h"
 #include "core/listing/PathCompleter.h"
+
+#include <utility>
 
 namespace fennik::app {
 
@@ -29,7 +32,6 @@ std::optional<std::string_view> obstacleInArchive(KAction action) {
 
 } // namespace
 
-/// What an action does; nothing for those that this version has, but cannot do yet.
 AppModel::Handler AppModel::handlerOf(KAction action) {
     switch (action) {
     case KAction::switchPanel:
@@ -61,7 +63,9 @@ AppModel::Handler AppModel::handlerOf(KAction action) {
     case KAction::otherPanelHere:
         return [](AppModel& model) { model.otherPanel().navigate(model.activePanel().folder()); };
     case KAction::quickLook:
+        return [](AppModel& model) { model.quickLook(); };
     case KAction::info:
+        return [](AppModel& model) { model.openInfo(); };
         return nullptr;
     case KAction::edit:
         return [](AppModel& model) { model.desktop_->edit(); };
@@ -137,7 +141,7 @@ AppModel::Handler AppModel::handlerOf(KAction action) {
     case KAction::operations:
         return [](AppModel& model) { model.setShowsOperations(!model.showsOperations_); };
     }
-    return nullptr;
+    std::unreachable();
 }
 
 std::optional<std::string> AppModel::obstacle(KAction action) const {
@@ -145,8 +149,6 @@ std::optional<std::string> AppModel::obstacle(KAction action) const {
         if (const auto reason = obstacleInArchive(action))
             return std::string(*reason);
     }
-    if (handlerOf(action) == nullptr)
-        return quoted(KActions::shortTitle(action)) + ": to tato verze Fennika ještě neumí.";
     return std::nullopt;
 }
 
@@ -203,7 +205,7 @@ void AppModel::escape() {
         return;
     if (active.stopSizing())
         showToast("Výpočet velikostí zastaven");
-    else if (!commandLine_->closeOutput())
+    else if (!commandLine_->closeOutput() && !quickPreview_->close())
         active.unmarkAll();
 }
 

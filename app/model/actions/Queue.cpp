@@ -81,6 +81,7 @@ void AppModel::stopJobs() {
     passwords_.close();
     left_.stopReading();
     right_.stopReading();
+    stopLooking();
     const bool asks =
         stage_.shownAs<ConflictDialog>() != nullptr || stage_.shownAs<PasswordDialog>() != nullptr;
     if (asks)

@@ -42,7 +42,8 @@ DialogCard::DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWi
       hint_(new ElidedLabel(texts.hint, this)),
       other_(new KeyButton(texts.other, {}, theme, this)),
       cancel_(new KeyButton(texts.cancel, KeyCaps::escape, theme, this)),
-      confirm_(new KeyButton(texts.confirm, KeyCaps::enter, theme, this)) {
+      confirm_(new KeyButton(texts.confirm, KeyCaps::enter, theme, this)),
+      look_(texts.look) {
     setObjectName(QStringLiteral("dialogCard"));
     setAccessibleRole(*this, QAccessible::Dialog);
     setTitle(texts.title);
@@ -289,6 +290,11 @@ void DialogCard::paintTile(QPainter& painter) const {
     const auto& tokens = theme_.tokens();
     const double ratio = devicePixelRatioF();
     const QRect tile(margin(), margin(), tileSide(), tileSide());
+    if (look_) {
+        painter.drawPixmap(tile.topLeft(), icons_.file(*look_, IconBadge::none, IconGround::panel,
+                                                       tile.width(), ratio));
+        return;
+    }
     if (frame_ == Frame::portrait) {
         painter.drawPixmap(tile.topLeft(), icons_.program(tile.width(), ratio));
         return;

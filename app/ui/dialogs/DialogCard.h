@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+#include <optional>
 #include <vector>
 
 class QScrollArea;
@@ -40,6 +41,7 @@ public:
         QString other = {};   ///< on a button that has no key; empty for none
         QString confirm = {}; ///< on the button that Enter presses; empty for none
         QString cancel = QStringLiteral("Zrušit"); ///< Esc cancels without a button too
+        std::optional<FileLook> look = {};         ///< its icon stands in place of `icon`
     };
 
     DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWidget* parent);
@@ -81,6 +83,8 @@ protected:
 
     const Theme& theme() const { return theme_; }
     Icons& icons() const { return icons_; }
+    /// The button without a key.
+    KeyButton& otherButton() { return *other_; }
 
 private:
     std::vector<QWidget*> focusOrder() const;
@@ -111,6 +115,7 @@ private:
     KeyButton* other_;
     KeyButton* cancel_;
     KeyButton* confirm_;
+    std::optional<FileLook> look_;
 };
 
 } // namespace fennik::ui

@@ -7,8 +7,17 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 namespace fennik::ui {
+
+namespace {
+
+/// How dense the scrim is through which the content is to be read.
+constexpr float lightScrim = 0.16F;
+constexpr float darkScrim = 0.24F;
+
+} // namespace
 
 DialogHost::DialogHost(const Theme& theme, QWidget* content) : QWidget(content), theme_(theme) {
     setObjectName(QStringLiteral("dialogHost"));
@@ -18,7 +27,8 @@ DialogHost::DialogHost(const Theme& theme, QWidget* content) : QWidget(content),
     connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
-void DialogHost::open(DialogCard* card) {
+void DialogHost::open(DialogCard* card, std::function<QRect()> beside) {
+    beside_ = std::move(beside);
     if (!card_)
         returnTo_ = QApplication::focusWidget();
     auto* replaced = card_.data();
@@ -61,7 +71,9 @@ void DialogHost::place() {
     const int width = std::min(card_->preferredWidth(), this->width() - 2 * margin);
     const int height = std::min(card_->heightForWidth(width), this->height() - 2 * margin);
     const int top = std::min(qRound(this->height() * share), this->height() - margin - height);
-    card_->setGeometry((this->width() - width) / 2, top, width, height);
+    const int middle = beside_ ? beside_().center().x() + 1 : this->width() / 2;
+    const int left = std::min(middle - width / 2, this->width() - margin - width);
+    card_->setGeometry(std::max(left, margin), top, width, height);
 }
 
 bool DialogHost::eventFilter(QObject* watched, QEvent* event) {
@@ -83,7 +95,10 @@ void DialogHost::wheelEvent(QWheelEvent* event) {
 }
 
 void DialogHost::paintEvent(QPaintEvent*) {
-    QPainter(this).fillRect(rect(), theme_.tokens().scrim);
+    auto scrim = theme_.tokens().scrim;
+    if (beside_)
+        scrim.setAlphaF(theme_.appearance() == Appearance::light ? lightScrim : darkScrim);
+    QPainter(this).fillRect(rect(), scrim);
 }
 
 } // namespace fennik::ui

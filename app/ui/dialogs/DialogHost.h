@@ -6,6 +6,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
+
 namespace fennik::ui {
 
 /// Covers the content of a window while a dialog is open, and holds that dialog. The mouse reaches
@@ -17,8 +19,9 @@ public:
     /// Covers all of `content`, whose child it is. Hidden until a dialog opens.
     DialogHost(const Theme& theme, QWidget* content);
 
-    /// Takes the card, in place of the one that is open, and gives it the keyboard.
-    void open(DialogCard* card);
+    /// Takes the card, in place of the one that is open, and gives it the keyboard. With `beside`,
+    /// the card stands over that part of the content, and the rest stays readable.
+    void open(DialogCard* card, std::function<QRect()> beside = {});
     /// Without a dialog: does nothing.
     void close();
     /// None while no dialog is open.
@@ -38,6 +41,7 @@ private:
     const Theme& theme_;
     QPointer<DialogCard> card_;
     QPointer<QWidget> returnTo_;
+    std::function<QRect()> beside_;
 };
 
 } // namespace fennik::ui

@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <poll.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 
@@ -40,6 +42,12 @@ std::chrono::microseconds processorTime() {
 }
 
 } // namespace
+
+std::string programBeside(std::string_view name) {
+    std::error_code error;
+    const auto own = std::filesystem::canonical(program(), error);
+    return own.parent_path() / name;
+}
 
 bool hasPipes() {
     return isPipe(STDIN_FILENO) && isPipe(STDOUT_FILENO);

@@ -93,8 +93,10 @@ def prepared_program():
         return program
     folder = pathlib.Path(tempfile.mkdtemp(prefix="fennik-program-"))
     copy = folder / program.name
-    shutil.copy2(program, copy)
-    for path in (folder, copy):
+    # It expects the program that decodes for it in its own folder.
+    helper = program.with_name("fennik-preview")
+    copies = [shutil.copy2(file, folder / file.name) for file in (program, helper) if file.exists()]
+    for path in (folder, *copies):
         os.chown(path, NOBODY, NOBODY)
         path.chmod(0o755)
     os.setgroups([])
