@@ -66,7 +66,6 @@ AppModel::Handler AppModel::handlerOf(KAction action) {
         return [](AppModel& model) { model.quickLook(); };
     case KAction::info:
         return [](AppModel& model) { model.openInfo(); };
-        return nullptr;
     case KAction::edit:
         return [](AppModel& model) { model.desktop_->edit(); };
     case KAction::copy:
