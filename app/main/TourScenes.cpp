@@ -199,6 +199,9 @@ void playArchive(TourStage& stage) {
 
 void playPassword(TourStage& stage) {
     openArchive(stage, "Osobní");
+    stage.wait([&stage] { return stage.app().activePanel().archive().has_value(); });
+    stage.go("Plná moc");
+    stage.app().perform(KAction::open);
     stage.wait([&stage] { return stage.app().dialog().has_value(); });
     stage.type(QStringLiteral("heslo"));
 }

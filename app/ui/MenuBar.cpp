@@ -67,6 +67,7 @@ void MenuBar::build() {
     clear();
     for (const auto& [title, sections] : app::FennikCommands::menuBar()) {
         auto* menu = addMenu(fromUtf8(title));
+        menu->setAccessibleName(fromUtf8(title));
         connect(menu, &QMenu::aboutToShow, this, [this] { emit menuOpened(true); });
         connect(menu, &QMenu::aboutToHide, this, [this] { emit menuOpened(false); });
         for (const auto& section : sections) {

@@ -97,6 +97,7 @@ void PanelHeader::paintColumn(QPainter& painter, PanelColumn column) const {
 
 void PanelHeader::contextMenuEvent(QContextMenuEvent* event) {
     QMenu menu(this);
+    menu.setAccessibleName(QStringLiteral("Řazení"));
     menu.setStyleSheet(theme_.styleSheet());
     const auto sort = panel_.tab().sort;
     for (std::size_t i = 0; i < allSortKeys.size(); ++i) {

@@ -44,11 +44,13 @@ PanelMessage::PanelMessage(const UiContext& context, app::PanelModel& panel, QWi
       tile_(new QWidget(this)),
       text_(new QLabel(this)),
       hint_(new QLabel(this)),
-      retry_(new KeyButton(QStringLiteral("Zkusit znovu"), {}, theme_, this)),
-      leave_(new KeyButton(QStringLiteral("Zpět"), {}, theme_, this)),
-      upwards_(new KeyButton(QStringLiteral("O úroveň výš"), {}, theme_, this)),
-      newFolder_(new KeyButton(QStringLiteral("Nová složka"), {}, theme_, this)),
-      paste_(new KeyButton(QStringLiteral("Vložit"), {}, theme_, this)) {
+      answers_(new QWidget(this)),
+      buttons_(new QBoxLayout(QBoxLayout::LeftToRight, answers_)),
+      retry_(new KeyButton(QStringLiteral("Zkusit znovu"), {}, theme_, answers_)),
+      leave_(new KeyButton(QStringLiteral("Zpět"), {}, theme_, answers_)),
+      upwards_(new KeyButton(QStringLiteral("O úroveň výš"), {}, theme_, answers_)),
+      newFolder_(new KeyButton(QStringLiteral("Nová složka"), {}, theme_, answers_)),
+      paste_(new KeyButton(QStringLiteral("Vložit"), {}, theme_, answers_)) {
     setObjectName(QStringLiteral("panelMessage"));
     tile_->setFixedSize(theme_.px(60), theme_.px(60));
     text_->setObjectName(QStringLiteral("panelMessageText"));
@@ -60,12 +62,10 @@ PanelMessage::PanelMessage(const UiContext& context, app::PanelModel& panel, QWi
     hint_->setAlignment(Qt::AlignCenter);
     hint_->setFont(theme_.font(FontRole::detail));
 
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(theme_.px(8));
-    buttons->addStretch();
+    buttons_->setContentsMargins({});
+    buttons_->setSpacing(theme_.px(8));
     for (auto* button : {retry_, leave_, upwards_, newFolder_, paste_})
-        buttons->addWidget(button);
-    buttons->addStretch();
+        buttons_->addWidget(button);
     // The text takes what room there is up to its greatest width, and stands in the middle.
     auto* textRow = new QHBoxLayout;
     textRow->addStretch(1);
@@ -79,7 +79,7 @@ PanelMessage::PanelMessage(const UiContext& context, app::PanelModel& panel, QWi
     layout->addLayout(textRow);
     layout->addWidget(hint_);
     layout->addSpacing(theme_.px(8));
-    layout->addLayout(buttons);
+    layout->addWidget(answers_, 0, Qt::AlignHCenter);
     layout->addStretch(3);
 
     for (auto* button : {retry_, leave_, upwards_, newFolder_, paste_})
@@ -131,7 +131,26 @@ void PanelMessage::takePanel() {
     text_->setPalette(colors);
     colors.setColor(QPalette::WindowText, theme_.tokens().text2);
     hint_->setPalette(colors);
+    fit();
     update();
+}
+
+void PanelMessage::fit() {
+    tile_->show();
+    answers_->show();
+    buttons_->setDirection(QBoxLayout::LeftToRight);
+    const auto margins = layout()->contentsMargins();
+    if (buttons_->sizeHint().width() > width() - margins.left() - margins.right())
+        buttons_->setDirection(QBoxLayout::TopToBottom);
+    // What matters least gives way first: the buttons name keys that do the same.
+    for (auto* part : {tile_, answers_}) {
+        if (layout()->minimumHeightForWidth(width()) > height())
+            part->hide();
+    }
+}
+
+void PanelMessage::resizeEvent(QResizeEvent*) {
+    fit();
 }
 
 void PanelMessage::setGround(const QColor& rows) {
@@ -184,6 +203,8 @@ void PanelMessage::paintEvent(QPaintEvent*) {
     // A failure stands in place of the whole table, its header included.
     if (content() == Content::failure)
         painter.fillRect(rect(), ground_);
+    if (tile_->isHidden())
+        return;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme_.tokens().hover);

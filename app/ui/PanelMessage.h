@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+class QBoxLayout;
 class QLabel;
 
 namespace fennik::ui {
@@ -31,10 +32,13 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void showFailure(const FolderOpener::Failure& failure);
     void showEmptyFolder();
+    /// Hides what there is no room for.
+    void fit();
 
     UiContext context_;
     app::PanelModel& panel_;
@@ -43,6 +47,8 @@ private:
     QWidget* tile_; ///< the place of the icon
     QLabel* text_;
     QLabel* hint_;
+    QWidget* answers_; ///< holds the buttons
+    QBoxLayout* buttons_;
     KeyButton* retry_;
     KeyButton* leave_;
     KeyButton* upwards_;

@@ -160,6 +160,7 @@ void PanelView::takeBusy() {
 
 void PanelView::showMenu(const QPoint& corner) {
     QMenu menu(this);
+    menu.setAccessibleName(QStringLiteral("Nabídka položky"));
     menu.setStyleSheet(theme_.styleSheet());
     fillMenu(menu, context_, app::FennikCommands::contextMenu());
     emit menuOpened(true);

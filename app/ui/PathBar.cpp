@@ -385,6 +385,7 @@ void PathBar::layOutBadge(QRect& room) {
 
 void PathBar::showHiddenCrumbs() {
     QMenu menu(this);
+    menu.setAccessibleName(more_->accessibleName());
     menu.setStyleSheet(theme_.styleSheet());
     for (auto* crumb : crumbs_) {
         if (crumb->isHidden())

@@ -139,8 +139,9 @@ void PopupCard::paintEvent(QPaintEvent*) {
     painter.setFont(footFont());
     painter.setPen(tokens.text2);
     const auto foot = QRect(0, height() - footHeight(), width(), footHeight())
-                          .adjusted(theme_.px(footMargin), 0, -1, 0);
-    painter.drawText(foot, Qt::AlignLeft | Qt::AlignVCenter, foot_);
+                          .adjusted(theme_.px(footMargin), 0, -theme_.px(footMargin) / 2, 0);
+    const auto shown = QFontMetrics(footFont()).elidedText(foot_, Qt::ElideRight, foot.width());
+    painter.drawText(foot, Qt::AlignLeft | Qt::AlignVCenter, shown);
 }
 
 } // namespace fennik::ui

@@ -12,6 +12,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QShortcut>
 
 #include <algorithm>
@@ -245,7 +246,10 @@ void DialogCard::resizeEvent(QResizeEvent*) {
     title_->setGeometry(textLeft, theme_.px(isPortrait ? 31 : 18), textWidth,
                         theme_.px(isPortrait ? 26 : 20));
     subtitle_->setGeometry(textLeft, theme_.px(isPortrait ? 59 : 39), textWidth, theme_.px(17));
-    area_->setGeometry(side, headerHeight(), width() - 2 * side,
+    // What scrolls keeps its width: the bar stands in the margin.
+    const bool scrolls = frame_ != Frame::bare && height() < heightForWidth(width());
+    const int bar = scrolls ? area_->verticalScrollBar()->sizeHint().width() : 0;
+    area_->setGeometry(side, headerHeight(), width() - 2 * side + bar,
                        std::max(0, height() - headerHeight() - footerHeight() - gapBelow()));
     const int top = height() - footerHeight() + 1 + theme_.px(footerMargin);
     int right = width() - side;

@@ -15,7 +15,7 @@ namespace fennik::ui {
 
 namespace {
 
-constexpr double leastColumn = 276;
+constexpr double leastColumn = 320;
 constexpr double columnGap = 24;
 constexpr double rowHeight = 26;
 constexpr double headingHeight = 32;

@@ -14,7 +14,7 @@ namespace fennik::ui {
 
 namespace {
 
-constexpr int cardWidth = 940;
+constexpr int cardWidth = 1140;
 constexpr int fieldGap = 8;
 
 /// The field over the sheet, which alone scrolls.

@@ -13,7 +13,12 @@ OutcomeLine::OutcomeLine(const Theme& theme, Icons& icons, QWidget* parent)
     setObjectName(QStringLiteral("outcomeLine"));
     label_->setTextFormat(Qt::PlainText);
     label_->setWordWrap(true);
-    label_->setMinimumHeight(theme.px(16)); // so that nothing moves when there is something to say
+    // An empty one is nothing to read, but nothing moves when there is something to say.
+    label_->setMinimumHeight(theme.px(16));
+    auto policy = label_->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    label_->setSizePolicy(policy);
+    label_->hide();
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(theme.px(21), 0, 0, 0);
     layout->addWidget(label_);
@@ -26,6 +31,7 @@ void OutcomeLine::setOutcome(Kind kind, const QString& text) {
     text_ = text;
     label_->setText(breakableText(text));
     label_->setAccessibleName(text);
+    label_->setVisible(!text.isEmpty());
     takeTheme();
 }
 

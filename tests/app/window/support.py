@@ -40,7 +40,7 @@ KEYS = {
     **{key: 24 + place for place, key in enumerate("QWERTYUIOP")},
     "Bracket": 34, "BracketRight": 35, "Enter": 36, "Ctrl": 37,
     **{key: 38 + place for place, key in enumerate("ASDFGHJKL")}, "Semicolon": 47, "Shift": 50,
-    **{key: 52 + place for place, key in enumerate("ZXCVBNM")}, "Period": 60, "NumMultiply": 63,
+    **{key: 52 + place for place, key in enumerate("ZXCVBNM")}, "Comma": 59, "Period": 60, "NumMultiply": 63,
     "Alt": 64, "Space": 65, "CapsLock": 66,
     **{f"F{number}": 66 + number for number in range(1, 11)}, "NumLock": 77, "ScrollLock": 78,
     "NumMinus": 82, "NumPlus": 86, "Num1": 87, "NumEnter": 104, "AltGr": 108,
