@@ -20,7 +20,9 @@ int main(int argumentCount, char** arguments) {
     TransferRequest request{.kind = TransferKind::extract, .pairs = {{archive, folder}}};
     const HelperArchives archives;
     const auto body = [&](OperationContext& context) {
-        const auto noPassword = [](const FileUrl&, bool) { return std::optional<std::string>(); };
+        const auto noPassword = [](const FileUrl&, const ArchiveError&) {
+            return std::optional<std::string>();
+        };
         return ArchiveExtractor(archives, context, noPassword)
             .run({{.archive = archive, .target = folder}});
     };

@@ -84,7 +84,7 @@ PreviewContent PreviewReading::ofEntry(const PreviewSubject& subject) const {
         browse.inner = *target;
         return listOf(browse, subject.showHidden);
     }
-    const auto noPassword = [](const FileUrl&, bool) { return std::nullopt; };
+    const auto noPassword = [](const FileUrl&, const ArchiveError&) { return std::nullopt; };
     const auto found = ArchiveAccess(services_, noPassword, cancelled_)
                            .find({.what = ArchiveWish::What::enter,
                                   .browse = std::move(browse),
@@ -119,7 +119,7 @@ PreviewContent PreviewReading::ofFolder(const FileUrl& url, ShowHidden showHidde
 }
 
 PreviewContent PreviewReading::ofArchive(const FileUrl& url) const {
-    const auto noPassword = [](const FileUrl&, bool) { return std::nullopt; };
+    const auto noPassword = [](const FileUrl&, const ArchiveError&) { return std::nullopt; };
     const auto found = ArchiveAccess(services_, noPassword, cancelled_)
                            .find({.what = ArchiveWish::What::read, .browse = {.place = url}});
     if (!found && found.error().empty())
