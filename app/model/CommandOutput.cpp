@@ -38,7 +38,9 @@ void CommandOutput::append(CommandOutput newer) {
 }
 
 void CommandOutput::omit() {
-    while (!ended_.empty() && (lineCount() > mostLines || bytes_ + last_.size() > mostBytes)) {
+    const std::size_t begun = last_.empty() ? 0 : 1;
+    while (!ended_.empty() &&
+           (ended_.size() + begun > mostLines || bytes_ + last_.size() > mostBytes)) {
         bytes_ -= ended_.front().size() + 1;
         ended_.pop_front();
         ++omitted_;

@@ -100,6 +100,8 @@ void OutputCard::showRun(const app::CommandRun& run, const QString& folder) {
     }
     text_->showOutput(run.output);
     const auto spoken = QStringLiteral("Příkaz ") + command + QStringLiteral(": ");
+    if (run.state != State::running && stop_->hasFocus())
+        takeFocus();
     stop_->setVisible(run.state == State::running);
     switch (run.state) {
     case State::running: {
