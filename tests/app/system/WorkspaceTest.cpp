@@ -110,7 +110,6 @@ protected:
         variables.set("HOME", temp.path("home"));
         variables.set("PATH", temp.path("bin"));
         variables.set("XDG_DATA_HOME", temp.path("data"));
-        variables.set("XDG_DATA_DIRS", temp.path("none"));
         variables.set("XDG_CONFIG_HOME", temp.path("config"));
         variables.set("XDG_CONFIG_DIRS", temp.path("none"));
         variables.set("XDG_CURRENT_DESKTOP", "");
