@@ -90,6 +90,13 @@ class Programs:
                     found[kind[1]] = int(total) / presses
         return found
 
+    def paint_times(self, folder, presses):
+        """Milliseconds from a press of the cursor to its picture: the median and the longest."""
+        output = subprocess.run([self.benchmarks / "paint_times", folder, str(presses)],
+                                check=True, env=self.new_user(), stdout=subprocess.PIPE,
+                                text=True).stdout
+        return {kind: time / 1e6 for kind, time in named_numbers(output).items()}
+
     def watched_changes(self, folder, empty_folder):
         """How often a shown folder is read again and its rows are built anew, and how long a
         reading takes, in nanoseconds."""
@@ -120,8 +127,12 @@ class Programs:
         return [self.benchmarks / "rearranging", folder, empty_folder, str(rounds)]
 
     def new_user(self):
-        """The environment of a user for whom no settings are kept yet."""
-        return os.environ | {"XDG_CONFIG_HOME": tempfile.mkdtemp(dir=self.workspace)}
+        """The environment of a user for whom nothing is kept yet but that the tips were shown."""
+        config = pathlib.Path(tempfile.mkdtemp(dir=self.workspace))
+        (config / "Fennik").mkdir()
+        (config / "Fennik" / "Fennik.conf").write_text("[General]\ntips.welcomeShown=true\n",
+                                                       encoding="utf-8")
+        return os.environ | {"XDG_CONFIG_HOME": str(config)}
 
 
 def named_numbers(text):

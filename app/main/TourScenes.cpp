@@ -4,6 +4,7 @@
 #include "app/ui/FileDrag.h"
 #include "app/ui/PanelTable.h"
 #include "app/ui/PanelView.h"
+#include "core/operations/OperationContext.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -13,6 +14,7 @@
 #include <QMimeData>
 
 #include <array>
+#include <thread>
 
 namespace fennik::app {
 
@@ -20,8 +22,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using Looks = TourScene::Looks;
-
-constexpr std::int64_t slowTransfer = 40'000'000; // bytes a second
 
 void mark(TourStage& stage, std::initializer_list<const char*> names) {
     for (const auto* name : names) {
@@ -48,13 +48,36 @@ void click(TourStage& stage, const char* name) {
     stage.settle();
 }
 
-/// Starts copying what is under the cursor, slowly enough to be looked at.
-void copySlowly(TourStage& stage, const char* name) {
-    stage.go(name);
-    openDialog(stage, KAction::copy);
-    stage.app().confirmTransfer(stage.path("Stažené"));
-    stage.wait([&stage] { return !stage.app().dialog(); });
+struct SampleJob {
+    const char* title;
+    std::int64_t bytes;
+    std::int64_t files;
+    double share;             ///< of it that is done at once
+    std::int64_t perTick = 0; ///< bytes; 0: it ends there
+    const char* failure = "";
+};
+
+/// A job that only pretends, so that it is always at the same point.
+Uuid addJob(TourStage& stage, const SampleJob& job) {
+    const FileUrl target(stage.path("Stažené/Video ze stavby.mp4"));
+    return stage.app().engine().enqueue(
+        {.pairs = {{.source = FileUrl(stage.path("Video ze stavby.mp4")), .destination = target}},
+         .title = job.title},
+        {}, [job](OperationContext& context) {
+            context.setTotals(job.bytes, job.files);
+            context.setCurrentName("Video ze stavby.mp4");
+            context.bytesAccounted(std::int64_t(double(job.bytes) * job.share));
+            context.filesDone(std::int64_t(double(job.files) * job.share));
+            if (*job.failure != '\0')
+                context.fail(job.failure);
+            while (job.perTick > 0 && context.checkpoint() == Checkpoint::goOn) {
+                context.bytesWritten(job.perTick);
+                std::this_thread::sleep_for(20ms);
+            }
+        });
 }
+
+constexpr SampleJob copying{"Kopírování 4 položek", 1'270'000'000, 4, 0.35, 2'400'000};
 
 void playMain(TourStage& stage) {
     markSome(stage);
@@ -126,6 +149,9 @@ void playRename(TourStage& stage) {
 void playDrop(TourStage& stage) {
     const auto data = ui::FileDrag::data({FileUrl(stage.path("Dokumenty/Daně"))});
     auto& rows = *stage.window().view(PanelSide::right).table().viewport();
+    QDragEnterEvent enter({160, 40}, Qt::CopyAction | Qt::MoveAction, data.get(), Qt::LeftButton,
+                          Qt::NoModifier);
+    QApplication::sendEvent(&rows, &enter);
     QDragMoveEvent over({160, 40}, Qt::CopyAction | Qt::MoveAction, data.get(), Qt::LeftButton,
                         Qt::NoModifier);
     QApplication::sendEvent(&rows, &over);
@@ -207,9 +233,7 @@ void playPassword(TourStage& stage) {
 }
 
 void playMask(TourStage& stage) {
-    openDialog(stage, KAction::markMask);
-    stage.type(QStringLiteral("*.jpg"));
-    stage.press(Qt::Key_Return);
+    stage.app().applyMask(Marking::mark, "*.jpg");
     openDialog(stage, KAction::markMask);
     stage.type(QStringLiteral("*.pdf *.docx"));
     stage.wait(300ms);
@@ -218,22 +242,21 @@ void playMask(TourStage& stage) {
 void playOperations(TourStage& stage) {
     auto& app = stage.app();
     app.settings().set(SettingKeys::autoHideQueue, false);
-    copySlowly(stage, "Plná moc");
-    stage.wait([&app] { return !app.hasUnfinishedJobs(); });
-    app.engine().setThrottle(slowTransfer);
-    copySlowly(stage, "Video");
-    copySlowly(stage, "Nahrávka");
-    copySlowly(stage, "Prezentace");
-    copySlowly(stage, "Fotky");
-    app.cancelJob(app.jobs().back().id);
-    app.engine().pause(app.jobs()[app.jobs().size() - 2].id);
+    addJob(stage, {"Kopírování „Plná moc.pdf“", 96'870, 1, 1});
+    addJob(stage, {"Přesun 2 položek", 5'400'000, 2, 0.5, 0, "„Nabídka.docx“: disk je plný."});
+    const auto cancelled = addJob(stage, {"Přesun 7 položek", 84'000'000, 7, 0.3, 1000});
+    stage.wait([&app] { return app.jobs().size() == 3 && app.jobs()[1].hasEnded(); });
+    app.cancelJob(cancelled);
+    addJob(stage, copying);
+    app.engine().pause(addJob(stage, {"Kopírování 12 položek", 640'000'000, 12, 0}));
+    addJob(stage, {"Zabalení 3 položek", 18'000'000, 3, 0});
     app.setShowsOperations(true);
-    stage.wait(2s);
+    stage.wait(2500ms);
 }
 
 void playQueuePill(TourStage& stage) {
-    stage.app().engine().setThrottle(slowTransfer);
-    copySlowly(stage, "Video");
+    addJob(stage, copying);
+    addJob(stage, {"Zabalení 3 položek", 18'000'000, 3, 0});
     stage.app().setShowsOperations(false);
     stage.wait(1500ms);
 }
@@ -271,6 +294,67 @@ void playShortcutsFound(TourStage& stage) {
     stage.type(QStringLiteral("alt+f"));
 }
 
+void preview(TourStage& stage, const char* name) {
+    stage.go(name);
+    stage.perform(KAction::quickLook);
+    stage.wait(1s);
+}
+
+void playPreviewOfText(TourStage& stage) {
+    preview(stage, "Návrh");
+}
+
+void playPreviewOfPicture(TourStage& stage) {
+    stage.show(PanelSide::left, "Dokumenty/Smlouvy 2026/Fotky z předání");
+    preview(stage, "IMG_2043");
+}
+
+void playPreviewOfFolder(TourStage& stage) {
+    preview(stage, "Dodatky");
+}
+
+void playInfo(TourStage& stage) {
+    stage.go("Smlouva o dílo – k");
+    stage.perform(KAction::info);
+    stage.wait(500ms);
+}
+
+void playInfoOfFolder(TourStage& stage) {
+    stage.go("Dodatky");
+    stage.perform(KAction::info);
+    stage.wait(500ms);
+}
+
+void playCommandLine(TourStage& stage) {
+    stage.perform(KAction::commandLine);
+    stage.type(QStringLiteral("grep -c Brázda *.txt"));
+}
+
+void playCommandOutput(TourStage& stage) {
+    stage.perform(KAction::commandLine);
+    stage.type(QStringLiteral("ls -l && cat 'Návrh smlouvy.txt'"));
+    stage.press(Qt::Key_Return);
+    stage.wait(1500ms);
+}
+
+void openSettings(TourStage& stage, const char* tab) {
+    stage.app().settings().set(SettingKeys::settingsTab, tab);
+    stage.press(Qt::Key_Comma, Qt::ControlModifier);
+    stage.wait(300ms);
+}
+
+void playGeneralSettings(TourStage& stage) {
+    openSettings(stage, "general");
+}
+
+void playOperationSettings(TourStage& stage) {
+    openSettings(stage, "operations");
+}
+
+void playShortcutSettings(TourStage& stage) {
+    openSettings(stage, "keys");
+}
+
 constexpr std::array scenes{
     TourScene{"main", playMain, Looks::all},
     TourScene{"tabs", playTabs},
@@ -299,6 +383,16 @@ constexpr std::array scenes{
     TourScene{"operations", playOperations, Looks::all},
     TourScene{"queue-pill", playQueuePill, Looks::all},
     TourScene{"quit", playQuit},
+    TourScene{"preview-text", playPreviewOfText, Looks::all},
+    TourScene{"preview-picture", playPreviewOfPicture},
+    TourScene{"preview-folder", playPreviewOfFolder},
+    TourScene{"info", playInfo, Looks::all},
+    TourScene{"info-folder", playInfoOfFolder},
+    TourScene{"command-line", playCommandLine},
+    TourScene{"command-output", playCommandOutput, Looks::all},
+    TourScene{"settings-general", playGeneralSettings, Looks::all},
+    TourScene{"settings-operations", playOperationSettings, Looks::all},
+    TourScene{"settings-keys", playShortcutSettings, Looks::all},
     TourScene{"tips", playTips, Looks::all},
     TourScene{"tips-2", playMoreTips},
     TourScene{"about", playAbout, Looks::all},

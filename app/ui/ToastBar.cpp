@@ -108,7 +108,8 @@ QSize ToastBar::sizeHint() const {
     const QFontMetricsF metrics(theme_.font(FontRole::body, QFont::Medium));
     const int text = int(std::ceil(metrics.horizontalAdvance(firstLine() + moreLines()))) + 1;
     const int wanted = theme_.px(textLeft) + text + theme_.px(padding + 2) + buttons;
-    return {std::min(wanted, theme_.px(mostWidth)), theme_.px(40)};
+    const int room = parentWidget()->width() - theme_.px(16);
+    return {std::min({wanted, theme_.px(mostWidth), room}), theme_.px(40)};
 }
 
 void ToastBar::paintEvent(QPaintEvent*) {

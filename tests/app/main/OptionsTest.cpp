@@ -37,6 +37,18 @@ TEST(OptionsTest, valuesStandBehindABlankOrAnEqualsSign) {
     EXPECT_TRUE(options->verbose);
 }
 
+TEST(OptionsTest, theLookCanBeGiven) {
+    const auto options = read({"--tour", "x", "--text-scale=150", "--high-contrast"});
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->task, Options::Task::tour);
+    EXPECT_EQ(options->tourFolder, "x");
+    EXPECT_EQ(options->textScale, 1.5);
+    EXPECT_TRUE(options->highContrast);
+    EXPECT_FALSE(options->reducedMotion);
+    for (const auto* percent : {"", "84", "201", "100%"})
+        EXPECT_FALSE(read({"--text-scale", percent})) << percent;
+}
+
 TEST(OptionsTest, whatMakesNoSenseIsSaidInASentence) {
     EXPECT_EQ(read({"--nic"}).error(), "Neznámá volba „--nic“. Všechny ukáže --help.");
     EXPECT_EQ(read({"--screenshot"}).error(), "Za volbou --screenshot chybí hodnota.");
