@@ -58,8 +58,9 @@ void QuickPreview::follow(const PanelModel& panel, PanelChanges changes) {
     if (&panel != panel_)
         return;
     if (changes & ofItem) {
-        // While a folder is being read, the rows are those of the one before.
-        if (panel.loading() || isSame(subject_, wanted()))
+        // Before the first rows of a folder come, what was shown may as well stay.
+        const bool isBetweenFolders = panel.loading() && panel.items().empty();
+        if (isBetweenFolders || isSame(subject_, wanted()))
             loading_.cancel();
         else
             loading_.schedule(restOfCursor, [this] { load(); });

@@ -27,7 +27,11 @@ QString contentInWords(const ArchiveIndex& archive) {
 }
 
 bool isSizeUnknown(const app::PanelModel& panel, const FileItemView& item) {
-    return panel.archive() && panel.archive()->index->facts().isRaw() && item.size == 0;
+    return isSizeUnknown(panel.archive(), item);
+}
+
+bool isSizeUnknown(const std::optional<app::ArchiveBrowse>& archive, const FileItemView& item) {
+    return archive && archive->index->facts().isRaw() && item.size == 0;
 }
 
 QString archiveBadge(const ArchiveIndex& archive) {

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace fennik::ui {
 
 /// The name of what the panel shows: of the folder, or of the archive, wherever in it.
@@ -15,6 +17,8 @@ QString contentInWords(const ArchiveIndex& archive);
 /// Whether nobody knows how large the item is: a compressed file does not always tell before it is
 /// unpacked.
 bool isSizeUnknown(const app::PanelModel& panel, const FileItemView& item);
+/// The same of an item that lies in an archive, or in none.
+bool isSizeUnknown(const std::optional<app::ArchiveBrowse>& archive, const FileItemView& item);
 /// "tar.gz · jen pro čtení"
 QString archiveBadge(const ArchiveIndex& archive);
 

@@ -3,6 +3,7 @@
 #include "app/model/ItemInspection.h"
 #include "app/ui/FileLook.h"
 #include "app/ui/KeyButton.h"
+#include "app/ui/PanelWords.h"
 #include "app/ui/RunLabel.h"
 #include "app/ui/Text.h"
 #include "app/ui/dialogs/LabelColor.h"
@@ -10,7 +11,6 @@
 #include "core/base/CzechText.h"
 #include "core/listing/Format.h"
 
-#include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -144,7 +144,7 @@ void InfoDialog::addRights() {
 }
 
 void InfoDialog::addArchive(const ArchiveIndex& archive, const QString& name) {
-    auto* line = new QFrame(content_);
+    auto* line = new QWidget(content_);
     line->setFixedHeight(1);
     line->setAutoFillBackground(true);
     const auto paint = [line, &theme = theme()] {
@@ -162,6 +162,7 @@ void InfoDialog::addArchive(const ArchiveIndex& archive, const QString& name) {
     icon->setPixmap(icons().file(FileLook::archive, IconBadge::none, IconGround::panel, side,
                                  devicePixelRatioF()));
     icon->resize(side, side);
+    icon->setAccessibleName(QStringLiteral("archiv"));
     addRow(QStringLiteral("Formát"), fromUtf8(archive.formatLabel()));
     addRow(QStringLiteral("Obsah"), fileCount(archive.fileCount()) + QStringLiteral(", ") +
                                         fromUtf8(Format::bytes(archive.totalSize())) +
@@ -194,6 +195,10 @@ void InfoDialog::showSize(const app::ItemDetails& details) {
             {QStringLiteral(" (%1 %2)").arg(fromUtf8(Format::grouped(bytes)), fromUtf8(noun)),
              tokens.text2}};
     };
+    if (isSizeUnknown(about_.archive, about_.item.view())) {
+        size_->setRuns({{QStringLiteral("—"), tokens.control}});
+        return;
+    }
     if (!isFolder(about_.item)) {
         size_->setRuns(runsOf(details.status ? details.status->size : about_.item.size));
         return;

@@ -1,6 +1,7 @@
 #include "app/ui/preview/PreviewTexts.h"
 
 #include "app/ui/FileLook.h"
+#include "app/ui/PanelWords.h"
 #include "app/ui/Text.h"
 #include "core/base/CzechText.h"
 #include "core/base/Overloaded.h"
@@ -35,7 +36,7 @@ Fact factOf(const app::PreviewContent& content) {
             },
             [](const app::DecodedPicture& picture) {
                 if (picture.pages > 0)
-                    return Fact{QStringLiteral("Stran"), grouped(picture.pages)};
+                    return Fact{QStringLiteral("Počet stran"), grouped(picture.pages)};
                 if (picture.fullWidth == 0)
                     return Fact{};
                 return Fact{QStringLiteral("Rozměry"),
@@ -96,9 +97,10 @@ QString countsOf(const app::PreviewList& list) {
     return text;
 }
 
-std::vector<Fact> facts(const FileItem& item, const app::PreviewContent& content) {
+std::vector<Fact> facts(const app::PreviewSubject& subject, const app::PreviewContent& content) {
+    const auto& item = subject.item;
     std::vector<Fact> facts{{QStringLiteral("Druh"), kindTitle(item.view())}};
-    if (!item.isFolderLike())
+    if (!item.isFolderLike() && !isSizeUnknown(subject.archive, item.view()))
         facts.emplace_back(QStringLiteral("Velikost"), fromUtf8(Format::bytes(item.size)));
     if (auto fact = factOf(content); !fact.first.isEmpty())
         facts.push_back(std::move(fact));

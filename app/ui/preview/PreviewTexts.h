@@ -1,7 +1,6 @@
 #pragma once
 
-#include "app/model/PreviewContent.h"
-#include "core/listing/FileItem.h"
+#include "app/model/PreviewReading.h"
 
 #include <QString>
 
@@ -20,7 +19,7 @@ using Fact = std::pair<QString, QString>;
 QString hex(std::span<const std::byte> bytes, std::size_t bytesPerLine);
 
 /// What stands below the content: first what the item is, then what is known of its content.
-std::vector<Fact> facts(const FileItem& item, const app::PreviewContent& content);
+std::vector<Fact> facts(const app::PreviewSubject& subject, const app::PreviewContent& content);
 
 /// "3 složky, 20 souborů · 5,1 MB"
 QString countsOf(const app::PreviewList& list);

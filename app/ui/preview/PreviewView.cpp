@@ -149,6 +149,9 @@ PreviewView::PreviewView(const UiContext& context, QWidget* parent)
     text_->viewport()->setAutoFillBackground(false);
     text_->document()->setDocumentMargin(theme_.px(14));
     text_->setUndoRedoEnabled(false);
+    for (QAbstractScrollArea* area :
+         {static_cast<QAbstractScrollArea*>(text_), static_cast<QAbstractScrollArea*>(list_)})
+        area->verticalScrollBar()->setAccessibleName(QStringLiteral("Posuvník náhledu"));
     for (auto* part : {static_cast<QWidget*>(notice_), static_cast<QWidget*>(picture_),
                        static_cast<QWidget*>(text_), static_cast<QWidget*>(list_)})
         body_->addWidget(part);
@@ -277,8 +280,9 @@ void PreviewView::showSubject() {
     const auto look = subject ? lookOf(subject->item.view()) : FileLook::file;
     icon_->setPixmap(context_.icons.file(look, IconBadge::none, IconGround::panelInactive,
                                          icon_->width(), devicePixelRatioF()));
+    icon_->setAccessibleName(subject ? kindText(subject->item.view()) : QString());
     icon_->setVisible(subject.has_value());
-    showFacts(subject ? PreviewTexts::facts(subject->item, app::PreviewNothing{})
+    showFacts(subject ? PreviewTexts::facts(*subject, app::PreviewNothing{})
                       : std::vector<PreviewTexts::Fact>());
 }
 
@@ -329,7 +333,7 @@ void PreviewView::showContent(const app::PreviewContent& content) {
                    },
                },
                content);
-    showFacts(PreviewTexts::facts(subject->item, content));
+    showFacts(PreviewTexts::facts(*subject, content));
 }
 
 void PreviewView::showText(const QString& text, const QFont& font, bool isCut) {
