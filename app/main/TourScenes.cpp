@@ -15,6 +15,7 @@
 
 #include <array>
 #include <thread>
+#include <vector>
 
 namespace fennik::app {
 
@@ -74,6 +75,7 @@ Uuid addJob(TourStage& stage, const SampleJob& job) {
                 context.bytesWritten(job.perTick);
                 std::this_thread::sleep_for(20ms);
             }
+            return std::vector{PairOutcome::pending};
         });
 }
 
