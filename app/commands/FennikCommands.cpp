@@ -17,6 +17,7 @@ struct Entry {
 };
 
 constexpr std::array entries{
+    Entry{WindowCommand::settings, "Nastavení…", "cmd+,"},
     Entry{WindowCommand::tips, "Tipy", ""},
     Entry{WindowCommand::shortcuts, "Klávesové zkratky", "f1"},
     Entry{WindowCommand::about, "O aplikaci Fennik", ""},
@@ -49,6 +50,7 @@ std::vector<Menu> menuBar() {
          {
              {toggleHidden},
              {sortName, sortExt, sortSize, sortDate},
+             {MenuChoice::density, MenuChoice::look},
              {operations},
          }},
         {"Panel",
@@ -62,6 +64,7 @@ std::vector<Menu> menuBar() {
          {
              {commandLine, terminal},
              {markAndSize, sizeAllFolders, escape},
+             {WindowCommand::settings},
          }},
         {"Nápověda",
          {

@@ -11,9 +11,12 @@
 namespace fennik::app {
 
 /// What the menus open for the window itself. No actions: their keys, if any, cannot be changed.
-enum class WindowCommand { tips, shortcuts, about };
+enum class WindowCommand { settings, tips, shortcuts, about };
 
-using MenuItem = std::variant<KAction, WindowCommand>;
+/// A choice that the menus offer in a menu of its own.
+enum class MenuChoice { density, look };
+
+using MenuItem = std::variant<KAction, WindowCommand, MenuChoice>;
 
 /// The menu bar, without widgets.
 namespace FennikCommands {

@@ -21,6 +21,11 @@ ShortcutMap startingMap(const ShortcutStore::Load& load, const ShortcutMap& defa
 ShortcutStore::ShortcutStore(ShortcutMap defaults, const Load& load, Save save)
     : defaults_(std::move(defaults)), save_(std::move(save)), map_(startingMap(load, defaults_)) {}
 
+bool ShortcutStore::isChanged(KAction action) const {
+    const auto identifier = KActions::identifier(action);
+    return !std::ranges::equal(map_.combos(identifier), defaults_.combos(identifier));
+}
+
 std::optional<KAction> ShortcutStore::actionFor(const KeyCombo& combo) const {
     const auto owners = actions(combo);
     return owners.empty() ? std::nullopt : std::optional(owners.front());
@@ -51,6 +56,12 @@ ShortcutStore::Assigned ShortcutStore::assign(const KeyCombo& combo, KAction act
 void ShortcutStore::remove(const KeyCombo& combo, KAction action) {
     auto edited = map_;
     edited.remove(combo, KActions::identifier(action));
+    put(std::move(edited));
+}
+
+void ShortcutStore::move(const KeyCombo& combo, KAction action, std::size_t place) {
+    auto edited = map_;
+    edited.move(combo, KActions::identifier(action), place);
     put(std::move(edited));
 }
 

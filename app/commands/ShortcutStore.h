@@ -5,6 +5,7 @@
 
 #include <QObject>
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -36,6 +37,9 @@ public:
     ShortcutStore(ShortcutMap defaults, const Load& load, Save save);
 
     const ShortcutMap& map() const { return map_; }
+    const ShortcutMap& defaults() const { return defaults_; }
+    /// Whether the action has other combinations than by default, or in another order.
+    bool isChanged(KAction action) const;
     /// What a press of `combo` does: of several actions the first by identifier.
     std::optional<KAction> actionFor(const KeyCombo& combo) const;
     /// The combination that stands for the action where there is room for one: the first function
@@ -50,6 +54,8 @@ public:
     /// An owner whose identifier names no action gives way without being asked about.
     Assigned assign(const KeyCombo& combo, KAction action, ShortcutMap::Replacing replacing);
     void remove(const KeyCombo& combo, KAction action);
+    /// As `ShortcutMap::move`.
+    void move(const KeyCombo& combo, KAction action, std::size_t place);
     void reset(KAction action);
     void resetAll();
 

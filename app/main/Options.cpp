@@ -15,18 +15,6 @@ namespace fennik::app {
 
 namespace {
 
-using Look = Options::Look;
-
-std::optional<Look> lookNamed(std::string_view name) {
-    if (name == "system")
-        return Look::system;
-    if (name == "light")
-        return Look::light;
-    if (name == "dark")
-        return Look::dark;
-    return std::nullopt;
-}
-
 /// "1440x900"; none where it is no size a window can have.
 bool readSize(std::string_view text, Options& options) {
     constexpr int most = 8'192;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/model/Look.h"
+
 #include <expected>
 #include <optional>
 #include <span>
@@ -10,7 +12,6 @@ namespace fennik::app {
 /// What the command line asks for.
 struct Options {
     enum class Task { window, screenshot, tour, help, version };
-    enum class Look { system, light, dark };
 
     Task task = Task::window;
     std::string screenshotFile = {}; ///< as given

@@ -45,23 +45,10 @@ void logTo(bool verbose, const std::string& line) {
         std::cerr << line + '\n';
 }
 
-Appearance appearanceFor(Options::Look look, Appearance ofSystem) {
-    switch (look) {
-    case Options::Look::light:
-        return Appearance::light;
-    case Options::Look::dark:
-        return Appearance::dark;
-    case Options::Look::system:
-        break;
-    }
-    return ofSystem;
-}
-
 } // namespace
 
 Session::Session(const Options& options)
-    : look_(options.look),
-      highContrast_(options.highContrast),
+    : highContrast_(options.highContrast),
       reducedMotion_(options.reducedMotion),
       left_(absolutePath(options.left)),
       right_(absolutePath(options.right)),
@@ -70,10 +57,11 @@ Session::Session(const Options& options)
       temporaryPlaces_(UserFolders::cache(), sizingDisk_, mostBytesTaken),
       events_(makeFolderEvents()),
       workspace_(disk_, main_),
+      editors_(disk_, main_),
       settings_(makeSettings(options.task)),
       layout_(system::makeKeyboardLayout()),
       systemAppearance_(ui::appearanceOf(QApplication::palette())),
-      theme_(appearanceFor(look_, systemAppearance_), options.textScale),
+      theme_(systemAppearance_, options.textScale),
       icons_(theme_),
       app_({.panels = {.files = systemFileSystem(),
                        .disk = disk_,
@@ -97,6 +85,7 @@ Session::Session(const Options& options)
             .workspace = workspace_,
             .previews = previews_},
            UserFolders::home()),
+      look_(options.look, systemAppearance_, app_, theme_),
       shortcuts_(
           KActions::defaultMapOffTheMac(),
           [this] {
@@ -111,7 +100,7 @@ Session::Session(const Options& options)
           [this](std::string map) {
               app_.settings().set(SettingKeys::shortcuts, {std::move(map)});
           }),
-      window_({app_, shortcuts_, theme_, icons_}, *layout_) {
+      window_({app_, shortcuts_, theme_, icons_, &editors_}, *layout_) {
     Memory::returnLargeBlocks();
     theme_.setContrast(highContrast_ ? ui::Contrast::high : ui::Contrast::normal);
     ui::Theme::setReducedMotion(reducedMotion_);
@@ -144,19 +133,14 @@ void Session::start(std::function<void()> listing) {
         &colorScheme_, &system::ColorScheme::reducedMotionPreferred, &theme_,
         [this](bool isReduced) { ui::Theme::setReducedMotion(isReduced || reducedMotion_); });
     using Preference = system::ColorScheme::Preference;
-    QObject::connect(&colorScheme_, &system::ColorScheme::preferred, &theme_,
+    QObject::connect(&colorScheme_, &system::ColorScheme::preferred, &look_,
                      [this](Preference preference) {
-                         if (look_ != Options::Look::system)
-                             return;
-                         const auto chosen = preference == Preference::dark    ? Appearance::dark
-                                             : preference == Preference::light ? Appearance::light
-                                                                               : systemAppearance_;
-                         theme_.setAppearance(chosen);
+                         look_.setDesktop(preference == Preference::dark    ? Appearance::dark
+                                          : preference == Preference::light ? Appearance::light
+                                                                            : systemAppearance_);
                      });
     QObject::connect(&colorScheme_, &system::ColorScheme::answered, &window_, [this] { show(); });
-    // Nothing waits for colours that are not asked for.
-    const int patience = look_ == Options::Look::system ? colorPatience : 0;
-    QTimer::singleShot(patience, &window_, [this] { show(); });
+    QTimer::singleShot(look_.followsDesktop() ? colorPatience : 0, &window_, [this] { show(); });
     colorScheme_.start();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/commands/ShortcutStore.h"
+#include "app/main/LookControl.h"
 #include "app/main/Options.h"
 #include "app/model/AppModel.h"
 #include "app/model/ports/KeyboardLayout.h"
@@ -9,6 +10,7 @@
 #include "app/system/ColorScheme.h"
 #include "app/system/DesktopClipboard.h"
 #include "app/system/DesktopWorkspace.h"
+#include "app/system/InstalledEditors.h"
 #include "app/system/MainThread.h"
 #include "app/system/SingleInstance.h"
 #include "app/ui/Icons.h"
@@ -57,7 +59,6 @@ private:
 
     std::unique_ptr<SettingsStore> makeSettings(Options::Task task);
 
-    Options::Look look_;
     bool highContrast_; ///< whatever the desktop wants
     bool reducedMotion_;
     std::optional<std::string> left_; ///< absolute paths, as they were asked for
@@ -77,12 +78,14 @@ private:
     std::unique_ptr<FolderEvents> events_;
     system::DesktopClipboard clipboard_;
     system::DesktopWorkspace workspace_;
+    system::InstalledEditors editors_;
     std::unique_ptr<SettingsStore> settings_;
     std::unique_ptr<KeyboardLayout> layout_;
     ui::Appearance systemAppearance_;
     ui::Theme theme_;
     ui::Icons icons_;
     AppModel app_;
+    LookControl look_;
     ShortcutStore shortcuts_;
     ui::MainWindow window_;
     bool isListing_ = false;

@@ -85,8 +85,8 @@ int runTour(const Options& options) {
         for (const auto& dress : dresses) {
             if (!dress.suffix.empty() && scene.looks == TourScene::Looks::plain)
                 continue;
-            for (const auto& [look, lookSuffix] : {std::pair(Options::Look::light, "-light"),
-                                                   std::pair(Options::Look::dark, "-dark")}) {
+            for (const auto& [look, lookSuffix] :
+                 {std::pair(Look::light, "-light"), std::pair(Look::dark, "-dark")}) {
                 const auto name = std::string(scene.name) + std::string(dress.suffix) + lookSuffix;
                 auto dressed = options;
                 dressed.look = look;

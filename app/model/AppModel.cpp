@@ -21,6 +21,7 @@ constexpr auto saveDelay = std::chrono::milliseconds(300);
 constexpr auto toastStaysFor = std::chrono::seconds(3);
 constexpr std::size_t mostMasks = 5;
 constexpr double bytesOfMegabyte = 1e6;
+constexpr double mostMegabytes = 1e9; ///< a second
 
 /// What is stored of the tabs. A text that somebody wrote into the file by hand has its commas
 /// taken for the ends of texts.
@@ -39,7 +40,7 @@ std::string storedPanels(const Settings& settings) {
 AppModel::AppModel(AppServices services, FileUrl home)
     : services_(std::move(services)),
       home_(std::move(home)),
-      settings_(services_.settings),
+      settings_(services_.settings, [this](std::string_view name) { takeSetting(name); }),
       places_(settings_),
       pathSuggestions_(services_.panels, home_, [this] { emit changed(AppChange::suggestions); }),
       sizeCache_(sizesStayFor),
@@ -81,14 +82,29 @@ AppModel::AppModel(AppServices services, FileUrl home)
                                                    [this] { emit changed(AppChange::preview); })),
       inspection_(std::make_unique<ItemInspection>(services_.panels,
                                                    [this] { emit changed(AppChange::details); })) {
-    if (const auto megabytes = settings_.get(SettingKeys::throttleMBps); megabytes > 0)
-        engine_.setThrottle(std::int64_t(megabytes * bytesOfMegabyte));
+    takeThrottle();
     restore();
     followPanel(PanelSide::left);
     followPanel(PanelSide::right);
 }
 
 AppModel::~AppModel() = default;
+
+void AppModel::takeSetting(std::string_view name) {
+    if (name == SettingKeys::throttleMBps.name)
+        takeThrottle();
+    if (name == SettingKeys::showHidden.name) {
+        left_.takeShowHidden();
+        right_.takeShowHidden();
+    }
+    emit changed(AppChange::settings);
+}
+
+void AppModel::takeThrottle() {
+    const auto megabytes = std::min(settings_.get(SettingKeys::throttleMBps), mostMegabytes);
+    engine_.setThrottle(megabytes > 0 ? std::optional(std::int64_t(megabytes * bytesOfMegabyte))
+                                      : std::nullopt);
+}
 
 void AppModel::restore() {
     savedState_ = storedPanels(settings_);

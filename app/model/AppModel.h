@@ -33,6 +33,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace fennik::app {
@@ -230,6 +231,9 @@ private:
     using Handler = void (*)(AppModel&);
     static Handler handlerOf(KAction action);
 
+    /// Puts into force what is not read whenever it is needed.
+    void takeSetting(std::string_view name);
+    void takeThrottle();
     void followPanel(PanelSide side);
     void restore();
     void scheduleSave();

@@ -3,6 +3,7 @@
 #include "app/model/ports/SettingsStore.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -57,8 +58,12 @@ inline constexpr SettingKey<std::string> settingsTab{"settingsTab"}; ///< "gener
 /// default that was registered for it, else as the type's zero value. Main thread only.
 class Settings {
 public:
+    /// Told that the value under `name` is another one now.
+    using OnChange = std::function<void(std::string_view name)>;
+
     /// `store` outlives the settings. No defaults are registered yet.
-    explicit Settings(SettingsStore& store) : store_(store) {}
+    explicit Settings(SettingsStore& store, OnChange onChange = {})
+        : store_(store), onChange_(std::move(onChange)) {}
 
     /// Registers what the settings window presents when nothing is stored, so that everybody reads
     /// the same. Stores nothing.
@@ -76,7 +81,10 @@ public:
     /// Stores at once.
     template <class T>
     void set(const SettingKey<T>& key, typename SettingKey<T>::Value value) {
+        const bool isChange = get(key) != value;
         store_.setValue(key.name, SettingValue(std::move(value)));
+        if (isChange && onChange_)
+            onChange_(key.name);
     }
 
 private:
@@ -86,6 +94,7 @@ private:
     }
 
     SettingsStore& store_;
+    OnChange onChange_;
     std::map<std::string_view, SettingValue> defaults_;
 };
 

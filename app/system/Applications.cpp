@@ -125,6 +125,17 @@ std::optional<DesktopEntry> Applications::defaultFor(const std::vector<std::stri
     return std::nullopt;
 }
 
+std::map<std::string, DesktopEntry> Applications::allFor(const std::string& type) const {
+    std::map<std::string, DesktopEntry> all;
+    for (const auto& [identifier, file] : files_) {
+        auto entry = DesktopEntry::parse(contentOf(file), file);
+        if (entry && std::ranges::find(entry->types, type) != entry->types.end() &&
+            isInstalled(*entry))
+            all.emplace(identifier, std::move(*entry));
+    }
+    return all;
+}
+
 std::optional<DesktopEntry> Applications::anyFor(const std::string& type,
                                                  const std::vector<std::string>& removed) const {
     std::optional<DesktopEntry> inTerminal;

@@ -24,6 +24,8 @@ public:
     /// rather with a window of its own than in a terminal. Types are tried in their order, the most
     /// special one first.
     std::optional<DesktopEntry> defaultFor(const std::vector<std::string>& types) const;
+    /// All that open the type, by identifier.
+    std::map<std::string, DesktopEntry> allFor(const std::string& type) const;
 
 private:
     struct Choices {

@@ -28,6 +28,7 @@
 #include "app/ui/dialogs/QuitDialog.h"
 #include "app/ui/dialogs/TipsDialog.h"
 #include "app/ui/preview/PreviewView.h"
+#include "app/ui/settings/SettingsWindow.h"
 
 #include <QAccessibleWidget>
 #include <QApplication>
@@ -83,6 +84,7 @@ ToastBar::Button buttonOf(const app::Toast& toast, const KeyCaps& keys) {
 MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
     : context_(context),
       app_(context.app),
+      layout_(layout),
       menuBar_(new MenuBar(context, this)),
       splitter_(new QSplitter(Qt::Horizontal, this)),
       functionKeys_(new FunctionKeyBar(
@@ -289,6 +291,11 @@ void MainWindow::closeCard() {
 void MainWindow::perform(app::WindowCommand command) {
     using enum app::WindowCommand;
     switch (command) {
+    case settings:
+        if (settings_ == nullptr)
+            settings_ = new SettingsWindow(context_, layout_, this);
+        settings_->open();
+        break;
     case tips:
         openCard(tipsCard());
         break;

@@ -26,6 +26,7 @@ class OutputCard;
 class PanelView;
 class PlacesMenu;
 class PreviewView;
+class SettingsWindow;
 class ToastBar;
 
 /// The window: menus, the two panels side by side, the function keys, and what comes up over them.
@@ -88,6 +89,7 @@ private:
 
     UiContext context_;
     app::AppModel& app_;
+    app::KeyboardLayout& layout_;
     MenuBar* menuBar_;
     QSplitter* splitter_;
     std::array<PanelView*, 2> views_{};
@@ -100,6 +102,7 @@ private:
     CommandLineBar* commandLine_;
     CommandPresenter* commands_;
     DialogHost* cards_; ///< the window's own questions and messages, over the dialogs
+    SettingsWindow* settings_ = nullptr; ///< once it has been asked for
     bool closesAnyway_ = false;
     bool menuIsOpen_ = false;
     bool wasPainted_ = false;

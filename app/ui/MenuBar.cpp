@@ -1,11 +1,16 @@
 #include "app/ui/MenuBar.h"
 
 #include "app/ui/ActionMenu.h"
+#include "app/ui/LookChoices.h"
 #include "app/ui/Text.h"
 #include "core/base/Overloaded.h"
 
+#include <QActionGroup>
 #include <QMenu>
 #include <QProxyStyle>
+
+#include <string>
+#include <vector>
 
 namespace fennik::ui {
 
@@ -24,6 +29,25 @@ public:
                    : QProxyStyle::styleHint(hint, option, widget, result);
     }
 };
+
+/// A menu of which one item is ticked: that of the setting's value.
+template <class T>
+void addChoices(QMenu& parent, const QString& title,
+                const std::vector<LookChoices::Choice<T>>& choices,
+                const app::SettingKey<std::string>& key, app::Settings& settings) {
+    auto* menu = parent.addMenu(title);
+    auto* group = new QActionGroup(menu);
+    for (const auto& choice : choices) {
+        const std::string name(nameOf(choice.value));
+        auto* item = menu->addAction(choice.title, menu,
+                                     [&settings, key, name] { settings.set(key, name); });
+        item->setCheckable(true);
+        group->addAction(item);
+        QObject::connect(menu, &QMenu::aboutToShow, item, [&settings, key, name, item] {
+            item->setChecked(settings.get(key) == name);
+        });
+    }
+}
 
 } // namespace
 
@@ -65,6 +89,8 @@ void MenuBar::open() {
 
 void MenuBar::build() {
     clear();
+    for (auto* menu : findChildren<QMenu*>(Qt::FindDirectChildrenOnly))
+        menu->deleteLater(); // it may be the one that was chosen from
     for (const auto& [title, sections] : app::FennikCommands::menuBar()) {
         auto* menu = addMenu(fromUtf8(title));
         menu->setAccessibleName(fromUtf8(title));
@@ -76,7 +102,7 @@ void MenuBar::build() {
             for (const auto& item : section)
                 std::visit(
                     Overloaded{[&](app::KAction action) { addItem(*menu, context_, action); },
-                               [&](app::WindowCommand command) { add(*menu, command); }},
+                               [&](auto other) { add(*menu, other); }},
                     item);
         }
     }
@@ -85,6 +111,15 @@ void MenuBar::build() {
 void MenuBar::add(QMenu& menu, app::WindowCommand command) {
     connect(addItem(menu, context_, command), &QAction::triggered, this,
             [this, command] { emit commandChosen(command); });
+}
+
+void MenuBar::add(QMenu& menu, app::MenuChoice choice) {
+    if (choice == app::MenuChoice::density)
+        addChoices(menu, LookChoices::densityTitle, LookChoices::densities(),
+                   app::SettingKeys::density, context_.app.settings());
+    else
+        addChoices(menu, LookChoices::lookTitle, LookChoices::looks(), app::SettingKeys::appearance,
+                   context_.app.settings());
 }
 
 } // namespace fennik::ui

@@ -25,6 +25,7 @@ signals:
 private:
     void build();
     void add(QMenu& menu, app::WindowCommand command);
+    void add(QMenu& menu, app::MenuChoice choice);
     void takeTheme();
     void nameUndo();
 

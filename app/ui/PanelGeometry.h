@@ -14,7 +14,7 @@ class PanelGeometry {
 public:
     explicit PanelGeometry(const Theme& theme) : theme_(theme) {}
 
-    int rowHeight() const { return theme_.px(24); }
+    int rowHeight() const { return theme_.rowHeight(); }
     int gutter() const { return theme_.px(24); } ///< left of the icon, for the tick
     int icon() const { return theme_.px(16); }
     int iconGap() const { return theme_.px(8); }

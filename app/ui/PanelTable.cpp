@@ -59,9 +59,15 @@ PanelTable::PanelTable(app::PanelModel& panel, const Theme& theme, Icons& icons,
 }
 
 void PanelTable::takeTheme() {
-    verticalHeader()->setDefaultSectionSize(geometry_.rowHeight());
     verticalScrollBar()->setStyleSheet(theme_.styleSheet());
     setFocusLook(look_);
+    if (verticalHeader()->defaultSectionSize() == geometry_.rowHeight())
+        return;
+    verticalHeader()->setDefaultSectionSize(geometry_.rowHeight());
+    showCursor();
+    wantLinkTargets();
+    noteView();
+    emit itemsPlaced();
 }
 
 void PanelTable::setFocusLook(FocusLook look) {

@@ -20,6 +20,7 @@ namespace fennik::ui {
 namespace {
 
 constexpr double basePixels = 13;
+constexpr int lineHeight = 16; // of a row's text at the default size
 
 Tokens lightTokens() {
     return {
@@ -129,6 +130,18 @@ QString firstInstalled(const QStringList& families, const QString& otherwise) {
     return found == families.end() ? otherwise : *found;
 }
 
+int rowHeightOf(app::Density density) {
+    switch (density) {
+    case app::Density::compact:
+        return 20;
+    case app::Density::regular:
+        return 24;
+    case app::Density::comfortable:
+        break;
+    }
+    return 30;
+}
+
 double pixelsOf(FontRole role) {
     switch (role) {
     case FontRole::body:
@@ -181,6 +194,18 @@ void Theme::setContrast(Contrast contrast) {
     contrast_ = contrast;
     apply();
     emit changed();
+}
+
+void Theme::setDensity(app::Density density) {
+    if (density == density_)
+        return;
+    density_ = density;
+    emit changed();
+}
+
+int Theme::rowHeight() const {
+    // What stands above and below a line does not grow with the text.
+    return rowHeightOf(density_) + px(lineHeight) - lineHeight;
 }
 
 QFont Theme::font(FontRole role, QFont::Weight weight) const {
@@ -246,6 +271,10 @@ QString Theme::styleSheet() const {
         QLineEdit:focus { border: 2px solid $accent; padding: 0 $focusedPaddingpx; }
         QLineEdit[invalid="true"] { border: 2px solid $err; padding: 0 $focusedPaddingpx; }
         QLineEdit:disabled { background: $chrome; color: $disabled; }
+        QComboBox QAbstractItemView { background: $raised; color: $text; border: 1px solid $line;
+            padding: 4u; outline: 0; }
+        QComboBox QAbstractItemView::item { min-height: 28u; padding: 0 6u; border-radius: 5u; }
+        QComboBox QAbstractItemView::item:selected { background: $accent; color: $onAccent; }
         QToolTip { background: $raised; color: $text; border: 1px solid $line; padding: 4u 6u; }
         QScrollBar { background: transparent; margin: 0; }
         QScrollBar:vertical { width: 10px; }

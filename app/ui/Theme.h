@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/model/Look.h"
+
 #include <QColor>
 #include <QFont>
 #include <QObject>
@@ -54,6 +56,10 @@ public:
     Contrast contrast() const { return contrast_; }
     void setContrast(Contrast contrast);
     const Tokens& tokens() const { return Tokens::of(appearance_, contrast_); }
+    app::Density density() const { return density_; }
+    void setDensity(app::Density density);
+    /// Of a row in a panel, in device-independent pixels.
+    int rowHeight() const;
 
     QFont font(FontRole role, QFont::Weight weight = QFont::Normal) const;
     /// A measure given for the default text size, in device-independent pixels of this one.
@@ -67,7 +73,7 @@ public:
     static void setReducedMotion(bool isReduced);
 
 signals:
-    /// The colours or the contrast are others now.
+    /// The colours, the contrast or the height of the rows are others now.
     void changed();
 
 private:
@@ -75,6 +81,7 @@ private:
 
     Appearance appearance_;
     Contrast contrast_ = Contrast::normal;
+    app::Density density_ = app::Density::regular;
     double scale_;
     QString family_;
     QString fixedFamily_;

@@ -2,6 +2,7 @@
 
 #include "app/commands/ShortcutStore.h"
 #include "app/model/AppModel.h"
+#include "app/model/ports/TextEditors.h"
 #include "app/ui/Icons.h"
 #include "app/ui/KeyCaps.h"
 #include "app/ui/Theme.h"
@@ -14,6 +15,7 @@ struct UiContext {
     app::ShortcutStore& shortcuts;
     const Theme& theme;
     Icons& icons;
+    app::TextEditors* editors = nullptr; ///< to choose from; none: nobody knows any
 
     KeyCaps keys() const { return KeyCaps(shortcuts); }
 };

@@ -1,6 +1,7 @@
 #include "core/keys/ShortcutMap.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <unordered_set>
 #include <utility>
 
@@ -65,6 +66,21 @@ void ShortcutMap::remove(const KeyCombo& combo, std::string_view action) {
     const KeyCombo removed{combo.key, combo.modifiers}; // `combo` may lie in this very list
     if (const auto found = bindings.find(action); found != bindings.end())
         std::erase(found->second, removed);
+}
+
+void ShortcutMap::move(const KeyCombo& combo, std::string_view action, std::size_t place) {
+    const auto list = bindings.find(action);
+    if (list == bindings.end())
+        return;
+    auto& combos = list->second;
+    const auto from = std::ranges::find(combos, combo);
+    if (from == combos.end())
+        return;
+    const auto to = combos.begin() + std::ptrdiff_t(std::min(place, combos.size() - 1));
+    if (from < to)
+        std::rotate(from, from + 1, to + 1);
+    else
+        std::rotate(to, from, from + 1);
 }
 
 void ShortcutMap::reset(std::string_view action, const ShortcutMap& defaults) {

@@ -2,6 +2,7 @@
 
 #include "core/keys/KeyCombo.h"
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <optional>
@@ -44,6 +45,9 @@ struct ShortcutMap {
     /// when replacing. Otherwise an owner makes it return false and leave the map as it is.
     bool assign(KeyCombo combo, std::string_view action, Replacing replacing);
     void remove(const KeyCombo& combo, std::string_view action);
+    /// Gives one of the action's combinations another place in its list; one behind the end is the
+    /// last.
+    void move(const KeyCombo& combo, std::string_view action, std::size_t place);
     /// Gives the action its default combinations, without those that another action has now.
     void reset(std::string_view action, const ShortcutMap& defaults);
     /// Takes over the actions that are absent here, without the combinations that are taken.

@@ -285,10 +285,8 @@ void AppModel::confirmTrash(AskNextTime askNextTime) {
     if (dialog == nullptr)
         return;
     auto items = dialog->items;
-    if (askNextTime == AskNextTime::no) {
+    if (askNextTime == AskNextTime::no)
         settings_.set(SettingKeys::confirmTrash, false);
-        emit changed(AppChange::settings);
-    }
     closeDialog();
     moveToTrash(std::move(items));
 }

@@ -185,9 +185,6 @@ void AppModel::pathFromClipboard() {
 void AppModel::toggleHidden() {
     const bool shows = !settings_.get(SettingKeys::showHidden);
     settings_.set(SettingKeys::showHidden, shows);
-    left_.takeShowHidden();
-    right_.takeShowHidden();
-    emit changed(AppChange::settings);
     showToast(shows ? "Skryté soubory zobrazeny" : "Skryté soubory schované");
 }
 

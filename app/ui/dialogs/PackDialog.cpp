@@ -115,10 +115,10 @@ PackDialog::PackDialog(const app::PackDialog& dialog, const SourceItems& sources
                        const QString& subtitle, const Theme& theme, Icons& icons, QWidget* parent)
     : FieldDialog(textsOf(sources, subtitle), theme, icons, parent),
       name_(new ArchiveNameField(stemOf(dialog.answer), theme, nullptr)),
-      format_(new SegmentedControl(QStringLiteral("Formát"), formats(), theme, nullptr)),
+      format_(new SegmentedControl(QStringLiteral("Formát"), formats(), theme, icons, nullptr)),
       levelText_(new QLabel),
       level_(new LevelSlider(QStringLiteral("Komprese"), leastLevel, mostLevel, theme, nullptr)),
-      place_(new SegmentedControl(QStringLiteral("Kam"), places(dialog), theme, nullptr)),
+      place_(new SegmentedControl(QStringLiteral("Kam"), places(dialog), theme, icons, nullptr)),
       password_(new PasswordField(QStringLiteral("Heslo"), {.lock = true, .showButton = true},
                                   theme, icons, nullptr)),
       repeated_(new PasswordField(QStringLiteral("Heslo ještě jednou"), {.lock = true}, theme,

@@ -16,13 +16,19 @@ constexpr double controlHeight = 32;
 constexpr double padding = 14;
 constexpr double detailGap = 8;
 constexpr double radius = 7;
+constexpr double iconSide = 16;
+constexpr double iconGap = 7;
 
 } // namespace
 
 class SegmentedControl::Segment final : public QAbstractButton {
 public:
-    Segment(const Choice& choice, const Theme& theme, QWidget* parent)
-        : QAbstractButton(parent), detail_(choice.detail), theme_(theme) {
+    Segment(const Choice& choice, const Theme& theme, Icons& icons, QWidget* parent)
+        : QAbstractButton(parent),
+          detail_(choice.detail),
+          icon_(choice.icon),
+          theme_(theme),
+          icons_(icons) {
         setText(choice.title);
         setAccessibleName(detail_.isEmpty() ? choice.title
                                             : choice.title + QStringLiteral(", ") + detail_);
@@ -40,6 +46,10 @@ public:
 
     QSize sizeHint() const override {
         return {fontMetrics().horizontalAdvance(text()), theme_.px(controlHeight)};
+    }
+    int naturalWidth() const {
+        const QFontMetrics metrics(theme_.font(FontRole::body, QFont::DemiBold));
+        return metrics.horizontalAdvance(text()) + iconRoom() + 2 * theme_.px(padding) + 2;
     }
 
 protected:
@@ -63,19 +73,30 @@ protected:
     }
 
 private:
+    int iconRoom() const { return icon_.isEmpty() ? 0 : theme_.px(iconSide + iconGap); }
+
     void paintWords(QPainter& painter) const {
         const auto& tokens = theme_.tokens();
         const auto font =
             theme_.font(FontRole::body, isChecked() ? QFont::DemiBold : QFont::Normal);
         const int side = std::min(theme_.px(padding), width() / 8);
-        const auto area = rect().adjusted(side, 0, -side, 0);
+        auto area = rect().adjusted(side, 0, -side, 0);
         const QFontMetrics metrics(font);
-        const auto title = metrics.elidedText(text(), Qt::ElideRight, area.width());
+        const auto title = metrics.elidedText(text(), Qt::ElideRight, area.width() - iconRoom());
+        const auto color = isChecked()   ? tokens.accentText
+                           : isEnabled() ? tokens.text
+                                         : tokens.control;
+        if (!icon_.isEmpty()) {
+            const int icon = theme_.px(iconSide);
+            const int whole = iconRoom() + metrics.horizontalAdvance(title);
+            area.setLeft(area.left() + (area.width() - whole) / 2);
+            painter.drawPixmap(area.left(), (height() - icon) / 2,
+                               icons_.line(icon_, icon, color, devicePixelRatioF()));
+            area.setLeft(area.left() + iconRoom());
+        }
         painter.setFont(font);
-        painter.setPen(isChecked()   ? tokens.accentText
-                       : isEnabled() ? tokens.text
-                                     : tokens.control);
-        const auto place = detail_.isEmpty() ? Qt::AlignHCenter : Qt::AlignLeft;
+        painter.setPen(color);
+        const auto place = detail_.isEmpty() && icon_.isEmpty() ? Qt::AlignHCenter : Qt::AlignLeft;
         painter.drawText(area, int(place | Qt::AlignVCenter) | Qt::TextSingleLine, title);
         const int used = metrics.horizontalAdvance(title) + theme_.px(detailGap);
         if (detail_.isEmpty() || used >= area.width())
@@ -92,11 +113,13 @@ private:
     }
 
     QString detail_;
+    QString icon_;
     const Theme& theme_;
+    Icons& icons_;
 };
 
 SegmentedControl::SegmentedControl(const QString& name, const std::vector<Choice>& choices,
-                                   const Theme& theme, QWidget* parent)
+                                   const Theme& theme, Icons& icons, QWidget* parent)
     : QWidget(parent), theme_(theme) {
     setAccessibleRole(*this, QAccessible::Grouping);
     setAccessibleName(name);
@@ -105,8 +128,9 @@ SegmentedControl::SegmentedControl(const QString& name, const std::vector<Choice
     layout->setContentsMargins({});
     layout->setSpacing(0);
     for (const auto& choice : choices) {
-        auto* segment = new Segment(choice, theme, this);
-        layout->addWidget(segment, 1);
+        auto* segment = new Segment(choice, theme, icons, this);
+        // Wider words get more of the room.
+        layout->addWidget(segment, segment->naturalWidth());
         connect(segment, &QAbstractButton::toggled, this,
                 [this, index = int(segments_.size())](bool isChosen) {
                     if (isChosen)
@@ -124,6 +148,13 @@ int SegmentedControl::chosen() const {
 
 void SegmentedControl::choose(int index) {
     segments_[std::size_t(index)]->setChecked(true);
+}
+
+int SegmentedControl::naturalWidth() const {
+    int width = 0;
+    for (const auto* segment : segments_)
+        width += segment->naturalWidth();
+    return width;
 }
 
 QSize SegmentedControl::sizeHint() const {

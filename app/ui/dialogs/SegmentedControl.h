@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/ui/Icons.h"
 #include "app/ui/Theme.h"
 
 #include <QWidget>
@@ -19,15 +20,18 @@ public:
         QString title = {};
         QString detail = {}; ///< behind the title, may be empty
         Availability availability = Availability::available;
+        QString icon = {}; ///< for `Icons::line`, before the title, may be empty
     };
 
     /// `name` is what screen readers call it. The first choice is chosen.
     SegmentedControl(const QString& name, const std::vector<Choice>& choices, const Theme& theme,
-                     QWidget* parent);
+                     Icons& icons, QWidget* parent);
 
     int chosen() const;
     void choose(int index);
 
+    /// With which nothing is cut off, in segments as wide as their words.
+    int naturalWidth() const;
     QSize sizeHint() const override;
 
 signals:

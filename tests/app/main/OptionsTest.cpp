@@ -33,7 +33,7 @@ TEST(OptionsTest, valuesStandBehindABlankOrAnEqualsSign) {
     EXPECT_EQ(options->screenshotFile, "a.png");
     EXPECT_EQ(options->width, 760);
     EXPECT_EQ(options->height, 480);
-    EXPECT_EQ(options->look, Options::Look::dark);
+    EXPECT_EQ(options->look, app::Look::dark);
     EXPECT_TRUE(options->verbose);
 }
 
