@@ -8,6 +8,7 @@
 #include <QActionGroup>
 #include <QMenu>
 #include <QProxyStyle>
+#include <QToolButton>
 
 #include <string>
 #include <vector>
@@ -70,6 +71,15 @@ MenuBar::MenuBar(const UiContext& context, QWidget* parent) : QMenuBar(parent), 
 
 void MenuBar::takeTheme() {
     setStyleSheet(context_.theme.styleSheet());
+    // The toolkit's own, where there is no room for all menus.
+    auto* more = findChild<QToolButton*>(QStringLiteral("qt_menubar_ext_button"));
+    if (more == nullptr)
+        return;
+    const int side = context_.theme.px(16);
+    more->setAccessibleName(QStringLiteral("Další nabídky"));
+    more->setIcon(context_.icons.line(QStringLiteral("chevrons-right"), side,
+                                      context_.theme.tokens().text, devicePixelRatioF()));
+    more->setIconSize({side, side});
 }
 
 void MenuBar::nameUndo() {

@@ -1,14 +1,14 @@
 #include "app/ui/Theme.h"
 
+#include "app/ui/WindowStyle.h"
+
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QPalette>
-#include <QProxyStyle>
 #include <QRegularExpression>
 #include <QScreen>
 #include <QStyle>
-#include <QStyleFactory>
 
 #include <algorithm>
 #include <array>
@@ -102,19 +102,6 @@ Tokens highContrast(Tokens tokens) {
         *soft = tokens.panel;
     return tokens;
 }
-
-/// A style in which nothing moves on its own.
-class StillStyle final : public QProxyStyle {
-public:
-    using QProxyStyle::QProxyStyle;
-
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* result) const override {
-        return hint == SH_Widget_Animation_Duration
-                   ? 0
-                   : QProxyStyle::styleHint(hint, option, widget, result);
-    }
-};
 
 /// The size the desktop asks for. Without a desktop, the toolkit's own small default says nothing.
 double systemScale() {
@@ -225,10 +212,10 @@ bool Theme::reducedMotion() {
 }
 
 void Theme::setReducedMotion(bool isReduced) {
-    if (isReduced == (dynamic_cast<StillStyle*>(QApplication::style()) != nullptr))
-        return;
-    const auto name = QStringLiteral("Fusion");
-    QApplication::setStyle(isReduced ? new StillStyle(name) : QStyleFactory::create(name));
+    auto* style = qobject_cast<WindowStyle*>(QApplication::style());
+    if (style == nullptr)
+        QApplication::setStyle(style = new WindowStyle);
+    style->setReducedMotion(isReduced);
 }
 
 void Theme::apply() const {

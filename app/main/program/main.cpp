@@ -6,6 +6,7 @@
 #include "app/system/SettingsFile.h"
 #include "app/system/SingleInstance.h"
 #include "app/system/TerminationSignals.h"
+#include "app/ui/WindowStyle.h"
 #include "core/archives/helper/ArchiveHelper.h"
 #include "core/platform/UserFolders.h"
 
@@ -113,7 +114,7 @@ int main(int argumentCount, char** arguments) {
     if (options->task == Options::Task::window && instance.handOver(secondStart(*options)))
         return 0;
     qInstallMessageHandler(passToolkitMessage);
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setStyle(new ui::WindowStyle);
     QApplication::setApplicationName(QStringLiteral("Fennik"));
     QApplication::setApplicationVersion(QStringLiteral(FENNIK_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("fennik"));

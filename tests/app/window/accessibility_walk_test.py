@@ -30,11 +30,9 @@ class Walk(WindowTest):
 
     def faults(self):
         states = self.desktop.accessibility.StateType
-        for control in self.fennik.all():
+        for control in self.in_view():
             role = control.get_role_name()
             held = control.get_state_set()
-            if not held.contains(states.SHOWING):
-                continue
             actions = control.get_action_iface()
             is_usable = held.contains(states.FOCUSABLE) or actions and actions.get_n_actions() > 0
             name = control.get_name().strip()
@@ -42,6 +40,12 @@ class Walk(WindowTest):
                 yield f"{role} without a name in {self.path_of(control)}"
             if is_usable and role not in USABLE | STRUCTURE:
                 yield f"{name!r} is a {role} in {self.path_of(control)}"
+
+    def in_view(self):
+        """What is in view in any window, without the rows of panels, which have tests of their own."""
+        application = self.fennik.application
+        for index in range(application.get_child_count()):
+            yield from self.fennik.in_view(application.get_child_at_index(index))
 
     @staticmethod
     def path_of(control):
