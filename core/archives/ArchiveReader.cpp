@@ -454,7 +454,6 @@ Result<std::optional<StreamEntry>> ArchiveReader::next() {
         }
         if (state_->convert(*met, **result))
             return result;
-        result->emplace();
     }
 }
 
