@@ -1,4 +1,5 @@
 #include "tests/support/AppFixture.h"
+#include "tests/support/JobBody.h"
 
 #include <future>
 
@@ -56,11 +57,11 @@ TEST_F(AppSettingsTest, aJobAtWorkFeelsAnotherLimitOfSpeed) {
     std::promise<void> begins;
     std::promise<void> ends;
     auto end = ends.get_future();
-    model.engine().enqueue({}, {}, [&](OperationContext& context) {
-        begins.set_value();
-        context.bytesWritten(1000);
-        ends.set_value();
-    });
+    model.engine().enqueue({}, {}, bodyOf([&](OperationContext& context) {
+                               begins.set_value();
+                               context.bytesWritten(1000);
+                               ends.set_value();
+                           }));
     begins.get_future().wait();
     EXPECT_EQ(end.wait_for(std::chrono::milliseconds(100)), std::future_status::timeout);
     model.settings().set(SettingKeys::throttleMBps, 0);
