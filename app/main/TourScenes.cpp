@@ -235,7 +235,7 @@ void playPassword(TourStage& stage) {
 }
 
 void playMask(TourStage& stage) {
-    stage.app().applyMask(Marking::mark, "*.jpg");
+    stage.app().settings().set(SettingKeys::maskHistory, {"*.jpg"});
     openDialog(stage, KAction::markMask);
     stage.type(QStringLiteral("*.pdf *.docx"));
     stage.wait(300ms);

@@ -251,7 +251,7 @@ TEST_F(ArchivePanelTest, whereThereIsLittleRoomTheBadgeGivesWayToThePath) {
     EXPECT_TRUE(badge->isVisible());
     EXPECT_EQ(badge->accessibleName(), "ZIP · jen pro čtení");
     EXPECT_EQ((*(crumbs().end() - 2))->title(), "web.zip");
-    view().pathBar().resize(280, view().pathBar().height());
+    view().pathBar().resize(300, view().pathBar().height());
     EXPECT_FALSE(badge->isVisible());
     EXPECT_EQ(crumbs().back()->title(), "css");
     window.resize(1440, 900);

@@ -29,9 +29,9 @@ protected:
         open(shortcuts);
     }
 
-    void open(app::ShortcutStore& store) {
+    void open(app::ShortcutStore& shown) {
         editor =
-            std::make_unique<SettingsWindow>(UiContext{app, store, theme, icons}, layout, &window);
+            std::make_unique<SettingsWindow>(UiContext{app, shown, theme, icons}, layout, &window);
         editor->open();
         EXPECT_TRUE(QTest::qWaitForWindowActive(editor.get()));
     }
