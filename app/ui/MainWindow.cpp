@@ -184,11 +184,13 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
 }
 
 MainWindow::~MainWindow() {
-    // The focus moves while the window's parts go, and so does the window itself.
+    // The focus moves while the window's parts go, and so does the window itself. An open menu that has
+    // it would tell the bar of its loss when that is gone already.
     disconnect(qApp, nullptr, this, nullptr);
-    // An open menu has the focus, and would tell the bar of its loss when that is gone already.
     while (auto* popup = QApplication::activePopupWidget())
         popup->close();
+    if (auto* focus = QApplication::focusWidget())
+        focus->clearFocus();
     hide();
 }
 

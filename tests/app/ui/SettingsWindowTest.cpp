@@ -31,7 +31,6 @@ public:
 class SettingsWindowTest : public WindowFixture {
 protected:
     SettingsWindowTest() {
-        app.settings().registerDefaults();
         window.show();
         settingsWindow.open();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&settingsWindow));
