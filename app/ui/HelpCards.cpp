@@ -96,9 +96,12 @@ QString licenses() {
         Part{"libarchive – BSD, https://libarchive.org", "libarchive"},
         Part{"ICU – Unicode, https://icu.unicode.org", "icu"},
         Part{"JSON for Modern C++ – MIT, https://json.nlohmann.me", "json"},
+        Part{"MediaInfo, v programu fennik-preview – BSD, https://mediaarea.net", "mediainfo"},
         Part{"Písmo Inter – SIL Open Font License 1.1, https://rsms.me/inter", "inter"},
         Part{"Ikony Lucide – ISC, https://lucide.dev", "lucide"},
-        Part{"GNU General Public License 3, na kterou se licence Qt odvolává", "gpl"},
+        Part{"Poppler, v programu fennik-preview – GNU General Public License, "
+             "https://poppler.freedesktop.org; odvolává se na ni i licence Qt",
+             "gpl"},
     };
     QStringList texts;
     for (const auto& [heading, name] : parts) {

@@ -100,8 +100,8 @@ AboutDialog::AboutDialog(const Theme& theme, Icons& icons, QWidget* parent)
         QStringLiteral("Dvoupanelový správce souborů, který se řídí hlavně z klávesnice."),
         FontRole::body, QFont::Normal, &Tokens::text2, theme);
     auto* parts = paragraph(QStringLiteral("Používá Qt (LGPL), libarchive (BSD), ICU (Unicode), "
-                                           "JSON for Modern C++ (MIT), písmo Inter (OFL) a ikony "
-                                           "Lucide (ISC)."),
+                                           "JSON for Modern C++ (MIT), Poppler (GPL), MediaInfo "
+                                           "(BSD), písmo Inter (OFL) a ikony Lucide (ISC)."),
                             FontRole::detail, QFont::Normal, &Tokens::text3, theme);
     auto* texts = new QVBoxLayout;
     texts->setContentsMargins(theme.px(30), theme.px(28), theme.px(30), theme.px(26));
