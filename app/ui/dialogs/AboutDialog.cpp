@@ -19,7 +19,7 @@ namespace {
 
 constexpr int cardWidth = 400;
 constexpr int portraitSide = 92;
-constexpr int textWidth = 340;
+constexpr int textWidth = 330; ///< less than there is, so that an outline does not wrap it anew
 
 /// The head of a little window: its title between two equal margins.
 class Head final : public QWidget {
