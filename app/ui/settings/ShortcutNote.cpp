@@ -82,10 +82,11 @@ void ShortcutNote::takeTheme() {
 
 void ShortcutNote::keyPressEvent(QKeyEvent* event) {
     // No key of the row behind may mean something while the question waits.
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (event->key() == Qt::Key_Escape)
         emit declined();
-    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        event->ignore(); // presses the button
+    else if (isEnter && !event->isAutoRepeat())
+        (decline_->hasFocus() ? decline_ : confirm_)->click();
 }
 
 void ShortcutNote::paintEvent(QPaintEvent*) {

@@ -13,6 +13,7 @@
 #include <QTest>
 
 #include <gmock/gmock.h>
+#include <memory>
 
 namespace fennik::test {
 
@@ -32,18 +33,20 @@ class SettingsWindowTest : public WindowFixture {
 protected:
     SettingsWindowTest() {
         window.show();
-        settingsWindow.open();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&settingsWindow));
+        settingsWindow = std::make_unique<SettingsWindow>(
+            UiContext{app, shortcuts, theme, icons, &editors}, layout, &window);
+        settingsWindow->open();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(settingsWindow.get()));
     }
 
     template <class T>
     T& part(const char* name) {
-        return *settingsWindow.findChild<T*>(name);
+        return *settingsWindow->findChild<T*>(name);
     }
     static void press(int key) { QTest::keyClick(QApplication::focusWidget(), Qt::Key(key)); }
 
     KnownEditors editors;
-    SettingsWindow settingsWindow{{app, shortcuts, theme, icons, &editors}, layout, &window};
+    std::unique_ptr<SettingsWindow> settingsWindow; ///< begins when there are defaults
 };
 
 } // namespace
@@ -63,7 +66,7 @@ TEST_F(SettingsWindowTest, whatIsChosenIsStoredAndWhatIsChangedElsewhereIsShown)
     EXPECT_FALSE(app.settings().get(Keys::showHidden));
 
     part<QAbstractButton>("operationsTab").click();
-    EXPECT_EQ(settingsWindow.windowTitle(), "Nastavení – Operace");
+    EXPECT_EQ(settingsWindow->windowTitle(), "Nastavení – Operace");
     EXPECT_EQ(app.settings().get(Keys::settingsTab), "operations");
     app.settings().set(Keys::confirmTrash, false);
     EXPECT_FALSE(part<CheckBox>("confirmTrash").isChecked());
@@ -92,7 +95,7 @@ TEST_F(SettingsWindowTest, everyWordTakesTheColoursOfAnotherTheme) {
     for (const auto* tab : {"operationsTab", "keysTab"})
         part<QAbstractButton>(tab).click();
     theme.setAppearance(Appearance::dark);
-    for (const auto* label : settingsWindow.findChildren<QLabel*>())
+    for (const auto* label : settingsWindow->findChildren<QLabel*>())
         EXPECT_GT(label->palette().color(QPalette::WindowText).lightness(), 128)
             << label->text().toStdString();
 }
@@ -104,7 +107,7 @@ TEST_F(SettingsWindowTest, anEditorIsTypedOrChosenAmongThoseInstalled) {
     EXPECT_EQ(app.settings().get(Keys::editorApp), "vi");
     part<QAbstractButton>("chooseEditor").click();
     const auto choose = [this](int index) {
-        settingsWindow.findChild<QMenu*>()->actions().at(index)->trigger();
+        settingsWindow->findChild<QMenu*>()->actions().at(index)->trigger();
     };
     choose(2); // behind the standard one and a line
     EXPECT_EQ(app.settings().get(Keys::editorApp), "psani.desktop");

@@ -29,9 +29,9 @@ protected:
         open(shortcuts);
     }
 
-    void open(app::ShortcutStore& shown) {
+    void open(app::ShortcutStore& edited) {
         editor =
-            std::make_unique<SettingsWindow>(UiContext{app, shown, theme, icons}, layout, &window);
+            std::make_unique<SettingsWindow>(UiContext{app, edited, theme, icons}, layout, &window);
         editor->open();
         EXPECT_TRUE(QTest::qWaitForWindowActive(editor.get()));
     }
@@ -111,7 +111,8 @@ TEST_F(ShortcutEditorTest, aCombinationOfAnotherActionMovesOnlyWhenThatIsConfirm
     press(Qt::Key_Return);
     EXPECT_THAT(combos(KAction::copy), ElementsAre("F5", "⌥⌘C"));
     EXPECT_THAT(combos(KAction::copyPath), IsEmpty());
-    EXPECT_EQ(row(KAction::copyPath).accessibleName(), "Kopírovat cestu, bez zkratky, změněno");
+    EXPECT_EQ(row(KAction::copyPath).accessibleName().toStdString(),
+              "Kopírovat cestu, bez zkratky, změněno");
     EXPECT_EQ(focusName(), "copyRow");
 }
 
