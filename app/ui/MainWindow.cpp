@@ -184,8 +184,8 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
 }
 
 MainWindow::~MainWindow() {
-    // The focus moves while the window's parts go, and so does the window itself. An open menu that has
-    // it would tell the bar of its loss when that is gone already.
+    // The focus moves while the window's parts go, and so does the window itself. An open menu that
+    // has it would tell the bar of its loss when that is gone already.
     disconnect(qApp, nullptr, this, nullptr);
     while (auto* popup = QApplication::activePopupWidget())
         popup->close();

@@ -19,9 +19,7 @@ namespace {
 
 constexpr int cardWidth = 400;
 constexpr int portraitSide = 92;
-constexpr int textWidth = 330; ///< less than there is, so that an outline does not wrap it anew
-
-/// The head of a little window: its title between two equal margins.
+constexpr int textWidth = 340;
 class Head final : public QWidget {
 public:
     Head(const QString& title, IconButton* close, const Theme& theme) : theme_(theme) {
@@ -99,10 +97,10 @@ AboutDialog::AboutDialog(const Theme& theme, Icons& icons, QWidget* parent)
     auto* sentence = paragraph(
         QStringLiteral("Dvoupanelový správce souborů, který se řídí hlavně z klávesnice."),
         FontRole::body, QFont::Normal, &Tokens::text2, theme);
-    auto* parts = paragraph(QStringLiteral("Používá Qt (LGPL), libarchive (BSD), ICU (Unicode), "
-                                           "JSON for Modern C++ (MIT), Poppler (GPL), MediaInfo "
-                                           "(BSD), písmo Inter (OFL) a ikony Lucide (ISC)."),
-                            FontRole::detail, QFont::Normal, &Tokens::text3, theme);
+    auto* parts = paragraph(
+        QStringLiteral("Používá Qt (LGPL), libarchive (BSD), ICU (Unicode), JSON for Modern C++ "
+                       "(MIT), Poppler (GPL), MediaInfo (BSD), Inter (OFL) a Lucide (ISC)."),
+        FontRole::detail, QFont::Normal, &Tokens::text3, theme);
     auto* texts = new QVBoxLayout;
     texts->setContentsMargins(theme.px(30), theme.px(28), theme.px(30), theme.px(26));
     texts->setSpacing(0);

@@ -72,6 +72,7 @@ DialogCard::DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWi
 
     cancel_->setObjectName(QStringLiteral("dialogCancel"));
     confirm_->setObjectName(QStringLiteral("dialogConfirm"));
+    area_->verticalScrollBar()->setAccessibleName(QStringLiteral("Posuvník dialogu"));
     confirm_->setLook(KeyButtonLook::primary);
     other_->setObjectName(QStringLiteral("dialogOther"));
     for (auto* button : {other_, cancel_, confirm_}) {

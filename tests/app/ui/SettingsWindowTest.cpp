@@ -32,6 +32,7 @@ public:
 class SettingsWindowTest : public WindowFixture {
 protected:
     SettingsWindowTest() {
+        app.settings().registerDefaults();
         window.show();
         settingsWindow = std::make_unique<SettingsWindow>(
             UiContext{app, shortcuts, theme, icons, &editors}, layout, &window);
