@@ -114,11 +114,10 @@ ArchiveAccess::Result<ArchiveBrowse> ArchiveAccess::read(const FileUrl& file, Ar
             wanted.inner = ArchivePaths::nearestFolder(*wanted.index, wanted.inner);
             return wanted;
         }
-        const auto kind = index.error().kind;
-        const bool wasWrong = kind == ArchiveError::Case::wrongPassword;
-        if (!wasWrong && kind != ArchiveError::Case::passwordRequired)
-            return Failure(index.error().message());
-        wanted.password = asking == Asking::allowed ? askPassword_(file, wasWrong) : std::nullopt;
+        const auto& error = index.error();
+        if (!error.isAboutPassword())
+            return Failure(error.message());
+        wanted.password = asking == Asking::allowed ? askPassword_(file, error) : std::nullopt;
         if (!wanted.password)
             return Failure("");
     }
@@ -173,8 +172,8 @@ ArchiveAccess::Result<TakenFile> ArchiveAccess::takeOut(ArchiveBrowse& holder,
             context.cancelNow();
     });
     const EndingArchives archives(services_.archives, cancelled_);
-    const auto ask = [&](const FileUrl& archive, bool wasWrong) {
-        holder.password = askPassword_(archive, wasWrong);
+    const auto ask = [&](const FileUrl& archive, const ArchiveError& reason) {
+        holder.password = askPassword_(archive, reason);
         return holder.password;
     };
     ArchiveExtractor(archives, context, ask)

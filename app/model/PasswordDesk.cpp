@@ -56,9 +56,10 @@ PasswordDesk::~PasswordDesk() {
 }
 
 AskPassword PasswordDesk::askingFor(PendingPassword::Asker asker) const {
-    return [shared = shared_, asker](const FileUrl& archive, bool wasWrong) {
+    return [shared = shared_, asker](const FileUrl& archive, const ArchiveError& reason) {
+        const bool wasWrong = reason.kind == ArchiveError::Case::wrongPassword;
         return shared->ask(std::make_shared<PendingPassword>(
-            asker, archive, std::string(), wasWrong ? WasWrong::yes : WasWrong::no));
+            asker, archive, reason.encryption, wasWrong ? WasWrong::yes : WasWrong::no));
     };
 }
 

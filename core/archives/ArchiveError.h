@@ -18,11 +18,18 @@ struct ArchiveError {
     };
     Case kind = Case::damaged;
     std::string text = {}; ///< the cause, without a full stop
+    /// Of `passwordRequired` and `wrongPassword`: with what, "AES-256"; empty where it is not
+    /// known.
+    std::string encryption = {};
 
     /// What a failure of the archive library stands for. `message` is its text, empty where it has
     /// none; `code` its errno, which may be zero or negative where it means nothing.
     static ArchiveError of(std::string_view message, int code);
 
+    /// Another password may help.
+    bool isAboutPassword() const {
+        return kind == Case::passwordRequired || kind == Case::wrongPassword;
+    }
     /// A complete sentence; empty for `cancelled`.
     std::string message() const;
 

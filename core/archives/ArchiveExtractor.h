@@ -29,10 +29,10 @@ struct Extraction {
     bool ownFolder = false;
 };
 
-/// Asks the user for the password of an archive, after a wrong one when `wasWrong`; none: the user
-/// gives up. Called on the worker; waits.
+/// Asks the user for the password of an archive, for a reason that `isAboutPassword`; none: the
+/// user gives up. Called on the worker; waits.
 using AskPassword =
-    std::function<std::optional<std::string>(const FileUrl& archive, bool wasWrong)>;
+    std::function<std::optional<std::string>(const FileUrl& archive, const ArchiveError& reason)>;
 
 /// Takes entries out of archives, as the work of a job: clashes, progress, pause, cancellation,
 /// failures item by item and undo steps go to the context. Nothing is ever written outside the

@@ -5,6 +5,7 @@
 #include "core/archives/EntryPath.h"
 #include "core/archives/FormatLabel.h"
 #include "core/archives/NameCharset.h"
+#include "core/archives/ZipEncryption.h"
 #include "core/base/DisplayText.h"
 #include "core/base/Utf8.h"
 #include "core/platform/posix/Descriptor.h"
@@ -13,9 +14,11 @@
 #include <algorithm>
 #include <archive.h>
 #include <archive_entry.h>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
+#include <iterator>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -59,6 +62,8 @@ public:
                               static_cast<std::uint32_t>(status.st_mtim.tv_nsec)};
         return std::nullopt;
     }
+
+    int descriptor() const { return descriptor_.number(); }
 
     bool isCancelled() {
         wasCancelled_ = wasCancelled_ || isCancelled_();
@@ -128,6 +133,30 @@ la_int64_t seekInFile(archive*, void* file, la_int64_t offset, int whence) {
 struct Freeing {
     void operator()(archive* reader) const { archive_read_free(reader); }
 };
+
+using Support = int (*)(archive*);
+
+/// The filters that the library has itself. For the others it would start programs of the system,
+/// and hand them the archive.
+const std::vector<Support>& ownFilters() {
+    constexpr std::array all = {
+        archive_read_support_filter_bzip2, archive_read_support_filter_compress,
+        archive_read_support_filter_gzip,  archive_read_support_filter_lzip,
+        archive_read_support_filter_lzma,  archive_read_support_filter_xz,
+        archive_read_support_filter_uu,    archive_read_support_filter_rpm,
+        archive_read_support_filter_lrzip, archive_read_support_filter_lzop,
+        archive_read_support_filter_grzip, archive_read_support_filter_lz4,
+        archive_read_support_filter_zstd};
+    static const auto own = [&] {
+        const std::unique_ptr<archive, Freeing> trial(archive_read_new());
+        std::vector<Support> result;
+        std::ranges::copy_if(all, std::back_inserter(result), [&](Support support) {
+            return trial != nullptr && support(trial.get()) == ARCHIVE_OK;
+        });
+        return result;
+    }();
+    return own;
+}
 
 std::string_view viewOf(const char* text) {
     return text == nullptr ? std::string_view() : text;
@@ -206,6 +235,8 @@ struct ArchiveReader::State {
             error = {ArchiveError::Case::unsupportedEncryption};
         if (error.kind == ArchiveError::Case::unsupportedEncryption)
             error.text = formatLabel(facts, request.url);
+        if (error.isAboutPassword() && facts.formatFamily == ArchiveFamily::zip)
+            error.encryption = zipEncryption(file.descriptor());
         return error;
     }
 
@@ -236,7 +267,8 @@ std::optional<ArchiveError> ArchiveReader::State::open(AllowRaw allowRaw) {
         return ArchiveError{ArchiveError::Case::cannotOpen, PosixError{ENOMEM}.reason()};
     if (auto error = file.examine(facts))
         return error;
-    archive_read_support_filter_all(reader.get());
+    for (const auto support : ownFilters())
+        support(reader.get());
     archive_read_support_format_all(reader.get());
     allowsRaw = allowRaw == AllowRaw::yes;
     if (allowsRaw)

@@ -6,15 +6,6 @@
 
 namespace fennik {
 
-namespace {
-
-bool isAboutPassword(const ArchiveError& error) {
-    return error.kind == ArchiveError::Case::passwordRequired ||
-           error.kind == ArchiveError::Case::wrongPassword;
-}
-
-} // namespace
-
 UnlockingStream::UnlockingStream(const ArchiveOpener& archives, OperationContext& context,
                                  const AskPassword& askPassword, ArchiveRequest request)
     : archives_(archives),
@@ -42,7 +33,7 @@ EntryStream::Result<std::optional<StreamEntry>> UnlockingStream::nextOnce() {
 
 EntryStream::Result<std::optional<StreamEntry>> UnlockingStream::next() {
     auto entry = nextOnce();
-    while (!entry && isAboutPassword(entry.error())) {
+    while (!entry && entry.error().isAboutPassword()) {
         if (auto unlocked = unlock(entry.error()); !unlocked)
             return std::unexpected(unlocked.error());
         entry = nextOnce();
@@ -56,7 +47,7 @@ EntryStream::Result<std::optional<StreamEntry>> UnlockingStream::next() {
 
 EntryStream::Result<EntryStream::Block> UnlockingStream::read() {
     auto block = stream_->read();
-    while (!block && isAboutPassword(block.error()) && !hasReadData_) {
+    while (!block && block.error().isAboutPassword() && !hasReadData_) {
         if (auto unlocked = unlock(block.error()); !unlocked)
             return std::unexpected(unlocked.error());
         block = stream_->read();
@@ -67,14 +58,13 @@ EntryStream::Result<EntryStream::Block> UnlockingStream::read() {
 
 EntryStream::Result<void> UnlockingStream::unlock(const ArchiveError& error) {
     using Case = ArchiveError::Case;
-    for (auto kind = error.kind;;) {
+    for (auto reason = error;;) {
         // Nothing is known of an archive whose first entry has not been met.
         if (entries_ > 0 && facts_.formatFamily != ArchiveFamily::zip)
             return std::unexpected(
                 ArchiveError{Case::unsupportedEncryption, formatLabel(facts_, request_.url)});
         std::optional<std::string> password;
-        context_.whileAsking(
-            [&] { password = askPassword_(request_.url, kind == Case::wrongPassword); });
+        context_.whileAsking([&] { password = askPassword_(request_.url, reason); });
         if (!password) {
             context_.cancelNow();
             return std::unexpected(ArchiveError{Case::cancelled});
@@ -83,9 +73,9 @@ EntryStream::Result<void> UnlockingStream::unlock(const ArchiveError& error) {
         auto reached = open();
         if (reached)
             reached = catchUp();
-        if (reached || !isAboutPassword(reached.error()))
+        if (reached || !reached.error().isAboutPassword())
             return reached;
-        kind = reached.error().kind;
+        reason = reached.error();
     }
 }
 

@@ -78,7 +78,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                                     ConflictChoice::cancel};
     context.choice = input.PickValueInArray(choices);
     ArchiveExtractor extractor(archives, context,
-                               [](const FileUrl&, bool) { return std::nullopt; });
+                               [](const FileUrl&, const ArchiveError&) { return std::nullopt; });
     const auto outcome = extractor.run({{.archive = FileUrl(temp.path("x.tar")),
                                          .target = FileUrl(temp.path("target")),
                                          .ownFolder = input.ConsumeBool()}});

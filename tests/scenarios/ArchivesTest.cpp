@@ -208,6 +208,7 @@ TEST_F(ArchivesScenario, theWorkerWaitsForThePasswordAndThePanelRemembersIt) {
     EXPECT_EQ(password()->archive.path(), temp.path("left/a.zip"));
     EXPECT_EQ(password()->wasWrong, app::WasWrong::no);
     EXPECT_EQ(app().jobs().back().state, JobSnapshot::State::askingConflict);
+    EXPECT_EQ(password()->encryption, "AES-256");
     app().answerPassword("mrož");
     settle();
     ASSERT_NE(password(), nullptr);

@@ -72,7 +72,8 @@ public:
             wanted != passwords.end() && wanted->second != request.password)
             return std::unexpected(ArchiveError{.kind = request.password.empty()
                                                             ? ArchiveError::Case::passwordRequired
-                                                            : ArchiveError::Case::wrongPassword});
+                                                            : ArchiveError::Case::wrongPassword,
+                                                .encryption = "AES-256"});
         return std::make_unique<Stream>(
             found->second, ArchiveFacts{.formatName = "made up",
                                         .formatFamily = 0x50000,

@@ -70,7 +70,7 @@ protected:
     FolderSizeCache sizeCache{600};
     std::vector<std::string> lines; ///< logged
     /// The user never gives one.
-    const AskPassword noPassword = [](const FileUrl&, bool) { return std::nullopt; };
+    const AskPassword noPassword = [](const FileUrl&, const ArchiveError&) { return std::nullopt; };
 };
 
 } // namespace fennik::test

@@ -33,17 +33,17 @@ protected:
     std::vector<std::optional<std::string>> passwords;
     std::vector<bool> wasWrong; ///< what was said at each question
 
-    app::PanelModel panel{app::PanelSide::left,
-                          services(),
-                          settings,
-                          sizeCache,
-                          [this](const FileUrl&, bool wrong) -> std::optional<std::string> {
-                              wasWrong.push_back(wrong);
-                              return wasWrong.size() <= passwords.size()
-                                         ? passwords[wasWrong.size() - 1]
-                                         : std::nullopt;
-                          },
-                          temp.url().path()};
+    app::PanelModel panel{
+        app::PanelSide::left,
+        services(),
+        settings,
+        sizeCache,
+        [this](const FileUrl&, const ArchiveError& reason) -> std::optional<std::string> {
+            wasWrong.push_back(reason.kind == ArchiveError::Case::wrongPassword);
+            return wasWrong.size() <= passwords.size() ? passwords[wasWrong.size() - 1]
+                                                       : std::nullopt;
+        },
+        temp.url().path()};
 };
 
 } // namespace fennik::test

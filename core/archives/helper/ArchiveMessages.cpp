@@ -185,6 +185,7 @@ std::optional<EntryMessage> entry(MessageReader fields) {
 void put(MessageWriter& message, const ArchiveError& error) {
     message.choice(error.kind);
     putCut(message, error.text);
+    putCut(message, error.encryption);
 }
 
 std::optional<ArchiveError> error(MessageReader fields) {
@@ -192,6 +193,7 @@ std::optional<ArchiveError> error(MessageReader fields) {
     // The helper cancels nothing by itself.
     error.kind = fields.choice(ArchiveError::Case::wrongPassword);
     error.text = displayText(fields.text());
+    error.encryption = displayText(fields.text());
     return whole(fields, std::move(error));
 }
 

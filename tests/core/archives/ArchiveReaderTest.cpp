@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <random>
@@ -305,6 +307,22 @@ TEST_F(ArchiveReaderTest, noticesWhereverAnArchiveIsCutOff) {
     }
 }
 
+TEST_F(ArchiveReaderTest, startsNoProgramForAFilterThatTheLibraryHasNot) {
+    const std::map<std::string, std::string> programs{{"lrzip", std::string("LRZI\0\6", 6)},
+                                                      {"grzip", std::string("GRZipII\0\2\4:)", 12)},
+                                                      {"lzop", "\x89LZO\0\r\n\x1A\n"}};
+    const std::string path = std::getenv("PATH");
+    setenv("PATH", (folder.url().path() + ":" + path).c_str(), 1);
+    for (const auto& [program, beginning] : programs) {
+        folder.file(program, "#!/bin/sh\ntouch " + folder.path("started"));
+        std::filesystem::permissions(folder.path(program), std::filesystem::perms::owner_all);
+        const auto found = read("a.tar", beginning + std::string(100, 'x'));
+        EXPECT_EQ(found.error, (ArchiveError{Case::cannotOpen, "neznámý formát"})) << program;
+    }
+    setenv("PATH", path.c_str(), 1);
+    EXPECT_FALSE(std::filesystem::exists(folder.path("started")));
+}
+
 TEST_F(ArchiveReaderTest, asksForPasswordsAndChecksThem) {
     auto request = this->request(
         "a.zip",
@@ -320,7 +338,9 @@ TEST_F(ArchiveReaderTest, asksForPasswordsAndChecksThem) {
         EXPECT_TRUE(found.entries[0].met.entry.encrypted);
         const auto& error = found.entries[0].error;
         EXPECT_EQ(error ? std::optional(error->kind) : std::nullopt, expected);
-        if (!error) {
+        if (error) {
+            EXPECT_EQ(error->encryption, "AES-256");
+        } else {
             EXPECT_EQ(found.entries[0].data, "obsah");
         }
     }

@@ -38,14 +38,15 @@ protected:
 
     PairOutcome extract() { return extract(archives); }
     PairOutcome extract(const ArchiveOpener& opener) {
-        ArchiveExtractor extractor(opener, context, [this](const FileUrl&, bool wasWrong) {
-            asked.push_back(wasWrong);
-            if (passwords.empty())
-                return std::optional<std::string>();
-            auto password = std::move(passwords.front());
-            passwords.erase(passwords.begin());
-            return std::optional(std::move(password));
-        });
+        ArchiveExtractor extractor(
+            opener, context, [this](const FileUrl&, const ArchiveError& reason) {
+                asked.push_back(reason.kind == ArchiveError::Case::wrongPassword);
+                if (passwords.empty())
+                    return std::optional<std::string>();
+                auto password = std::move(passwords.front());
+                passwords.erase(passwords.begin());
+                return std::optional(std::move(password));
+            });
         outcomes = extractor.run({extraction});
         return outcomes.empty() ? PairOutcome::pending : outcomes.front();
     }

@@ -222,9 +222,11 @@ TEST_F(HelperArchivesTest, takesNoPartOfAMessageForAWholeOne) {
     checkParts(fieldsOf([&] { Messages::put(writer, link, FollowedBy::data); }), Messages::entry);
     checkParts(fieldsOf([&] { Messages::put(writer, ArchiveFacts{.formatName = "made"}); }),
                Messages::facts);
-    checkParts(
-        fieldsOf([&] { Messages::put(writer, ArchiveError{ArchiveError::Case::damaged, "why"}); }),
-        Messages::error);
+    checkParts(fieldsOf([&] {
+                   Messages::put(writer,
+                                 ArchiveError{ArchiveError::Case::wrongPassword, "", "AES-256"});
+               }),
+               Messages::error);
     const ArchiveRequest request{.url = temp.url(), .wanted = std::vector<std::string>{"a", "b"}};
     checkParts(fieldsOf([&] { Messages::put(writer, request); }), Messages::archiveRequest);
 }
