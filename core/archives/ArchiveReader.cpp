@@ -245,7 +245,7 @@ struct ArchiveReader::State {
     void learnFormat();
     bool isEmptyCompressedFile();
     StreamEntry emptyFile() const;
-    std::optional<StreamEntry> converted(archive_entry* met);
+    bool convert(archive_entry* met, StreamEntry& result) const;
     std::string madeUpPath() const;
     void decode(std::string& path, StreamEntry& entry) const;
     Result<Block> readBlock();
@@ -344,8 +344,8 @@ void ArchiveReader::State::decode(std::string& path, StreamEntry& entry) const {
         entry.hasForeignName = true;
 }
 
-/// None for what is passed over.
-std::optional<StreamEntry> ArchiveReader::State::converted(archive_entry* met) {
+/// False for what is passed over.
+bool ArchiveReader::State::convert(archive_entry* met, StreamEntry& result) const {
     const char* name = facts.isRaw ? nullptr : archive_entry_pathname(met);
     if (name == nullptr && !facts.isRaw)
         name = archive_entry_pathname_utf8(met);
@@ -353,8 +353,7 @@ std::optional<StreamEntry> ArchiveReader::State::converted(archive_entry* met) {
     const auto written = name == nullptr ? std::string_view(madeUp) : name;
     auto path = entryPath(written);
     if (path && (path->empty() || isClutter(*path)))
-        return std::nullopt;
-    StreamEntry result;
+        return false;
     auto& entry = result.entry;
     result.isRefused = !path;
     entry.kind = kindOf(met);
@@ -387,7 +386,7 @@ std::optional<StreamEntry> ArchiveReader::State::converted(archive_entry* met) {
     case ArchiveEntry::Kind::directory:
         break;
     }
-    return result;
+    return true;
 }
 
 Result<EntryStream::Block> ArchiveReader::State::readBlock() {
@@ -439,21 +438,28 @@ Result<std::unique_ptr<ArchiveReader>> ArchiveReader::open(int descriptor,
 
 Result<std::optional<StreamEntry>> ArchiveReader::next() {
     const ArchiveLocale locale;
+    Result<std::optional<StreamEntry>> result;
     for (;;) {
         const auto met = state_->nextHeader();
-        if (!met)
-            return std::unexpected(met.error());
-        if (*met == nullptr && !state_->isEmptyCompressedFile())
-            return std::nullopt;
+        if (!met) {
+            result = std::unexpected(met.error());
+            return result;
+        }
+        if (*met == nullptr && !state_->isEmptyCompressedFile()) {
+            result->reset();
+            return result;
+        }
         state_->entries += 1;
         state_->dataEnd = 0;
         if (*met == nullptr) {
             state_->facts.isRaw = true;
             state_->facts.formatFamily = ArchiveFamily::raw;
-            return state_->emptyFile();
+            result->emplace(state_->emptyFile());
+            return result;
         }
-        if (auto entry = state_->converted(*met))
-            return entry;
+        // Filled where it is returned: a million entries are not to be moved about.
+        if (state_->convert(*met, result->emplace()))
+            return result;
     }
 }
 

@@ -1,11 +1,12 @@
 #include "core/archives/EntryPath.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace fennik {
 
 std::optional<std::string> entryPath(std::string_view written) {
+    if (written.size() <= longestEntryPath && isEntryPath(written))
+        return std::string(written); // as nearly all are
     std::string path;
     path.reserve(std::min(written.size(), longestEntryPath));
     std::size_t folders = 0;
@@ -28,14 +29,18 @@ std::optional<std::string> entryPath(std::string_view written) {
 }
 
 bool isEntryPath(std::string_view path) {
-    const auto folders = static_cast<std::size_t>(std::ranges::count(path, '/'));
-    if (path.empty() || path.size() > longestDecodedPath || folders > mostEntryFolders ||
-        path.contains('\0'))
+    if (path.size() > longestDecodedPath || path.contains('\0'))
         return false;
-    return std::ranges::none_of(std::views::split(path, '/'), [](const auto& component) {
-        const std::string_view name(component);
-        return name.empty() || name == "." || name == "..";
-    });
+    std::size_t folders = 0;
+    for (;; ++folders) {
+        const auto end = path.find('/');
+        const auto component = path.substr(0, end);
+        if (component.empty() || component == "." || component == "..")
+            return false;
+        if (end == std::string_view::npos)
+            return folders <= mostEntryFolders;
+        path.remove_prefix(end + 1);
+    }
 }
 
 } // namespace fennik

@@ -1,5 +1,8 @@
 #include "core/base/Utf8.h"
 
+#include <cstdint>
+#include <cstring>
+
 namespace fennik::Utf8 {
 
 namespace {
@@ -45,6 +48,15 @@ Sequence sequenceAt(std::string_view bytes, std::size_t position) {
     return {lead.length, scalar};
 }
 
+/// Whether there is room for eight bytes, all of them ASCII.
+bool isAsciiAt(std::string_view bytes, std::size_t position) {
+    std::uint64_t word = 0;
+    if (bytes.size() - position < sizeof word)
+        return false;
+    std::memcpy(&word, &bytes[position], sizeof word);
+    return (word & 0x8080'8080'8080'8080U) == 0;
+}
+
 } // namespace
 
 char32_t next(std::string_view bytes, std::size_t& position) {
@@ -74,6 +86,10 @@ void append(std::string& bytes, char32_t scalar) {
 
 bool isValid(std::string_view bytes) {
     for (std::size_t position = 0; position < bytes.size();) {
+        if (isAsciiAt(bytes, position)) {
+            position += sizeof(std::uint64_t);
+            continue;
+        }
         const auto length = sequenceAt(bytes, position).length;
         if (length == 0)
             return false;

@@ -58,8 +58,7 @@ public:
     void begin(MessageKind kind);
     template <std::integral Number>
     void number(Number value) {
-        bytes_.resize(bytes_.size() + sizeof value);
-        std::memcpy(&bytes_[bytes_.size() - sizeof value], &value, sizeof value);
+        raw(&value, sizeof value);
     }
     template <class Choice>
         requires std::is_enum_v<Choice>
@@ -71,14 +70,21 @@ public:
     void rest(std::span<const std::byte> bytes) { raw(bytes.data(), bytes.size()); }
     void finish();
 
-    std::span<const std::byte> bytes() const { return bytes_; }
-    void clear() { bytes_.clear(); }
+    std::span<const std::byte> bytes() const { return std::span(bytes_).first(end_); }
+    void clear() { end_ = 0; }
 
 private:
-    void raw(const void* data, std::size_t size);
+    void raw(const void* data, std::size_t size) {
+        if (size > bytes_.size() - end_)
+            bytes_.resize(2 * bytes_.size() + size);
+        if (size > 0)
+            std::memcpy(&bytes_[end_], data, size);
+        end_ += size;
+    }
 
     std::vector<std::byte> bytes_;
     std::size_t begin_ = 0; ///< of the message that is being written
+    std::size_t end_ = 0;   ///< of what was written
 };
 
 /// Takes the fields of one message, whoever has sent it. After the first one that is not there or
@@ -114,7 +120,15 @@ public:
 private:
     enum class Flag : std::uint8_t { no, yes };
 
-    std::span<const std::byte> take(std::size_t size);
+    std::span<const std::byte> take(std::size_t size) {
+        if (size > left_.size()) {
+            spoil();
+            return {};
+        }
+        const auto taken = left_.first(size);
+        left_ = left_.subspan(size);
+        return taken;
+    }
 
     std::span<const std::byte> left_;
     bool isSpoilt_ = false;
