@@ -557,6 +557,8 @@ PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
     if (loaded.archive)
         links_.know(std::move(loaded.linkTargets));
     shown_.archive = std::move(loaded.archive);
+    if (request.readsArchive() && !sameFolder)
+        changes |= PanelChange::opening;
     shown_.error.reset();
     shown_.freeSpace = loaded.freeSpace;
     shown_.volumeRoot = std::move(loaded.volumeRoot);

@@ -41,7 +41,7 @@ enum class PanelChange {
     sizes = 32, ///< sizes of folders, or which of them are being computed
     visit = 64, ///< the active tab has come to a folder
     linkTargets = 128,
-    opening = 256, ///< a file was taken out of an archive, or something of one cannot be opened
+    opening = 256, ///< an archive was read, a file taken out of one, or neither could be done
 };
 Q_DECLARE_FLAGS(PanelChanges, PanelChange)
 Q_DECLARE_OPERATORS_FOR_FLAGS(PanelChanges)

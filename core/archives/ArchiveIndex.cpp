@@ -3,29 +3,17 @@
 #include "core/archives/EntryTree.h"
 #include "core/archives/FormatLabel.h"
 #include "core/archives/NameCharset.h"
-#include "core/base/CzechText.h"
 
 #include <utility>
 
 namespace fennik {
-
-namespace {
-
-constexpr std::size_t mostRefused = 100;
-
-std::string refusal(std::string_view path) {
-    return "Položku " + quoted(path) +
-           " nejde rozbalit: její cesta je příliš dlouhá, nebo vede mimo archiv.";
-}
-
-} // namespace
 
 struct ArchiveIndex::Tree {
     FileUrl url;
     ArchiveFacts facts;
     std::string charset;
     EntryTree entries;
-    std::vector<std::string> refused;
+    std::int64_t refused = 0;
 };
 
 ArchiveIndex::ArchiveIndex(std::unique_ptr<const Tree> tree) : tree_(std::move(tree)) {}
@@ -46,8 +34,7 @@ EntryStream::Result<std::shared_ptr<const ArchiveIndex>> ArchiveIndex::read(Entr
         const auto& entry = **met;
         hasForeignNames = hasForeignNames || (entry.hasForeignName && !entry.isRefused);
         if (entry.isRefused) {
-            if (tree->refused.size() < mostRefused)
-                tree->refused.push_back(refusal(entry.entry.path));
+            ++tree->refused;
         } else if (!tree->entries.add(entry.entry)) {
             return std::unexpected(ArchiveError{ArchiveError::Case::cannotOpen,
                                                 "je v něm víc položek, než se vejde do paměti"});
@@ -98,7 +85,7 @@ std::int64_t ArchiveIndex::totalSize() const {
     return tree_->entries.folderSize({});
 }
 
-const std::vector<std::string>& ArchiveIndex::refused() const {
+std::int64_t ArchiveIndex::refusedCount() const {
     return tree_->refused;
 }
 

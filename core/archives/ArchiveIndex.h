@@ -38,8 +38,8 @@ public:
     bool hasEncryptedEntries() const;
     std::int64_t fileCount() const;
     std::int64_t totalSize() const; ///< of the files, in bytes; saturates
-    /// What cannot be taken, each a sentence, the first hundred of them.
-    const std::vector<std::string>& refused() const;
+    /// Entries that are not in the index, as their paths cannot be taken.
+    std::int64_t refusedCount() const;
     bool isZip() const;
     /// "ZIP", "7z", "tar.gz": what the panel calls the format.
     std::string formatLabel() const;

@@ -96,6 +96,18 @@ TEST_F(ArchivesScenario, keysLeadInAndOutAndWhatWouldChangeTheArchiveSaysSo) {
     EXPECT_EQ(app().toast()->kind, Toast::Kind::error);
 }
 
+TEST_F(ArchivesScenario, anArchiveSaysHowManyOfItsEntriesItDoesNotShow) {
+    auto refused = ManualEntry::file("../out", "x");
+    refused.header.isRefused = true;
+    auto& entries = archives.content["b.tar.gz"];
+    entries.insert(entries.end(), 2, refused);
+    open("b.tar.gz");
+    EXPECT_THAT(names(), ElementsAre("..", "w.txt"));
+    EXPECT_EQ(takeToast(), "Archiv obsahuje 2 položky, které nejde ukázat.");
+    press("ctrl+r");
+    EXPECT_EQ(takeToast(), "") << "once is enough";
+}
+
 TEST_F(ArchivesScenario, anArchiveInTheOtherPanelIsNoTarget) {
     open("a.zip");
     press("tab");

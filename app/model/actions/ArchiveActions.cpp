@@ -4,6 +4,7 @@
 #include "core/archives/ArchiveSupport.h"
 #include "core/base/CzechText.h"
 #include "core/base/PathText.h"
+#include "core/listing/Format.h"
 
 #include <utility>
 
@@ -26,6 +27,11 @@ std::string stemFor(const std::vector<FileUrl>& sources, const FileItemView& fir
 PackAnswer firstAnswer(const PackDialog& dialog) {
     return {.name = dialog.stem + "." + std::string(extensionOf(dialog.options.format)),
             .options = dialog.options};
+}
+
+std::string hiddenEntries(std::int64_t count) {
+    const auto items = pluralForm(count, {"položku, kterou", "položky, které", "položek, které"});
+    return ("Archiv obsahuje " + Format::grouped(count) + " ").append(items) + " nejde ukázat.";
 }
 
 } // namespace
@@ -131,8 +137,12 @@ void AppModel::extract(const ExtractDialog& dialog, std::vector<TransferPair> pa
 void AppModel::takeOpening(const PanelModel& panel) {
     if (!panel.openingFailure().empty())
         return showToast(panel.openingFailure(), Toast::Kind::error);
-    if (!panel.takenFile().place)
+    if (!panel.takenFile().place) {
+        const auto refused = panel.archive() ? panel.archive()->index->refusedCount() : 0;
+        if (refused > 0)
+            showToast(hiddenEntries(refused));
         return;
+    }
     takenFiles_.push_back(panel.takenFile());
     openFile(panel.takenFile().url);
 }

@@ -153,17 +153,8 @@ TEST_F(ArchiveIndexTest, neverAddsSizesUpBeyondTheLargestNumber) {
 TEST_F(ArchiveIndexTest, reportsWhatCannotBeTakenAndWhatIsEncrypted) {
     const auto index = read("a.tar", tarOf({{.name = "../evil"}, {.name = "good"}}));
     EXPECT_THAT(walk(*index), ElementsAre("good"));
-    EXPECT_THAT(index->refused(),
-                ElementsAre("Položku „../evil“ nejde rozbalit: její cesta je příliš dlouhá, nebo "
-                            "vede mimo archiv."));
+    EXPECT_EQ(index->refusedCount(), 1);
     EXPECT_FALSE(index->hasEncryptedEntries());
-
-    MadeStream many([](std::size_t number) {
-        auto met = file(std::to_string(number), 0);
-        met.isRefused = true;
-        return number < 1000 ? std::optional(met) : std::nullopt;
-    });
-    EXPECT_EQ((*ArchiveIndex::read(many, FileUrl("/a")))->refused().size(), 100);
 
     const auto encrypted = read(
         "b.zip",
