@@ -3,6 +3,7 @@
 #include "app/model/MemorySettings.h"
 #include "app/system/KeyboardLayouts.h"
 #include "app/system/SettingsFile.h"
+#include "core/base/CurrentDate.h"
 #include "core/platform/Memory.h"
 #include "core/platform/Threads.h"
 #include "core/platform/UserFolders.h"
@@ -37,13 +38,6 @@ constexpr std::int64_t mostBytesTaken = std::int64_t(4) << 30;
 std::string laneOf(const std::string& path) {
     const auto volume = Volumes::containing(path, Volumes::mounted());
     return volume.isRemote ? volume.mountPoint : path;
-}
-
-Date today() {
-    const auto since = std::chrono::system_clock::now().time_since_epoch();
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(since);
-    return {seconds.count(),
-            static_cast<std::uint32_t>(std::chrono::nanoseconds(since - seconds).count())};
 }
 
 void logTo(bool verbose, const std::string& line) {
@@ -97,7 +91,7 @@ Session::Session(const Options& options)
                        .temporaryPlaces = temporaryPlaces_,
                        .volumes = Volumes::mounted,
                        .now = [] { return std::chrono::steady_clock::now(); },
-                       .today = today,
+                       .today = currentDate,
                        .log = [verbose = options.verbose](
                                   const std::string& line) { logTo(verbose, line); }},
             .settings = *settings_,

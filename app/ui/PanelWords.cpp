@@ -21,13 +21,13 @@ QString contentInWords(const ArchiveIndex& archive) {
     const auto count = archive.fileCount();
     const auto noun = pluralForm(count, {"soubor", "soubory", "souborů"});
     const auto files = fromUtf8(Format::grouped(count)) + QLatin1Char(' ') + fromUtf8(noun);
-    if (archive.facts().isRaw && archive.totalSize() == 0)
+    if (archive.facts().isRaw() && archive.totalSize() == 0)
         return files;
     return files + QStringLiteral(" · ") + fromUtf8(Format::bytes(archive.totalSize()));
 }
 
 bool isSizeUnknown(const app::PanelModel& panel, const FileItemView& item) {
-    return panel.archive() && panel.archive()->index->facts().isRaw && item.size == 0;
+    return panel.archive() && panel.archive()->index->facts().isRaw() && item.size == 0;
 }
 
 QString archiveBadge(const ArchiveIndex& archive) {

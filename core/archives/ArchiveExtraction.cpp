@@ -4,7 +4,6 @@
 #include "core/archives/EntryPath.h"
 #include "core/archives/EntryTraits.h"
 #include "core/archives/EntryWriter.h"
-#include "core/archives/FormatLabel.h"
 #include "core/base/CzechText.h"
 #include "core/platform/ItemCopy.h"
 #include "core/platform/NewItems.h"
@@ -20,9 +19,6 @@ using Kind = ArchiveEntry::Kind;
 using Outcome = NamePlacing::Outcome;
 using Made = NamePlacing::Made;
 
-/// The data of a file that has several names comes with the last of them here.
-constexpr std::uint32_t cpioFamily = 0x10000;
-
 /// Entries that cannot be taken are named up to this number.
 constexpr int mostRefused = 100;
 
@@ -34,7 +30,7 @@ std::string_view folderOf(const ArchiveEntry& entry) {
 
 bool canHaveHardLinks(const ArchiveFacts& facts) {
     return facts.formatFamily != ArchiveFamily::zip &&
-           facts.formatFamily != ArchiveFamily::sevenZip && !facts.isRaw;
+           facts.formatFamily != ArchiveFamily::sevenZip && !facts.isRaw();
 }
 
 /// Whether the place, and not the file, is the reason why a file cannot have one more name there.
@@ -124,11 +120,7 @@ std::optional<std::vector<std::string>> ArchiveExtraction::wanted() const {
 }
 
 bool ArchiveExtraction::isAsSeen() const {
-    if (!index_)
-        return true;
-    const auto& seen = index_->facts();
-    const auto& now = stream_->facts();
-    return seen.fileSize == now.fileSize && seen.fileModified == now.fileModified;
+    return !index_ || index_->facts().isOfSameFile(stream_->facts());
 }
 
 void ArchiveExtraction::takeEntries(EntryStream::Result<std::optional<StreamEntry>> met) {
@@ -226,8 +218,9 @@ bool ArchiveExtraction::isPassedOver(const ArchiveEntry& entry, std::size_t base
 
 void ArchiveExtraction::takeFile(const StreamEntry& met, std::size_t base) {
     if (const auto first = firstData(met.entry)) {
+        // The data of a file that has several names comes with the last of them there.
         const bool mayFollow = first->bytes.empty() && first->offset == 0 &&
-                               stream_->facts().formatFamily == cpioFamily;
+                               stream_->facts().formatFamily == ArchiveFamily::cpio;
         if (mayFollow)
             empty_.insert_or_assign(met.entry.path, Later{met.entry, base});
         else
@@ -454,7 +447,7 @@ bool ArchiveExtraction::makeTop() {
 }
 
 std::optional<std::string> ArchiveExtraction::ownFolderName() const {
-    if (!what_.ownFolder || stream_->facts().isRaw)
+    if (!what_.ownFolder || stream_->facts().isRaw())
         return std::nullopt;
     std::string whole(what_.archive.lastComponent());
     const auto extension = ArchiveSupport::archiveExtension(whole);

@@ -6,6 +6,7 @@
 #include "core/archives/FormatLabel.h"
 #include "core/archives/NameCharset.h"
 #include "core/archives/ZipEncryption.h"
+#include "core/base/CurrentDate.h"
 #include "core/base/DisplayText.h"
 #include "core/base/Utf8.h"
 #include "core/platform/posix/Descriptor.h"
@@ -16,10 +17,8 @@
 #include <archive_entry.h>
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <fcntl.h>
 #include <iterator>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -51,15 +50,14 @@ public:
 
     /// None where it is a regular file.
     std::optional<ArchiveError> examine(ArchiveFacts& facts) {
-        struct stat status{};
-        if (fstat(descriptor_.number(), &status) != 0)
-            return ArchiveError{ArchiveError::Case::cannotOpen, PosixError{errno}.reason()};
-        if (!S_ISREG(status.st_mode))
+        const auto status = statusOf(descriptor_.number());
+        if (!status)
+            return ArchiveError{ArchiveError::Case::cannotOpen, status.error().reason()};
+        if (status->type != FileType::regular)
             return ArchiveError{ArchiveError::Case::cannotOpen, "není to obyčejný soubor"};
-        size_ = status.st_size;
+        size_ = status->size;
         facts.fileSize = size_;
-        facts.fileModified = {status.st_mtim.tv_sec,
-                              static_cast<std::uint32_t>(status.st_mtim.tv_nsec)};
+        facts.fileModified = status->modified;
         return std::nullopt;
     }
 
@@ -162,13 +160,6 @@ std::string_view viewOf(const char* text) {
     return text == nullptr ? std::string_view() : text;
 }
 
-Date now() {
-    const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(sinceEpoch);
-    const auto rest = std::chrono::duration_cast<std::chrono::nanoseconds>(sinceEpoch - seconds);
-    return {seconds.count(), static_cast<std::uint32_t>(rest.count())};
-}
-
 ArchiveEntry::Kind kindOf(archive_entry* entry) {
     const auto type = archive_entry_filetype(entry);
     if (type == AE_IFDIR)
@@ -185,7 +176,7 @@ bool isSpecial(archive_entry* entry) {
 
 Date modifiedOf(archive_entry* entry) {
     if (archive_entry_mtime_is_set(entry) == 0)
-        return now();
+        return currentDate();
     const auto nanoseconds = std::clamp(archive_entry_mtime_nsec(entry), 0L, 999'999'999L);
     return {archive_entry_mtime(entry), static_cast<std::uint32_t>(nanoseconds)};
 }
@@ -209,6 +200,12 @@ bool isClutter(std::string_view path) {
     return path == "__MACOSX" || path.starts_with("__MACOSX/");
 }
 
+/// Raw reading takes anything for an archive.
+bool saysOneFile(const FileUrl& url) {
+    const auto extension = ArchiveSupport::archiveExtension(url.lastComponent());
+    return extension && ArchiveSupport::isSingleStreamCompressed(*extension);
+}
+
 /// What a single compressed file is called inside: like its archive, without the last extension.
 std::string nameOfContent(const FileUrl& url) {
     const auto name = url.lastComponent();
@@ -220,7 +217,9 @@ std::string nameOfContent(const FileUrl& url) {
 
 struct ArchiveReader::State {
     State(int descriptor, ArchiveRequest archiveRequest, IsCancelled isCancelled)
-        : file(descriptor, std::move(isCancelled)), request(std::move(archiveRequest)) {
+        : file(descriptor, std::move(isCancelled)),
+          request(std::move(archiveRequest)),
+          allowsRaw(saysOneFile(request.url)) {
         if (!request.charset.empty())
             charset.emplace(request.charset);
     }
@@ -240,7 +239,7 @@ struct ArchiveReader::State {
         return error;
     }
 
-    std::optional<ArchiveError> open(AllowRaw allowRaw);
+    std::optional<ArchiveError> open();
     Result<archive_entry*> nextHeader();
     void learnFormat();
     bool isEmptyCompressedFile();
@@ -252,17 +251,17 @@ struct ArchiveReader::State {
 
     ArchiveFile file;
     ArchiveRequest request;
+    bool allowsRaw = false;
     std::optional<NameCharset> charset;
     std::unique_ptr<archive, Freeing> reader{archive_read_new()};
     ArchiveFacts facts;
-    bool allowsRaw = false;
     bool hasEnded = false;               ///< the library has no further entry
     std::int64_t entries = 0;            ///< met so far
     std::int64_t dataEnd = 0;            ///< in the current entry
     std::optional<ArchiveError> failure; ///< after which there is nothing more
 };
 
-std::optional<ArchiveError> ArchiveReader::State::open(AllowRaw allowRaw) {
+std::optional<ArchiveError> ArchiveReader::State::open() {
     if (reader == nullptr)
         return ArchiveError{ArchiveError::Case::cannotOpen, PosixError{ENOMEM}.reason()};
     if (auto error = file.examine(facts))
@@ -270,7 +269,6 @@ std::optional<ArchiveError> ArchiveReader::State::open(AllowRaw allowRaw) {
     for (const auto support : ownFilters())
         support(reader.get());
     archive_read_support_format_all(reader.get());
-    allowsRaw = allowRaw == AllowRaw::yes;
     if (allowsRaw)
         archive_read_support_format_raw(reader.get());
     if (!request.password.empty())
@@ -312,7 +310,6 @@ Result<archive_entry*> ArchiveReader::State::nextHeader() {
 void ArchiveReader::State::learnFormat() {
     facts.formatName = displayText(viewOf(archive_format_name(reader.get())));
     facts.formatFamily = static_cast<std::uint32_t>(archive_format(reader.get())) & familyMask;
-    facts.isRaw = facts.formatFamily == ArchiveFamily::raw;
 }
 
 /// The library takes what was compressed without data for an archive without entries.
@@ -324,7 +321,7 @@ bool ArchiveReader::State::isEmptyCompressedFile() {
 
 StreamEntry ArchiveReader::State::emptyFile() const {
     StreamEntry entry;
-    entry.entry = {.modified = now(), .mode = 0644};
+    entry.entry = {.modified = currentDate(), .mode = 0644};
     entry.entry.path = nameOfContent(request.url);
     decode(entry.entry.path, entry);
     return entry;
@@ -332,7 +329,7 @@ StreamEntry ArchiveReader::State::emptyFile() const {
 
 /// For an entry that has none of its own.
 std::string ArchiveReader::State::madeUpPath() const {
-    return facts.isRaw ? nameOfContent(request.url) : "beze jména " + std::to_string(entries);
+    return facts.isRaw() ? nameOfContent(request.url) : "beze jména " + std::to_string(entries);
 }
 
 void ArchiveReader::State::decode(std::string& path, StreamEntry& entry) const {
@@ -346,8 +343,8 @@ void ArchiveReader::State::decode(std::string& path, StreamEntry& entry) const {
 
 /// False for what is passed over.
 bool ArchiveReader::State::convert(archive_entry* met, StreamEntry& result) const {
-    const char* name = facts.isRaw ? nullptr : archive_entry_pathname(met);
-    if (name == nullptr && !facts.isRaw)
+    const char* name = facts.isRaw() ? nullptr : archive_entry_pathname(met);
+    if (name == nullptr && !facts.isRaw())
         name = archive_entry_pathname_utf8(met);
     const auto madeUp = name == nullptr ? madeUpPath() : std::string();
     const auto written = name == nullptr ? std::string_view(madeUp) : name;
@@ -425,13 +422,11 @@ ArchiveReader::ArchiveReader(std::unique_ptr<State> state) : state_(std::move(st
 
 ArchiveReader::~ArchiveReader() = default;
 
-Result<std::unique_ptr<ArchiveReader>> ArchiveReader::open(int descriptor,
-                                                           const ArchiveRequest& request,
-                                                           AllowRaw allowRaw,
-                                                           IsCancelled isCancelled) {
+Result<std::unique_ptr<ArchiveReader>>
+ArchiveReader::open(int descriptor, const ArchiveRequest& request, IsCancelled isCancelled) {
     const ArchiveLocale locale;
     auto state = std::make_unique<State>(descriptor, request, std::move(isCancelled));
-    if (auto error = state->open(allowRaw))
+    if (auto error = state->open())
         return std::unexpected(*std::move(error));
     return std::unique_ptr<ArchiveReader>(new ArchiveReader(std::move(state)));
 }
@@ -452,7 +447,6 @@ Result<std::optional<StreamEntry>> ArchiveReader::next() {
         state_->entries += 1;
         state_->dataEnd = 0;
         if (*met == nullptr) {
-            state_->facts.isRaw = true;
             state_->facts.formatFamily = ArchiveFamily::raw;
             result->emplace(state_->emptyFile());
             return result;
@@ -481,19 +475,12 @@ Result<int> openArchiveFile(const FileUrl& url) {
     return descriptor;
 }
 
-AllowRaw allowRawOf(const FileUrl& url) {
-    const auto extension = ArchiveSupport::archiveExtension(url.lastComponent());
-    return extension && ArchiveSupport::isSingleStreamCompressed(*extension) ? AllowRaw::yes
-                                                                             : AllowRaw::no;
-}
-
 Result<std::unique_ptr<EntryStream>> DirectArchives::open(const ArchiveRequest& request,
                                                           IsCancelled isCancelled) const {
     const auto descriptor = openArchiveFile(request.url);
     if (!descriptor)
         return std::unexpected(descriptor.error());
-    return ArchiveReader::open(*descriptor, request, allowRawOf(request.url),
-                               std::move(isCancelled));
+    return ArchiveReader::open(*descriptor, request, std::move(isCancelled));
 }
 
 } // namespace fennik

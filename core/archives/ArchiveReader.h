@@ -7,20 +7,17 @@
 
 namespace fennik {
 
-enum class AllowRaw { no, yes };
-/// Raw reading is for names whose extension says that they are one compressed file.
-AllowRaw allowRawOf(const FileUrl& url);
-
 /// Opens the file of an archive for reading; never waits for a FIFO's other end.
 EntryStream::Result<int> openArchiveFile(const FileUrl& url);
 
 /// Reads an archive through the library, in this process.
 class ArchiveReader final : public EntryStream {
 public:
-    /// Takes the open file `descriptor` over and closes it, also on failure. Raw reading, for files
-    /// that are no collection, gives one entry, called like the archive without its last extension.
+    /// Takes the open file `descriptor` over and closes it, also on failure. Where the name says
+    /// that it is one compressed file, and it is no collection, it gives one entry, called like the
+    /// archive without its last extension.
     static Result<std::unique_ptr<ArchiveReader>>
-    open(int descriptor, const ArchiveRequest& request, AllowRaw allowRaw, IsCancelled isCancelled);
+    open(int descriptor, const ArchiveRequest& request, IsCancelled isCancelled);
     ~ArchiveReader() override;
     ArchiveReader(const ArchiveReader&) = delete;
     ArchiveReader& operator=(const ArchiveReader&) = delete;

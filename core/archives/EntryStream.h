@@ -2,6 +2,7 @@
 
 #include "core/archives/ArchiveEntry.h"
 #include "core/archives/ArchiveError.h"
+#include "core/archives/ArchiveFamily.h"
 #include "core/base/FileUrl.h"
 
 #include <cstddef>
@@ -32,10 +33,15 @@ struct ArchiveRequest {
 struct ArchiveFacts {
     std::string formatName = {}; ///< as the library calls it; may be empty
     std::uint32_t formatFamily = 0;
-    bool isRaw = false; ///< one compressed file, and no collection
     /// Of the file that was opened, by which a later change shows.
     std::int64_t fileSize = 0;
     Date fileModified = {};
+
+    /// One compressed file, and no collection.
+    bool isRaw() const { return formatFamily == ArchiveFamily::raw; }
+    bool isOfSameFile(const ArchiveFacts& other) const {
+        return fileSize == other.fileSize && fileModified == other.fileModified;
+    }
 
     friend bool operator==(const ArchiveFacts&, const ArchiveFacts&) = default;
 };

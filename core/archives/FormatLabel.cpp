@@ -19,7 +19,7 @@ std::string formatLabel(const ArchiveFacts& facts, const FileUrl& url) {
     }
     if (auto extension = ArchiveSupport::archiveExtension(url.lastComponent()))
         return *std::move(extension);
-    return facts.isRaw ? "komprimovaný soubor" : facts.formatName;
+    return facts.isRaw() ? "komprimovaný soubor" : facts.formatName;
 }
 
 } // namespace fennik

@@ -85,8 +85,7 @@ EntryStream::Result<void> UnlockingStream::catchUp() {
         const auto entry = stream_->next();
         if (!entry)
             return std::unexpected(entry.error());
-        const auto& now = stream_->facts();
-        if (!*entry || now.fileSize != before.fileSize || now.fileModified != before.fileModified)
+        if (!*entry || !stream_->facts().isOfSameFile(before))
             return std::unexpected(ArchiveError{ArchiveError::Case::damaged, "mezitím se změnil"});
     }
     return {};

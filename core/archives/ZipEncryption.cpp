@@ -17,8 +17,8 @@ namespace fennik {
 
 namespace {
 
-// Offsets and sizes of the fields below are those of PKWARE's APPNOTE, those of the extra field of
-// AES those of its AE-x specification.
+// Offsets and sizes are those of PKWARE's APPNOTE, in the extra field of AES those of AE-1 and
+// AE-2.
 constexpr std::size_t entrySize = 46;
 constexpr std::size_t endSize = 22;
 constexpr std::size_t longestComment = 0xFFFF;

@@ -1,12 +1,12 @@
 #include "core/operations/FileActions.h"
 
+#include "core/base/CurrentDate.h"
 #include "core/base/CzechText.h"
 #include "core/base/FoldedText.h"
 #include "core/base/WhiteSpace.h"
 #include "core/platform/MadeFolders.h"
 
 #include <cerrno>
-#include <chrono>
 #include <cstdint>
 #include <utility>
 
@@ -18,14 +18,8 @@ std::unexpected<Failure> failure(std::string sentence) {
     return std::unexpected(Failure{std::move(sentence)});
 }
 
-Date now() {
-    const auto since = std::chrono::system_clock::now().time_since_epoch();
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(since);
-    return {seconds.count(), static_cast<std::uint32_t>((since - seconds).count())};
-}
-
 void record(UndoJournal& journal, std::string title, UndoStepList steps) {
-    journal.record({.title = std::move(title), .steps = std::move(steps), .date = now()});
+    journal.record({.title = std::move(title), .steps = std::move(steps), .date = currentDate()});
 }
 
 OpenFolder::Result<void> renamed(const FileUrl& item, const std::string& newName) {

@@ -19,8 +19,7 @@ constexpr std::int64_t mostData = 1 << 20;
 std::unique_ptr<ArchiveReader> opened(std::span<const std::uint8_t> bytes,
                                       const ArchiveRequest& request) {
     auto isCancelled = [asked = 0]() mutable { return ++asked > mostQuestions; };
-    auto reader =
-        ArchiveReader::open(test::fileHolding(bytes), request, AllowRaw::yes, isCancelled);
+    auto reader = ArchiveReader::open(test::fileHolding(bytes), request, isCancelled);
     return reader ? *std::move(reader) : nullptr;
 }
 

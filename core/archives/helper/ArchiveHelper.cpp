@@ -74,8 +74,7 @@ int runArchiveHelper() {
     const auto open =
         [](int descriptor, const ArchiveRequest& request,
            IsCancelled isCancelled) -> EntryStream::Result<std::unique_ptr<EntryStream>> {
-        return ArchiveReader::open(descriptor, request, allowRawOf(request.url),
-                                   std::move(isCancelled));
+        return ArchiveReader::open(descriptor, request, std::move(isCancelled));
     };
     return runArchiveHelper({.open = open, .packer = packer});
 }

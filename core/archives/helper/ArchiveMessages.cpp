@@ -79,7 +79,7 @@ void put(MessageWriter& message, const ArchiveRequest& request) {
     putUrl(message, request.url);
     message.text(request.password);
     message.text(request.charset);
-    message.number<std::uint8_t>(request.wanted.has_value());
+    message.flag(request.wanted.has_value());
     if (!request.wanted)
         return;
     message.number(static_cast<std::uint32_t>(request.wanted->size()));
@@ -108,8 +108,7 @@ void put(MessageWriter& message, const PackRequest& request) {
     message.choice(request.options.format);
     message.number(static_cast<std::int32_t>(request.options.level));
     message.text(request.options.password);
-    message.number<std::uint8_t>(request.options.skipJunk);
-    message.number<std::uint8_t>(request.isCapped);
+    message.flag(request.options.skipJunk);
 }
 
 std::optional<PackRequest> packRequest(MessageReader fields) {
@@ -121,14 +120,12 @@ std::optional<PackRequest> packRequest(MessageReader fields) {
     request.options.level = fields.number<std::int32_t>();
     request.options.password = fields.text();
     request.options.skipJunk = fields.flag();
-    request.isCapped = fields.flag();
     return whole(fields, std::move(request));
 }
 
 void put(MessageWriter& message, const ArchiveFacts& facts) {
     putCut(message, facts.formatName);
     message.number(facts.formatFamily);
-    message.number<std::uint8_t>(facts.isRaw);
     message.number(facts.fileSize);
     putDate(message, facts.fileModified);
 }
@@ -137,7 +134,6 @@ std::optional<ArchiveFacts> facts(MessageReader fields) {
     ArchiveFacts facts;
     facts.formatName = displayText(fields.text());
     facts.formatFamily = fields.number<std::uint32_t>();
-    facts.isRaw = fields.flag();
     facts.fileSize = fields.number<std::int64_t>();
     facts.fileModified = takeDate(fields);
     return whole(fields, std::move(facts));
@@ -150,14 +146,14 @@ void put(MessageWriter& message, const StreamEntry& met, FollowedBy followedBy) 
     message.number(entry.size);
     putDate(message, entry.modified);
     message.number(entry.mode);
-    message.number<std::uint8_t>(entry.linkTarget.has_value());
+    message.flag(entry.linkTarget.has_value());
     if (entry.linkTarget)
         putCut(message, *entry.linkTarget);
-    message.number<std::uint8_t>(entry.encrypted);
-    message.number<std::uint8_t>(met.hasForeignName);
-    message.number<std::uint8_t>(met.declaresSize);
-    message.number<std::uint8_t>(met.isSpecial);
-    message.number<std::uint8_t>(met.isRefused);
+    message.flag(entry.encrypted);
+    message.flag(met.hasForeignName);
+    message.flag(met.declaresSize);
+    message.flag(met.isSpecial);
+    message.flag(met.isRefused);
     message.choice(followedBy);
 }
 

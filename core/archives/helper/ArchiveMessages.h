@@ -15,7 +15,6 @@ struct PackRequest {
     std::vector<FileUrl> sources = {};
     FileUrl destination = {};
     PackOptions options = {};
-    bool isCapped = false; ///< at a limited pace
 };
 
 enum class FollowedBy : std::uint8_t { nothing, data };

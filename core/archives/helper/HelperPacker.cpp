@@ -6,7 +6,6 @@
 #include "core/base/DisplayText.h"
 #include "core/platform/UnfinishedFile.h"
 
-#include <algorithm>
 #include <chrono>
 #include <optional>
 #include <utility>
@@ -37,7 +36,7 @@ public:
         if (!result)
             loseHelper(result.error());
         // The archive is whole once it has its name.
-        return isPacked_.value_or(isArchiveThere());
+        return isPacked_.value_or(isArchiveThere_);
     }
 
 private:
@@ -63,15 +62,6 @@ private:
         case MessageKind::failure:
         case MessageKind::created:
             takeText(message.kind, fields);
-            break;
-        case MessageKind::createdDropped:
-            if (!created_.empty()) {
-                created_.pop_back();
-                context_.dropLastStep();
-            }
-            break;
-        case MessageKind::cancelled:
-            context_.cancelNow();
             break;
         case MessageKind::packed:
             isPacked_ = fields.flag();
@@ -104,20 +94,16 @@ private:
         case MessageKind::failure:
             return context_.fail(displayText(text));
         default:
-            takeCreated(std::move(text), fields);
+            takeCreated(text, fields);
         }
     }
 
     /// Undo will remove it, so it has to be what packing makes.
-    void takeCreated(std::string name, MessageReader& fields) {
+    void takeCreated(const std::string& name, MessageReader& fields) {
         if (name != destination_.lastComponent() && !UnfinishedFile::isName(name))
             return fields.spoil();
+        isArchiveThere_ = isArchiveThere_ || name == destination_.lastComponent();
         context_.addStep(UndoSteps::Created{destination_.parent().appending(name)});
-        created_.push_back(std::move(name));
-    }
-
-    bool isArchiveThere() const {
-        return std::ranges::find(created_, destination_.lastComponent()) != created_.end();
     }
 
     void takeCounts(MessageKind kind, MessageReader& fields) {
@@ -136,8 +122,6 @@ private:
             return context_.bytesAccounted(count);
         case MessageKind::filesDone:
             return context_.filesDone(count);
-        case MessageKind::itemsSkipped:
-            return context_.itemsSkipped(count);
         default:
             fields.spoil();
         }
@@ -146,7 +130,7 @@ private:
     void loseHelper(HelperLoss loss) {
         if (const auto folder = OpenFolder::open(destination_.parent().path(), FollowLinks::yes))
             UnfinishedFile::removeAbandoned(*folder);
-        if (loss != HelperLoss::cancelled && !isArchiveThere())
+        if (loss != HelperLoss::cancelled && !isArchiveThere_)
             context_.fail(
                 ArchiveError{ArchiveError::Case::writeFailed, "balení skončilo chybou"}.message());
     }
@@ -155,8 +139,8 @@ private:
     const FileUrl& destination_;
     OperationContext& context_;
     std::optional<steady_clock::time_point> stopped_ = {}; ///< when the job was seen cancelled
-    std::vector<std::string> created_ = {};                ///< names of what is there for good
-    std::optional<bool> isPacked_ = {};                    ///< none until the helper is done
+    bool isArchiveThere_ = false;
+    std::optional<bool> isPacked_ = {}; ///< none until the helper is done
 };
 
 } // namespace
@@ -173,10 +157,7 @@ bool HelperPacker::pack(const std::vector<FileUrl>& sources, const FileUrl& dest
         return false;
     }
     return Packing(std::move(*helper), destination, context)
-        .run({.sources = sources,
-              .destination = destination,
-              .options = options,
-              .isCapped = context.isCapped()});
+        .run({.sources = sources, .destination = destination, .options = options});
 }
 
 } // namespace fennik

@@ -30,12 +30,9 @@ enum class MessageKind : std::uint32_t {
     bytesWritten,
     bytesAccounted,
     filesDone,
-    itemsSkipped,
     error,
     failure,
     created,
-    createdDropped,
-    cancelled,
     checkpoint, ///< answered with `goOn` or `stop`
     packed,     ///< the last message
     // Answers to `checkpoint`.
@@ -65,6 +62,7 @@ public:
     void choice(Choice value) {
         number(static_cast<std::uint8_t>(value));
     }
+    void flag(bool value) { number<std::uint8_t>(value ? 1 : 0); }
     void text(std::string_view value);
     /// Without their count; the last field.
     void rest(std::span<const std::byte> bytes) { raw(bytes.data(), bytes.size()); }

@@ -45,10 +45,6 @@ public:
         lastAnswer_ = steady_clock::now();
         return isStopped_;
     }
-    void cancelNow() override {
-        isStopped_ = true;
-        tell(MessageKind::cancelled);
-    }
 
     void setTotals(std::int64_t bytes, std::int64_t files) override {
         tell(MessageKind::totals, bytes, files);
@@ -57,7 +53,6 @@ public:
     void bytesWritten(std::int64_t count) override { tell(MessageKind::bytesWritten, count); }
     void bytesAccounted(std::int64_t count) override { tell(MessageKind::bytesAccounted, count); }
     void filesDone(std::int64_t count) override { tell(MessageKind::filesDone, count); }
-    void itemsSkipped(std::int64_t count) override { tell(MessageKind::itemsSkipped, count); }
     void addError(std::string sentence) override {
         tell(MessageKind::error, std::string_view(sentence));
     }
@@ -72,13 +67,16 @@ public:
         tell(MessageKind::created, created->url.lastComponent());
         isStopped_ = !outbox_.send() || isStopped_;
     }
-    void dropLastStep() override { tell(MessageKind::createdDropped); }
-    bool isCapped() const override { return request_.isCapped; }
+    // Packing neither stops itself nor skips anything, and takes no step back.
+    void cancelNow() override {}
+    void itemsSkipped(std::int64_t) override {}
+    void dropLastStep() override {}
+    bool isCapped() const override { return false; }
     const TrashProvider& trash() const override { return trash_; }
 
     int endWith(bool isPacked) {
         outbox_.messages().begin(MessageKind::packed);
-        outbox_.messages().number<std::uint8_t>(isPacked);
+        outbox_.messages().flag(isPacked);
         outbox_.messages().finish();
         return outbox_.send() ? HelperExit::done : HelperExit::abandoned;
     }

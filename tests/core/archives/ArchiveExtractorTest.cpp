@@ -435,7 +435,7 @@ TEST_F(ArchiveExtractorTest, givesEachArchiveAFolderOfItsOwn) {
     EXPECT_THAT(names(), ElementsAre("...zip", "...zip/b"));
 
     start();
-    archives.facts.isRaw = true;
+    archives.facts.formatFamily = ArchiveFamily::raw;
     extract();
     EXPECT_THAT(names(), ElementsAre("b"));
     EXPECT_THAT(context.conflicts, IsEmpty());

@@ -235,7 +235,7 @@ TEST_F(ArchiveReaderTest, callsASingleCompressedFileLikeItsArchive) {
     const auto gzip = compressed("gzip", "obsah");
     const auto found = read("data.txt.gz", gzip);
     EXPECT_THAT(found.paths(), ElementsAre("data.txt"));
-    EXPECT_TRUE(found.facts.isRaw);
+    EXPECT_TRUE(found.facts.isRaw());
     EXPECT_EQ(found.entries[0].data, "obsah");
     EXPECT_FALSE(found.entries[0].met.declaresSize);
 
@@ -250,7 +250,7 @@ TEST_F(ArchiveReaderTest, callsASingleCompressedFileLikeItsArchive) {
     // Which the library takes for an archive without entries.
     const auto empty = read("e.xz", compressed("xz", ""));
     EXPECT_THAT(empty.paths(), ElementsAre("e"));
-    EXPECT_TRUE(empty.facts.isRaw);
+    EXPECT_TRUE(empty.facts.isRaw());
     EXPECT_EQ(empty.entries[0].data, "");
 
     EXPECT_EQ(read("c.tar.gz", gzip).error, (ArchiveError{Case::cannotOpen, "neznámý formát"}));

@@ -117,7 +117,7 @@ TEST_F(HelperPackerTest, saysWhyTheHelperCannotBeStarted) {
 
 TEST_F(HelperPackerTest, givesTheHelperTheVolumeOfTheArchiveForWhatItNeedsBesides) {
     EXPECT_TRUE(pack("tells of itself"));
-    EXPECT_THAT(context.errors, ElementsAre("TMPDIR " + temp.path("target"), "not capped",
+    EXPECT_THAT(context.errors, ElementsAre("TMPDIR " + temp.path("target"),
                                             "0 pipe:", "1 pipe:", "2 /dev/", "3 /proc"));
 }
 
@@ -132,10 +132,6 @@ TEST_F(HelperPackerTest, keepsTheArchiveThatWasThereBeforeItsHelperFailed) {
     EXPECT_TRUE(pack("crashes at the end"));
     EXPECT_EQ(context.failure, "");
     EXPECT_EQ(context.steps.size(), 1U);
-
-    RecordingContext job(TransferKind::pack, trash);
-    EXPECT_FALSE(packer.pack({}, archive("loses its step"), {}, job));
-    EXPECT_THAT(job.steps, IsEmpty());
 }
 
 TEST_F(HelperPackerTest, believesNothingThatCannotBe) {
