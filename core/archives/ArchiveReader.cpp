@@ -433,7 +433,8 @@ ArchiveReader::open(int descriptor, const ArchiveRequest& request, IsCancelled i
 
 Result<std::optional<StreamEntry>> ArchiveReader::next() {
     const ArchiveLocale locale;
-    Result<std::optional<StreamEntry>> result;
+    // Filled where it is returned: a million entries are not to be moved about.
+    Result<std::optional<StreamEntry>> result(std::in_place, std::in_place);
     for (;;) {
         const auto met = state_->nextHeader();
         if (!met) {
@@ -448,11 +449,10 @@ Result<std::optional<StreamEntry>> ArchiveReader::next() {
         state_->dataEnd = 0;
         if (*met == nullptr) {
             state_->facts.formatFamily = ArchiveFamily::raw;
-            result->emplace(state_->emptyFile());
+            *result = state_->emptyFile();
             return result;
         }
-        // Filled where it is returned: a million entries are not to be moved about.
-        if (state_->convert(*met, result->emplace()))
+        if (state_->convert(*met, **result))
             return result;
     }
 }

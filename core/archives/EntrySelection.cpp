@@ -15,6 +15,8 @@ EntrySelection::EntrySelection(const std::optional<std::vector<std::string>>& pa
 std::optional<std::size_t> EntrySelection::baseLength(std::string_view path) const {
     if (!selected_)
         return 0;
+    if (selected_->empty())
+        return std::nullopt;
     for (std::size_t base = 0;;) {
         const auto end = path.find('/', base);
         if (selected_->contains(path.substr(0, end)))

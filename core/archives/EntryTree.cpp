@@ -5,6 +5,7 @@
 #include "core/operations/ClampedSum.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <functional>
 #include <utility>
@@ -191,22 +192,33 @@ void EntryTree::finish(Date modified) {
 
 void EntryTree::joinSamePaths() {
     resizeSlots(std::max(slots_.size(), std::bit_ceil(2 * nodes_.size())));
-    for (std::size_t i = 1; i < nodes_.size(); ++i) {
-        auto& node = nodes_[i];
-        if (isFolder(node))
+    // Slots lie anywhere in memory, so they are sent for some nodes ahead.
+    constexpr std::size_t ahead = 16;
+    std::array<std::uint32_t, ahead> hashes{};
+    for (std::size_t i = 1; i < nodes_.size() + ahead; ++i) {
+        auto& hash = hashes.at(i % ahead);
+        if (i > ahead)
+            joinWithSame(static_cast<Index>(i - ahead), hash);
+        if (i >= nodes_.size())
             continue;
-        const auto name = nameOf(node);
-        const auto hash = hashOf(node.parent, name);
-        auto& slot = slots_[slotOf(hash, node.parent, name)];
-        if (slot == none) {
-            slot = slotFor(hash, static_cast<Index>(i));
-            continue;
-        }
-        auto& same = nodes_[slot & indexBits];
-        if (!isFolder(same))
-            same = node;
-        node = {};
+        hash = hashOf(nodes_[i].parent, nameOf(nodes_[i]));
+        __builtin_prefetch(&slots_[hash & (slots_.size() - 1)]);
     }
+}
+
+void EntryTree::joinWithSame(Index index, std::uint32_t hash) {
+    auto& node = nodes_[index];
+    if (isFolder(node))
+        return;
+    auto& slot = slots_[slotOf(hash, node.parent, nameOf(node))];
+    if (slot == none) {
+        slot = slotFor(hash, index);
+        return;
+    }
+    auto& same = nodes_[slot & indexBits];
+    if (!isFolder(same))
+        same = node;
+    node = {};
 }
 
 void EntryTree::linkChildren() {

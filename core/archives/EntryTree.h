@@ -66,6 +66,7 @@ private:
     Index folderAt(std::string_view path);
     Index takeFolder(std::string_view& path);
     void joinSamePaths();
+    void joinWithSame(Index index, std::uint32_t hash);
     void linkChildren();
     void addUp(Date modified);
     std::optional<Index> nodeAt(std::string_view path) const;

@@ -48,13 +48,18 @@ Sequence sequenceAt(std::string_view bytes, std::size_t position) {
     return {lead.length, scalar};
 }
 
-/// Whether there is room for eight bytes, all of them ASCII.
-bool isAsciiAt(std::string_view bytes, std::size_t position) {
-    std::uint64_t word = 0;
-    if (bytes.size() - position < sizeof word)
-        return false;
-    std::memcpy(&word, &bytes[position], sizeof word);
-    return (word & 0x8080'8080'8080'8080U) == 0;
+/// How many bytes from `position` on are ASCII.
+std::size_t asciiAt(std::string_view bytes, std::size_t position) {
+    constexpr std::uint64_t beyondAscii = 0x8080'8080'8080'8080U;
+    auto end = position;
+    for (std::uint64_t word = 0; bytes.size() - end >= sizeof word; end += sizeof word) {
+        std::memcpy(&word, &bytes[end], sizeof word);
+        if ((word & beyondAscii) != 0)
+            break;
+    }
+    while (end < bytes.size() && static_cast<unsigned char>(bytes[end]) < 0x80)
+        ++end;
+    return end - position;
 }
 
 } // namespace
@@ -86,10 +91,9 @@ void append(std::string& bytes, char32_t scalar) {
 
 bool isValid(std::string_view bytes) {
     for (std::size_t position = 0; position < bytes.size();) {
-        if (isAsciiAt(bytes, position)) {
-            position += sizeof(std::uint64_t);
-            continue;
-        }
+        position += asciiAt(bytes, position);
+        if (position == bytes.size())
+            break;
         const auto length = sequenceAt(bytes, position).length;
         if (length == 0)
             return false;
