@@ -20,6 +20,8 @@ namespace {
 constexpr int cardWidth = 400;
 constexpr int portraitSide = 92;
 constexpr int textWidth = 340;
+
+/// The head of a little window: its title between two equal margins.
 class Head final : public QWidget {
 public:
     Head(const QString& title, IconButton* close, const Theme& theme) : theme_(theme) {
