@@ -6,7 +6,7 @@
 #include "app/ui/dialogs/LabelColor.h"
 #include "core/base/FoldedText.h"
 
-#include <QHBoxLayout>
+#include <QBoxLayout>
 #include <QLabel>
 
 #include <algorithm>
@@ -17,7 +17,9 @@ namespace {
 
 constexpr double leastColumn = 320;
 constexpr double columnGap = 24;
+constexpr double partsGap = 8;
 constexpr double rowHeight = 26;
+constexpr double stackedHeight = 46;
 constexpr double headingHeight = 32;
 constexpr int mostColumns = 3;
 
@@ -31,7 +33,7 @@ QWidget* heading(const QString& title, const Theme& theme, QWidget* parent) {
     return label;
 }
 
-QWidget* row(const KeysDialog::Row& row, const Theme& theme, QWidget* parent) {
+QBoxLayout* row(const KeysDialog::Row& row, const Theme& theme, QWidget* parent) {
     auto* widget = new QWidget(parent);
     setAccessibleRole(*widget, QAccessible::ListItem);
     auto* caps = new KeyCapStrip(row.keys, theme, widget);
@@ -40,12 +42,12 @@ QWidget* row(const KeysDialog::Row& row, const Theme& theme, QWidget* parent) {
     auto* title = new ElidedLabel(row.title, widget);
     title->setFont(theme.font(FontRole::body));
     followColor(*title, theme, &Tokens::text);
-    auto* layout = new QHBoxLayout(widget);
+    auto* layout = new QBoxLayout(QBoxLayout::LeftToRight, widget);
     layout->setContentsMargins({});
-    layout->setSpacing(theme.px(8));
+    layout->setSpacing(theme.px(partsGap));
     layout->addWidget(title, 1);
-    layout->addWidget(caps);
-    return widget;
+    layout->addWidget(caps, 0, Qt::AlignRight | Qt::AlignVCenter);
+    return layout;
 }
 
 } // namespace
@@ -69,7 +71,8 @@ void KeySheet::setGroups(const std::vector<KeysDialog::Group>& groups) {
     for (const auto& group : groups) {
         lines_.push_back({.widget = heading(group.title, theme_, this), .isHeading = true});
         for (const auto& shown : group.rows) {
-            Line line{.widget = row(shown, theme_, this)};
+            auto* parts = row(shown, theme_, this);
+            Line line{.widget = parts->parentWidget(), .parts = parts};
             for (const auto& text : QStringList{shown.title} + shown.keys)
                 line.found.push_back(foldedText(text.toStdString()));
             lines_.push_back(std::move(line));
@@ -106,33 +109,51 @@ int KeySheet::columnsIn(int width) const {
     return std::clamp((width + gap) / (theme_.px(leastColumn) + gap), 1, mostColumns);
 }
 
-int KeySheet::heightOf(const Line& line) const {
-    return theme_.px(line.isHeading ? headingHeight : rowHeight);
+int KeySheet::columnWidthIn(int width) const {
+    const int columns = columnsIn(width);
+    return (width - (columns - 1) * theme_.px(columnGap)) / columns;
 }
 
-int KeySheet::columnsAt(int height) const {
+bool KeySheet::isStacked(const Line& line, int columnWidth) const {
+    if (line.parts == nullptr)
+        return false;
+    int wanted = theme_.px(partsGap);
+    for (int i = 0; i < line.parts->count(); ++i)
+        wanted += line.parts->itemAt(i)->widget()->sizeHint().width();
+    return wanted > columnWidth;
+}
+
+int KeySheet::heightOf(const Line& line, int columnWidth) const {
+    if (line.isHeading)
+        return theme_.px(headingHeight);
+    return theme_.px(isStacked(line, columnWidth) ? stackedHeight : rowHeight);
+}
+
+int KeySheet::columnsAt(int height, int columnWidth) const {
     int columns = 1;
     int y = 0;
     for (std::size_t i = 0; i < lines_.size(); ++i) {
         // A heading does not stand alone at the foot of a column.
         const bool hasNext = lines_[i].isHeading && i + 1 < lines_.size();
-        const int needed = heightOf(lines_[i]) + (hasNext ? heightOf(lines_[i + 1]) : 0);
+        const int needed =
+            heightOf(lines_[i], columnWidth) + (hasNext ? heightOf(lines_[i + 1], columnWidth) : 0);
         if (y > 0 && y + needed > height) {
             ++columns;
             y = 0;
         }
-        y += heightOf(lines_[i]);
+        y += heightOf(lines_[i], columnWidth);
     }
     return columns;
 }
 
 int KeySheet::heightForWidth(int width) const {
     const int columns = columnsIn(width);
+    const int columnWidth = columnWidthIn(width);
     int total = 0;
     for (const auto& line : lines_)
-        total += heightOf(line);
+        total += heightOf(line, columnWidth);
     int height = total / columns;
-    while (columnsAt(height) > columns)
+    while (columnsAt(height, columnWidth) > columns)
         ++height;
     return height;
 }
@@ -142,9 +163,8 @@ void KeySheet::resizeEvent(QResizeEvent*) {
 }
 
 void KeySheet::layOut() {
-    const int columns = columnsIn(width());
     const int gap = theme_.px(columnGap);
-    const int columnWidth = (width() - (columns - 1) * gap) / columns;
+    const int columnWidth = columnWidthIn(width());
     const int height = heightForWidth(width());
     int x = 0;
     int y = 0;
@@ -153,13 +173,20 @@ void KeySheet::layOut() {
         line.widget->setVisible(line.isWanted);
         if (!line.isWanted)
             continue;
-        const int needed = heightOf(line) + (line.isHeading ? theme_.px(rowHeight) : 0);
+        const bool hasNext = line.isHeading && i + 1 < lines_.size();
+        const int own = heightOf(line, columnWidth);
+        const int needed = own + (hasNext ? heightOf(lines_[i + 1], columnWidth) : 0);
         if (y > 0 && y + needed > height) {
             x += columnWidth + gap;
             y = 0;
         }
-        line.widget->setGeometry(x, y, columnWidth, heightOf(line));
-        y += heightOf(line);
+        if (line.parts != nullptr) {
+            const bool stacked = isStacked(line, columnWidth);
+            line.parts->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+            line.parts->setSpacing(stacked ? 0 : theme_.px(partsGap));
+        }
+        line.widget->setGeometry(x, y, columnWidth, own);
+        y += own;
     }
     nothing_->setGeometry(0, 0, width(), theme_.px(rowHeight));
 }

@@ -6,6 +6,7 @@
 
 #include <vector>
 
+class QBoxLayout;
 class QLabel;
 
 namespace fennik::ui {
@@ -32,15 +33,19 @@ protected:
 private:
     struct Line {
         QWidget* widget = nullptr;
+        QBoxLayout* parts = nullptr; ///< of a row: its title and its keys
         bool isHeading = false;
         bool isWanted = true;
         std::vector<std::u32string> found = {}; ///< what can be looked for, folded
     };
 
     int columnsIn(int width) const;
-    int heightOf(const Line& line) const;
+    int columnWidthIn(int width) const;
+    /// Keys that have no room beside their title stand below it.
+    bool isStacked(const Line& line, int columnWidth) const;
+    int heightOf(const Line& line, int columnWidth) const;
     /// How many columns the lines take when none is higher than `height`.
-    int columnsAt(int height) const;
+    int columnsAt(int height, int columnWidth) const;
     void layOut();
 
     const Theme& theme_;

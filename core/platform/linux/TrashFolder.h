@@ -43,7 +43,7 @@ public:
     /// The user's own one, made where it is missing.
     static Result<TrashFolder> home();
     /// The one for this user at the top of a volume: `top`/.Trash/UID if the administrator has
-    /// provided `top`/.Trash as the specification wants it, else `top`/.Trash-UID, made where it is
+    /// provided `top`/.Trash as the standard wants it, else `top`/.Trash-UID, made where it is
     /// missing. A failure where these cannot be trusted: links, owned by others, open to all.
     static Result<TrashFolder> ofVolume(const FileUrl& top);
     /// Whether the path is the one of a trash: of `homeUrl`, or that of a user on a volume.
