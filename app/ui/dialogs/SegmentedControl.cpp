@@ -1,6 +1,7 @@
 #include "app/ui/dialogs/SegmentedControl.h"
 
 #include "app/ui/AccessibleRole.h"
+#include "app/ui/OneOfSeveral.h"
 
 #include <QAbstractButton>
 #include <QHBoxLayout>
@@ -33,15 +34,8 @@ public:
         setAccessibleName(detail_.isEmpty() ? choice.title
                                             : choice.title + QStringLiteral(", ") + detail_);
         setEnabled(choice.availability == Availability::available);
-        setCheckable(true);
-        setAutoExclusive(true);
-        setFocusPolicy(Qt::ClickFocus);
-        setAttribute(Qt::WA_Hover);
+        makeOneOfSeveral(*this);
         setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-        // The Tab key stops at what is chosen.
-        connect(this, &QAbstractButton::toggled, this, [this](bool isChosen) {
-            setFocusPolicy(isChosen ? Qt::StrongFocus : Qt::ClickFocus);
-        });
     }
 
     QSize sizeHint() const override {

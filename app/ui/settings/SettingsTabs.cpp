@@ -1,6 +1,7 @@
 #include "app/ui/settings/SettingsTabs.h"
 
 #include "app/ui/AccessibleRole.h"
+#include "app/ui/OneOfSeveral.h"
 
 #include <QAbstractButton>
 #include <QPainter>
@@ -28,14 +29,7 @@ public:
         setObjectName(page.name);
         setText(page.title);
         setAccessibleName(page.title);
-        setCheckable(true);
-        setAutoExclusive(true);
-        setFocusPolicy(Qt::ClickFocus);
-        setAttribute(Qt::WA_Hover);
-        // The Tab key stops at what is chosen.
-        connect(this, &QAbstractButton::toggled, this, [this](bool isChosen) {
-            setFocusPolicy(isChosen ? Qt::StrongFocus : Qt::ClickFocus);
-        });
+        makeOneOfSeveral(*this);
     }
 
     QSize sizeHint() const override {
