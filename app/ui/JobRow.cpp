@@ -5,6 +5,7 @@
 #include "app/ui/ProgressBar.h"
 #include "app/ui/TabularText.h"
 #include "app/ui/Text.h"
+#include "app/ui/UnfoldButton.h"
 
 #include <QAccessibleWidget>
 #include <QFontMetricsF>
@@ -13,64 +14,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <utility>
 
 namespace fennik::ui {
-
-/// The number of errors, which unfolds them.
-class UnfoldButton final : public QAbstractButton {
-public:
-    UnfoldButton(const Theme& theme, Icons& icons, QWidget* parent)
-        : QAbstractButton(parent), theme_(theme), icons_(icons) {
-        setObjectName(QStringLiteral("jobUnfold"));
-        setFocusPolicy(Qt::NoFocus);
-        setAttribute(Qt::WA_Hover);
-        setCheckable(true);
-    }
-
-    void setCount(std::size_t count) {
-        setText(QString::number(static_cast<qulonglong>(count)));
-        setVisible(count > 0);
-        setAccessibleName(QStringLiteral("Chyby: ") + text());
-        setToolTip(isChecked() ? QStringLiteral("Sbalit chyby") : QStringLiteral("Rozbalit chyby"));
-    }
-
-    QSize sizeHint() const override {
-        return {int(std::ceil(TabularText::width(font(), text()))) + theme_.px(12 + chevron),
-                theme_.px(28)};
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        const auto& tokens = theme_.tokens();
-        QPainter painter(this);
-        if (underMouse()) {
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(isDown() ? tokens.pressed : tokens.hover);
-            painter.drawRoundedRect(rect(), 7, 7);
-        }
-        const int side = theme_.px(chevron);
-        const int left = width() - side - theme_.px(4);
-        painter.setFont(font());
-        painter.setPen(tokens.err);
-        TabularText::draw(painter, QRectF(0, 0, left - theme_.px(3), height()), Qt::AlignRight,
-                          text());
-        painter.drawPixmap(
-            left, (height() - side) / 2,
-            icons_.line(isChecked() ? QStringLiteral("chevron-up") : QStringLiteral("chevron-down"),
-                        side, tokens.err, devicePixelRatioF()));
-    }
-
-private:
-    static constexpr double chevron = 13;
-
-    QFont font() const { return theme_.font(FontRole::detail, QFont::DemiBold); }
-
-    const Theme& theme_;
-    Icons& icons_;
-};
 
 namespace {
 
