@@ -21,7 +21,7 @@ namespace fennik::system {
 class SettingsFile final : public app::SettingsStore {
 public:
     /// Where programs keep their configuration: $XDG_CONFIG_HOME when it is an absolute path, else
-    /// ".config" in `home` (XDG Base Directory Specification).
+    /// ".config" in `home` (XDG Base Directory).
     static std::string configFolder(const std::string& home);
 
     /// Tells the user, in a whole sentence, that settings cannot be kept.

@@ -19,7 +19,7 @@ using Relocate =
 /// in the home folder. Returns where it lies now. The error is the reason, as it stands behind a
 /// colon; the item is where it was then. Never moved are mount points, the home folder, a trash,
 /// what contains one of them, and what lies in a trash. Sources on Linux: the FreeDesktop.org Trash
-/// specification 1.0.
+/// standard 1.0.
 std::expected<FileUrl, std::string> trash(const FileUrl& item, const Relocate& relocate);
 
 /// Removes the trash's record of an item that is not at `place` any more.

@@ -40,7 +40,6 @@ protected:
 
 private:
     QWidget* makeTop();
-    QWidget* makeFoot();
     void search(const QString& text);
     void findByKey();
     void takeKey(const KeyCombo& combo);

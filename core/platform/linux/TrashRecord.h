@@ -10,7 +10,7 @@ namespace fennik {
 
 /// What a trash notes of an item: where it lay, and when it was put away in local time. `path` is
 /// absolute, or in the trash of a volume relative to its top. Source: the FreeDesktop.org Trash
-/// specification 1.0, "Contents of a trash directory".
+/// standard 1.0, "Contents of a trash directory".
 std::string trashRecord(std::string_view path, const std::tm& deleted);
 
 /// The name of the file that holds the record of what a trash calls `name`.
