@@ -8,11 +8,14 @@
 #include <condition_variable>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <memory>
 #include <mutex>
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace fennik::test {
@@ -22,31 +25,42 @@ namespace {
 using namespace std::chrono_literals;
 using SteadyClock = std::chrono::steady_clock;
 
-/// Counts calls from another thread.
+/// Counts calls from another thread. A call may still be under way when its watch is gone, and so
+/// keeps what it touches.
 class Calls {
 public:
-    std::function<void()> one() {
-        return [this] {
-            const std::lock_guard lock(mutex_);
-            times_.push_back(SteadyClock::now());
-            changed_.notify_all();
+    std::function<void()> one() const {
+        return [record = record_] {
+            const std::lock_guard lock(record->mutex);
+            record->times.push_back(SteadyClock::now());
+            record->changed.notify_all();
+        };
+    }
+    /// Calls that count and then wait until the gate is open.
+    std::function<void()> oneAt(std::shared_ptr<std::mutex> gate) const {
+        return [count = one(), gate = std::move(gate)] {
+            count();
+            const std::lock_guard pass(*gate);
         };
     }
     /// Waits until there were as many calls, for some seconds at most.
-    bool reach(std::size_t count) {
-        std::unique_lock lock(mutex_);
-        return changed_.wait_for(lock, 10s, [&] { return times_.size() >= count; });
+    bool reach(std::size_t count) const {
+        std::unique_lock lock(record_->mutex);
+        return record_->changed.wait_for(lock, 10s, [&] { return record_->times.size() >= count; });
     }
     std::vector<SteadyClock::time_point> times() const {
-        const std::lock_guard lock(mutex_);
-        return times_;
+        const std::lock_guard lock(record_->mutex);
+        return record_->times;
     }
     std::size_t count() const { return times().size(); }
 
 private:
-    mutable std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<SteadyClock::time_point> times_;
+    struct Record {
+        std::mutex mutex;
+        std::condition_variable changed;
+        std::vector<SteadyClock::time_point> times;
+    };
+    std::shared_ptr<Record> record_ = std::make_shared<Record>();
 };
 
 } // namespace
@@ -59,7 +73,7 @@ protected:
         temp.folder("other");
     }
 
-    std::unique_ptr<FolderEvents::Watch> watch(std::string_view name, Calls& calls) {
+    std::unique_ptr<FolderEvents::Watch> watch(std::string_view name, const Calls& calls) {
         return events->watch(temp.path(name), calls.one());
     }
     /// Returns once all that happened before was told: a change elsewhere comes after it.
@@ -164,12 +178,9 @@ TEST_F(FolderEventsTest, anOverflowIsAChangeOfEveryFolder) {
     Calls busy;
     const auto watchingQuiet = watch("other", quiet);
     // Its call holds up the thread of the events until the kernel's queue is full.
-    std::mutex gate;
-    std::unique_lock closed(gate);
-    const auto watchingBusy = events->watch(temp.path("watched"), [&] {
-        busy.one()();
-        const std::lock_guard pass(gate);
-    });
+    const auto gate = std::make_shared<std::mutex>();
+    std::unique_lock closed(*gate);
+    const auto watchingBusy = events->watch(temp.path("watched"), busy.oneAt(gate));
     temp.file("watched/first");
     ASSERT_TRUE(busy.reach(1));
     for (int i = 0; i < 10'000; ++i) {
@@ -216,12 +227,9 @@ TEST_F(FolderEventsTest, watchesThatComeAndGoAtOnceLoseNoChange) {
 TEST_F(FolderEventsTest, aWatchThatIsGoneIsSilentAlsoWhenItsEventsAreThereAlready) {
     // Another call holds up the thread of the events.
     Calls begun;
-    std::mutex gate;
-    std::unique_lock closed(gate);
-    const auto holding = events->watch(temp.path("watched/inner"), [&] {
-        begun.one()();
-        const std::lock_guard pass(gate);
-    });
+    const auto gate = std::make_shared<std::mutex>();
+    std::unique_lock closed(*gate);
+    const auto holding = events->watch(temp.path("watched/inner"), begun.oneAt(gate));
     temp.file("watched/inner/new");
     ASSERT_TRUE(begun.reach(1));
     Calls calls;
@@ -234,10 +242,10 @@ TEST_F(FolderEventsTest, aWatchThatIsGoneIsSilentAlsoWhenItsEventsAreThereAlread
 
     Calls deleting;
     std::unique_ptr<FolderEvents::Watch> watching;
-    std::unique_lock assigning(gate);
+    std::unique_lock assigning(*gate);
     watching = events->watch(temp.path("other"), [&] {
         {
-            const std::lock_guard pass(gate);
+            const std::lock_guard pass(*gate);
             watching.reset(); // from inside its own call
         }
         deleting.one()();
