@@ -54,7 +54,7 @@ enum class AppChange {
     suggestions = 64,
     jobs = 128,        ///< the jobs of the queue
     undo = 256,        ///< what undo would take back
-    outcome = 512,     ///< what will come of the text in the dialog
+    outcome = 512,     ///< what will come of the text in the dialog, and if it is being confirmed
     operations = 1024, ///< whether the card of the queue is shown
     busy = 2048,       ///< what takes its time
     preview = 4096,    ///< the quick preview
@@ -152,6 +152,9 @@ public:
     const std::optional<std::string>& undoTitle() const { return undoTitle_; }
     /// What will come of the text in the dialog that is open.
     const Outcome& outcome() const { return preview_.outcome(); }
+    /// Whether a worker examines or carries out what the dialog was confirmed with. What is entered
+    /// meanwhile was meant for something else; the dialog can still be closed.
+    bool isConfirming() const { return confirmation_ != nullptr; }
     /// What has been done for a while and is not done yet, for the status line; else empty.
     const std::string& busyText() const { return actions_.busyText(); }
 
@@ -266,6 +269,8 @@ private:
     /// The same for what `examine` finds on a worker, at `path`.
     void confirm(std::string path, std::function<TransferTarget::Answer()> examine,
                  Confirmed confirmed);
+    /// None when nothing is being confirmed any more.
+    void setConfirmation(std::shared_ptr<int> confirmation);
 
     // Archives.
     void openPacking();

@@ -15,6 +15,9 @@ OutcomePreview::OutcomePreview(const PanelServices& services, std::function<void
     : services_(services), changed_(std::move(changed)), question_(services.delayed) {}
 
 void OutcomePreview::ask(When when, std::string path, Find find) {
+    // What was wrong with the last text need not be wrong with this one.
+    if (outcome_.kind == Outcome::Kind::refused)
+        set({.freeSpace = outcome_.freeSpace});
     life_ = std::make_shared<int>();
     question_.schedule(typingPause, [this, path = std::move(path), find = std::move(find)] {
         runThen(services_.disk, services_.main, path, life_, find,

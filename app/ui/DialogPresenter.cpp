@@ -165,6 +165,7 @@ void DialogPresenter::takeOutcome() {
         return;
     const auto& [kind, sentence, freeSpace] = app_.outcome();
     card->setOutcome(kindOf(kind), fromUtf8(sentence));
+    card->setConfirming(app_.isConfirming());
     if (auto* target = qobject_cast<TargetDialog*>(card))
         target->setFreeSpace(freeSpace ? fromUtf8(Format::bytes(*freeSpace)) : QString());
 }

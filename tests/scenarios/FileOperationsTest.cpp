@@ -117,6 +117,37 @@ TEST_F(FileOperationsScenario, theItemUnderTheCursorIsMovedAndRenamedOnTheWay) {
     EXPECT_THAT(Scenario::names(), ElementsAre("..", "tree", "a.txt", "b.txt"));
 }
 
+TEST_F(FileOperationsScenario, whatIsTypedAfterTheConfirmationWasMeantForSomethingElse) {
+    moveTo("a.txt");
+    press("f5");
+    app().confirmTransfer(temp.path("right"));
+    EXPECT_TRUE(app().isConfirming()) << "the dialog takes no more keys";
+    app().dialogTextChanged("p");
+    settleAll();
+    EXPECT_FALSE(app().dialog());
+    EXPECT_EQ(content("right/a.txt"), "aaaa");
+    EXPECT_FALSE(exists("left/p"));
+}
+
+TEST_F(FileOperationsScenario, aTargetThatIsRefusedForTheSameReasonIsRefusedAnew) {
+    moveTo("tree");
+    press("f5");
+    int tellings = 0;
+    QObject::connect(&app(), &app::AppModel::changed, [&](app::AppChanges changes) {
+        if (changes.testFlag(app::AppChange::outcome) &&
+            app().outcome().kind == Outcome::Kind::refused)
+            ++tellings;
+    });
+    for (const auto* target : {"tree", "tree/inner"}) {
+        app().dialogTextChanged(target);
+        EXPECT_NE(app().outcome().kind, Outcome::Kind::refused) << "not known yet";
+        timers.pass(std::chrono::milliseconds(120));
+        settle();
+        EXPECT_EQ(app().outcome().kind, Outcome::Kind::refused);
+    }
+    EXPECT_EQ(tellings, 2);
+}
+
 TEST_F(FileOperationsScenario, aRefusedTargetKeepsTheDialogAndChangesNothing) {
     moveTo("tree");
     press("f5");

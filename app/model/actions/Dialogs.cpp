@@ -157,7 +157,6 @@ void AppModel::dialogTextChanged(const std::string& text) {
         folder->name = text;
     else if (auto* mask = stage_.shownAs<MaskDialog>())
         mask->text = text;
-    confirmation_.reset();
     previewOutcome(OutcomePreview::When::afterTyping);
 }
 
@@ -210,25 +209,29 @@ void AppModel::confirmTarget(TransferTarget::Question question, Confirmed confir
 
 void AppModel::confirm(std::string path, std::function<TransferTarget::Answer()> examine,
                        Confirmed confirmed) {
-    confirmation_ = std::make_shared<int>();
+    setConfirmation(std::make_shared<int>());
     auto done = [this, id = stage_.shownId(),
                  confirmed = std::move(confirmed)](TransferTarget::Answer answer) {
-        confirmation_.reset();
+        setConfirmation(nullptr);
         if (answer.outcome.kind != Outcome::Kind::refused) {
             close(id);
             confirmed(std::move(answer.pairs));
         } else if (stage_.shownId() == id) {
-            preview_.set(std::move(answer.outcome));
+            previewOutcome(OutcomePreview::When::now); // of what stands there by now
         }
     };
     runThen(services_.panels.disk, services_.panels.main, std::move(path), confirmation_,
             std::move(examine), std::move(done));
 }
 
+void AppModel::setConfirmation(std::shared_ptr<int> confirmation) {
+    confirmation_ = std::move(confirmation);
+    emit changed(AppChange::outcome);
+}
+
 void AppModel::packAnswerChanged(const PackAnswer& answer) {
     if (auto* dialog = stage_.shownAs<PackDialog>())
         dialog->answer = answer;
-    confirmation_.reset();
     previewOutcome(OutcomePreview::When::afterTyping);
 }
 
@@ -252,12 +255,12 @@ void AppModel::confirmNewFolder(const std::string& name) {
     if (dialog == nullptr || confirmation_)
         return;
     dialog->name = name;
-    confirmation_ = std::make_shared<int>();
+    setConfirmation(std::make_shared<int>());
     const auto id = stage_.shownId();
     auto done = [this, id, side = activeSide_, folder = dialog->folder,
                  confirmed = std::weak_ptr(confirmation_)](auto made) {
         if (!confirmed.expired())
-            confirmation_.reset();
+            setConfirmation(nullptr);
         if (made) {
             close(id);
             const auto below = made->path().substr(folder.isRoot() ? 1 : folder.path().size() + 1);

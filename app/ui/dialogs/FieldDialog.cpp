@@ -55,6 +55,11 @@ void FieldDialog::setOutcome(OutcomeLine::Kind kind, const QString& sentence) {
     takeCompleteness();
 }
 
+void FieldDialog::setConfirming(bool isConfirming) {
+    for (auto* field : findChildren<QLineEdit*>())
+        field->setReadOnly(isConfirming);
+}
+
 bool FieldDialog::isComplete() const {
     return !text().trimmed().isEmpty();
 }

@@ -15,6 +15,8 @@ public:
     QString text() const;
     /// An error stays until the text changes, and keeps the dialog from being confirmed.
     void setOutcome(OutcomeLine::Kind kind, const QString& sentence);
+    /// Nothing can be typed while what was confirmed is being looked at.
+    void setConfirming(bool isConfirming);
 
 signals:
     /// Comes with every change by the user; `setOutcome` is expected to follow.

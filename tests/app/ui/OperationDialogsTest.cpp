@@ -86,6 +86,19 @@ TEST_F(OperationDialogsTest, aRefusalHoldsUntilTheTextChanges) {
     EXPECT_FALSE(confirm()->isEnabled());
 }
 
+TEST_F(OperationDialogsTest, hearsNothingButEscapeWhileItIsBeingConfirmed) {
+    auto& dialog = transfer("/media");
+    const QSignalSpy cancelled(&dialog, &DialogCard::cancelled);
+    dialog.setConfirming(true);
+    QTest::keyClicks(focus(), "p");
+    EXPECT_EQ(dialog.text(), "/media");
+    press(Qt::Key_Escape);
+    EXPECT_EQ(cancelled.size(), 1);
+    dialog.setConfirming(false);
+    QTest::keyClicks(focus(), "p");
+    EXPECT_EQ(dialog.text(), "p");
+}
+
 TEST_F(OperationDialogsTest, aTargetThatWasLeftAloneKeepsItsBytes) {
     for (const std::string path : {"/mnt/s\xFF%", "/mnt/s ", "/mnt/s\nx", "/mnt/č"})
         EXPECT_EQ(pathFromStored(transfer(path).text().toStdString()), path);
