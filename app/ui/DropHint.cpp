@@ -1,5 +1,6 @@
 #include "app/ui/DropHint.h"
 
+#include "app/ui/AccessibleRole.h"
 #include "app/ui/Shadow.h"
 
 #include <QFontMetricsF>
@@ -22,6 +23,7 @@ constexpr double radius = 7;
 DropHint::DropHint(const Theme& theme, Icons& icons, QWidget* parent)
     : QWidget(parent), theme_(theme), icons_(icons) {
     setObjectName(QStringLiteral("dropHint"));
+    setAccessibleRole(*this, QAccessible::ToolTip);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     hide();
     new Shadow(*this, Shadow::Depth::menu, radius, theme);
@@ -32,6 +34,7 @@ void DropHint::showAt(const QPoint& mouse, TransferKind kind, const QString& fol
     text_ = (kind == TransferKind::move ? QStringLiteral("Přesunout do složky „%1“")
                                         : QStringLiteral("Kopírovat do složky „%1“"))
                 .arg(folder);
+    setAccessibleName(text_);
     const QFontMetricsF metrics(theme_.font(FontRole::body));
     const int wide =
         theme_.px(2 * padding + signSide + gap) + int(std::ceil(metrics.horizontalAdvance(text_)));

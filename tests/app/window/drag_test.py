@@ -44,11 +44,18 @@ class Drag(WindowTest):
             # What is held is told with the next move.
             self.mouse("keydown", key, "mousemove_relative", "2", "0")
 
-    def drop(self, start, end, key=None):
+    def drop(self, start, end, key=None, fennik=None):
+        """Lets it go as soon as the program below says what will come of it."""
         self.drag(start, end, key)
+        (fennik or self.fennik).expect("what is said beside the mouse", lambda: self.hint(fennik),
+                                       "Přesunout" if key else "Kopírovat")
         self.mouse("mouseup", 1)
         if key:
             self.mouse("keyup", key)
+
+    def hint(self, fennik=None):
+        """The first word of what is said beside the mouse; empty when nothing is."""
+        return "".join(tip.get_name() for tip in (fennik or self.fennik).shown("tool tip")).partition(" ")[0]
 
     def expect_names(self, folder, *names):
         wait_until(lambda: {item.name for item in folder.iterdir()} == set(names),
@@ -98,10 +105,10 @@ class Drag(WindowTest):
         self.place_window(other, 800)
         x, y = self.row(LEFT, "nadřazená složka", other)
         free_space = (x, y + 200)
-        self.drop(self.row(LEFT, "a.txt"), free_space)
+        self.drop(self.row(LEFT, "a.txt"), free_space, fennik=other)
         self.expect_names(folder, "a.txt")
         # Only the program that the files came to may take them away.
-        self.drop(self.row(LEFT, "b.txt"), free_space, "shift")
+        self.drop(self.row(LEFT, "b.txt"), free_space, "shift", other)
         self.expect_names(folder, "a.txt", "b.txt")
         self.expect_names(self.left, "a.txt", "Složka")
 
