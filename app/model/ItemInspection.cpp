@@ -92,14 +92,24 @@ void ItemInspection::examine(const FileItem& item) {
 }
 
 void ItemInspection::count(const InfoDialog& wanted) {
+    auto tell = [this, &main = services_.main,
+                 life = std::weak_ptr(life_)](const FolderSizer::Result& soFar) {
+        main.execute([this, life, soFar] {
+            if (life.expired())
+                return;
+            details_.content = soFar;
+            changed_();
+        });
+    };
     runThen(
         services_.sizingDisk, services_.main, wanted.item.url.path(), life_,
-        [&files = services_.files, wanted, flag = flag_] {
+        [&files = services_.files, wanted, flag = flag_, tell = std::move(tell)] {
             const auto& archive = wanted.archive;
             if (archive)
                 return contentOf(*archive->index,
                                  ArchivePaths::child(archive->inner, wanted.item.name), *flag);
-            return FolderSizer::size(files, wanted.item.url, [flag] { return flag->isSet(); });
+            return FolderSizer::size(
+                files, wanted.item.url, [flag] { return flag->isSet(); }, {}, tell);
         },
         [this](std::optional<FolderSizer::Result> content) {
             details_.content = content;

@@ -16,8 +16,8 @@ namespace fennik::app {
 struct ItemDetails {
     std::optional<FileStatus> status = {}; ///< as it is on the disk now
     std::optional<LinkTarget> link = {};
-    std::optional<FolderSizer::Result> content = {}; ///< of a folder
-    bool isCounting = false;                         ///< `content` is still to come
+    std::optional<FolderSizer::Result> content = {}; ///< of a folder, as far as it is counted
+    bool isCounting = false;
 };
 
 /// Finds out what a panel does not know of an item: on workers, for the one that is wanted last.

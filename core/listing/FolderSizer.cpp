@@ -21,6 +21,7 @@ namespace fennik::FolderSizer {
 namespace {
 
 using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
 using IsStopped = std::function<bool()>;
 
 /// Trees with fewer folders are walked before a second thread has begun.
@@ -29,6 +30,7 @@ constexpr int foldersWorthAThread = 16;
 constexpr unsigned entriesPerLook = 16;
 /// How long the calling thread waits for the other one before it looks at the cancellation again.
 constexpr auto patience = 10ms;
+constexpr auto betweenTellings = 100ms;
 
 void add(Result& total, const Result& part) {
     total.bytes += part.bytes;
@@ -182,7 +184,8 @@ void startHelper(const std::shared_ptr<Walk>& walk) {
 
 std::optional<Result> size(const FileSystem& files, const FileUrl& folder,
                            const std::function<bool()>& isCancelled,
-                           const std::unordered_set<std::string>& skipped) {
+                           const std::unordered_set<std::string>& skipped,
+                           const Progress& progress) {
     const auto walk = std::make_shared<Walk>(files, skipped);
     const auto stopWhenCancelled = [&] {
         if (isCancelled())
@@ -191,9 +194,14 @@ std::optional<Result> size(const FileSystem& files, const FileUrl& folder,
     };
     if (stopWhenCancelled() || !walk->read(folder.path(), FollowLinks::yes, stopWhenCancelled))
         return std::nullopt;
+    auto tellAt = Clock::now() + betweenTellings;
     for (int steps = 1; walk->step(stopWhenCancelled, patience); ++steps) {
         if (steps == foldersWorthAThread)
             startHelper(walk);
+        if (const auto now = Clock::now(); progress && now >= tellAt) {
+            tellAt = now + betweenTellings;
+            progress(walk->total());
+        }
     }
     return walk->isStopped() ? std::nullopt : std::optional(walk->total());
 }

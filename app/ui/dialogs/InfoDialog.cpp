@@ -203,18 +203,24 @@ void InfoDialog::showSize(const app::ItemDetails& details) {
         size_->setRuns(runsOf(details.status ? details.status->size : about_.item.size));
         return;
     }
-    const RunLabel::Run pending = details.isCounting
-                                      ? RunLabel::Run{QStringLiteral("počítám…"), tokens.accentText}
-                                      : RunLabel::Run{QStringLiteral("—"), tokens.control};
-    if (!details.content) {
-        size_->setRuns({pending});
-        counts_->setRuns({pending});
-        return;
+    std::vector<RunLabel::Run> size;
+    std::vector<RunLabel::Run> counts;
+    if (details.content) {
+        size = runsOf(details.content->bytes);
+        const auto folders = counted(details.content->folders, {"složka", "složky", "složek"});
+        counts = {
+            {fileCount(details.content->files) + QStringLiteral(", ") + folders, tokens.text}};
+    } else if (!details.isCounting) {
+        size = counts = {{QStringLiteral("—"), tokens.control}};
     }
-    size_->setRuns(runsOf(details.content->bytes));
-    const auto folders = counted(details.content->folders, {"složka", "složky", "složek"});
-    counts_->setRuns({{fileCount(details.content->files), tokens.text},
-                      {QStringLiteral(", ") + folders, tokens.text}});
+    if (details.isCounting) {
+        const auto space = counts.empty() ? QString() : QStringLiteral("  ");
+        counts.push_back({space + QStringLiteral("počítám…"), tokens.accentText});
+        if (size.empty())
+            size = counts;
+    }
+    size_->setRuns(size);
+    counts_->setRuns(counts);
 }
 
 void InfoDialog::showRights(std::uint16_t mode) {

@@ -149,11 +149,9 @@ TEST_F(CommandLineTest, endsAllOfACommandThatIsStopped) {
     EXPECT_TRUE(test::endsSoon(deaf));
     enter("echo $$; exec sleep 1000");
     const auto polite = processWritten();
-    const auto begin = std::chrono::steady_clock::now();
     line.stop();
     ASSERT_TRUE(ends());
-    EXPECT_EQ(line.lastRun()->exitCode, 143);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 700ms); // it was not killed
+    EXPECT_EQ(line.lastRun()->exitCode, 143) << "it was asked, not killed";
 }
 
 TEST_F(CommandLineTest, leavesNothingBehind) {

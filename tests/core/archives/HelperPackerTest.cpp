@@ -158,7 +158,7 @@ TEST_F(HelperPackerTest, stopsWithTheJobWhetherTheHelperListensOrNot) {
             cancelled = steady_clock::now();
         };
         EXPECT_FALSE(packer.pack({}, archive(name), {}, job));
-        EXPECT_LT(steady_clock::now() - cancelled, 1500ms);
+        EXPECT_LT(steady_clock::now() - cancelled, 5s); // also on a busy machine
         EXPECT_EQ(job.failure, "");
         EXPECT_THAT(target(), IsEmpty());
         EXPECT_TRUE(endsSoon(process));

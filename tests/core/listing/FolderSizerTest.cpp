@@ -17,6 +17,7 @@
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace fennik {
 
@@ -181,6 +182,21 @@ TEST_F(FolderSizerTest, cancellingEndsAlsoInsideOneGiantFolder) {
     EXPECT_EQ(FolderSizer::size(files, FileUrl(temp.path("giant")), isCancelled), std::nullopt);
     EXPECT_EQ(looks, 5);
     EXPECT_EQ(FolderSizer::size(files, temp.url(), [] { return true; }), std::nullopt);
+}
+
+TEST_F(FolderSizerTest, tellsWhatItHasFoundSoFar) {
+    for (const auto* name : {"a/1/x", "b/1/x"})
+        temp.folder(name);
+    temp.file("a/file", "data");
+    files.beforeReadSizes([](const std::string&) { std::this_thread::sleep_for(60ms); });
+    std::vector<Result> told;
+    const auto whole = FolderSizer::size(files, temp.url(), never, {},
+                                         [&](const Result& soFar) { told.push_back(soFar); });
+    EXPECT_EQ(whole, (Result{4, 1, 6}));
+    ASSERT_GE(told.size(), 2U);
+    EXPECT_GT(told.front().folders, 0);
+    EXPECT_LE(told.front().folders, told.back().folders);
+    EXPECT_LE(told.back().folders, 6);
 }
 
 TEST_F(FolderSizerTest, aSecondThreadThatHangsIsLeftBehindAfterACancellation) {
