@@ -2,7 +2,7 @@
 
 build_packages="g++ cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev qt6-wayland libxcb1-dev
 libxkbcommon-x11-dev libwayland-dev libicu-dev libarchive-dev nlohmann-json3-dev libpoppler-qt6-dev libmediainfo-dev
-qt6-image-formats-plugins fonts-inter fonts-dejavu-core zsh"
+qt6-image-formats-plugins qt6-translations-l10n fonts-inter fonts-dejavu-core zsh"
 check_packages="libgtest-dev libgmock-dev python3 python3-gi gir1.2-atspi-2.0 at-spi2-core dbus
 strace xvfb weston openbox xdotool xclip x11-utils x11-xkb-utils clang-format-19
 libarchive-tools p7zip-full unzip zip trash-cli e2fsprogs btrfs-progs ntfs-3g util-linux"

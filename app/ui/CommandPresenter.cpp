@@ -56,7 +56,7 @@ void CommandPresenter::takeChange(app::CommandChanges changes) {
         if (run)
             card_.showRun(*run, shownPath(run->directory, app_.home().path()));
         else
-            card_.dismiss();
+            card_.setOnShow(false);
     } else if (changes.testFlag(CommandChange::output) && run) {
         card_.showOutput(*run);
     }

@@ -21,6 +21,7 @@ using namespace std::chrono_literals;
 constexpr std::size_t mainCells = 7;
 constexpr double leastWithIcons = 1150;
 constexpr double leastWithAllCells = 980;
+constexpr double leastForTitle = 64; ///< of one cell
 
 Qt::KeyboardModifiers modifierOf(int key) {
     switch (key) {
@@ -102,9 +103,11 @@ void FunctionKeyBar::layOut() {
     queue_->setGeometry(width() - theme_.px(8) - pill.width(), (height() - pill.height()) / 2,
                         pill.width(), pill.height());
     const bool showsAll = cellsWidth >= theme_.px(leastWithAllCells);
-    const auto room = cellsWidth >= theme_.px(leastWithIcons) ? FunctionKeyCell::Room::full
-                                                              : FunctionKeyCell::Room::narrow;
     const auto shown = showsAll ? cells_.size() : std::min(cells_.size(), mainCells);
+    const bool hasTitles = cellsWidth >= theme_.px(leastForTitle) * int(shown);
+    const auto room = !hasTitles                                ? FunctionKeyCell::Room::iconOnly
+                      : cellsWidth >= theme_.px(leastWithIcons) ? FunctionKeyCell::Room::full
+                                                                : FunctionKeyCell::Room::titleOnly;
     const auto leftOf = [&](std::size_t index) { return cellsWidth * int(index) / int(shown); };
     for (std::size_t i = 0; i < cells_.size(); ++i) {
         cells_[i]->setRoom(room);

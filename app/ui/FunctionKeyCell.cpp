@@ -50,13 +50,15 @@ void FunctionKeyCell::paintEvent(QPaintEvent*) {
     const auto titleFont = theme_.font(FontRole::body);
     const QFontMetricsF titleMetrics(titleFont);
     const auto title = cell_.title.isEmpty() ? QStringLiteral("–") : cell_.title;
-    const bool hasIcon = room_ == Room::full && !cell_.icon.isEmpty();
+    const bool hasIcon = room_ != Room::titleOnly && !cell_.icon.isEmpty();
+    const bool hasTitle = room_ != Room::iconOnly || !hasIcon;
     const double gap = theme_.px(8);
     const double side = theme_.px(16);
     const double keyWidth = QFontMetricsF(keyFont).horizontalAdvance(cell_.key);
     const double before = keyWidth + gap + (hasIcon ? side + gap - 1 : 0);
     const double inset = theme_.px(4);
-    const auto shown = titleMetrics.elidedText(title, Qt::ElideRight, width() - before - 2 * inset);
+    const double room = width() - before - 2 * inset;
+    const auto shown = hasTitle ? titleMetrics.elidedText(title, Qt::ElideRight, room) : QString();
     const double total = before + titleMetrics.horizontalAdvance(shown);
 
     auto area = QRectF(rect());

@@ -14,8 +14,11 @@ public:
     FunctionKeyCell(const Theme& theme, Icons& icons, QWidget* parent);
 
     void setCell(const FunctionKeyBar::Cell& cell);
-    enum class Room { full, narrow };
-    /// A narrow cell shows no icon.
+    enum class Room {
+        full,
+        titleOnly, ///< no icon
+        iconOnly,  ///< no title, of which only the first letters would be left
+    };
     void setRoom(Room room);
 
 protected:

@@ -413,11 +413,14 @@ void MainWindow::placePreview() {
 void MainWindow::keyPressEvent(QKeyEvent* event) {
     using Direction = app::QuickPreview::Direction;
     auto& preview = app_.quickPreview();
-    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (isPlain && preview.isOpen() && event->key() == Qt::Key_Left)
+    const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    const int key = preview.isOpen() ? event->key() : 0;
+    if (modifiers == Qt::NoModifier && key == Qt::Key_Left)
         preview.step(Direction::back);
-    else if (isPlain && preview.isOpen() && event->key() == Qt::Key_Right)
+    else if (modifiers == Qt::NoModifier && key == Qt::Key_Right)
         preview.step(Direction::forth);
+    else if (modifiers == Qt::AltModifier && (key == Qt::Key_PageUp || key == Qt::Key_PageDown))
+        preview_->scrollPages(key == Qt::Key_PageUp ? -1 : 1);
     else
         QWidget::keyPressEvent(event);
 }

@@ -1,6 +1,5 @@
 #include "app/ui/OperationsCard.h"
 
-#include "app/ui/AccessibleRole.h"
 #include "app/ui/IconButton.h"
 #include "app/ui/JobTexts.h"
 #include "app/ui/RunLabel.h"
@@ -14,30 +13,25 @@
 #include <QScrollBar>
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 namespace fennik::ui {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr double gapAbove = 8;
-constexpr double radius = 9;
-constexpr double header = 32;
-
 /// The bottom of the card's frame, over the rows, whose grounds have no round corners.
 class CardBottom final : public QWidget {
 public:
-    CardBottom(const Theme& theme, QWidget* parent) : QWidget(parent), theme_(theme) {
+    CardBottom(double radius, const Theme& theme, QWidget* parent)
+        : QWidget(parent), radius_(radius), theme_(theme) {
         setAttribute(Qt::WA_TransparentForMouseEvents);
     }
 
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainterPath card;
-        card.addRoundedRect(QRectF(rect()).adjusted(0.5, -2 * radius, -0.5, -0.5), radius, radius);
+        card.addRoundedRect(QRectF(rect()).adjusted(0.5, -2 * radius_, -0.5, -0.5), radius_,
+                            radius_);
         QPainterPath around;
         around.addRect(rect());
         QPainter painter(this);
@@ -47,15 +41,15 @@ protected:
     }
 
 private:
+    const double radius_;
     const Theme& theme_;
 };
 
 } // namespace
 
 OperationsCard::OperationsCard(FileUrl home, const Theme& theme, Icons& icons, QWidget* parent)
-    : QWidget(parent),
+    : DockedCard(theme, parent),
       words_{.home = std::move(home)},
-      theme_(theme),
       icons_(icons),
       title_(new RunLabel(theme, Qt::AlignLeft, this)),
       tidy_(new TextButton(QStringLiteral("Uklidit hotové"), theme, this)),
@@ -63,15 +57,11 @@ OperationsCard::OperationsCard(FileUrl home, const Theme& theme, Icons& icons, Q
                            {}, theme, icons, this)),
       area_(new QScrollArea(this)),
       list_(new QWidget),
-      bottom_(new CardBottom(theme, this)),
-      motion_(120ms, 0, this) {
+      bottom_(new CardBottom(radius, theme, this)) {
     setObjectName(QStringLiteral("operationsCard"));
-    setAccessibleRole(*this, QAccessible::Grouping);
     setAccessibleName(QStringLiteral("Fronta operací"));
     tidy_->setObjectName(QStringLiteral("tidyOperations"));
     hide_->setObjectName(QStringLiteral("hideOperations"));
-    setFixedHeight(0);
-    hide();
     area_->setFrameShape(QFrame::NoFrame);
     area_->setFocusPolicy(Qt::NoFocus);
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -82,21 +72,19 @@ OperationsCard::OperationsCard(FileUrl home, const Theme& theme, Icons& icons, Q
 
     connect(tidy_, &QAbstractButton::clicked, this, &OperationsCard::tidyRequested);
     connect(hide_, &QAbstractButton::clicked, this, &OperationsCard::hideRequested);
-    connect(&motion_, &Motion::moved, this, &OperationsCard::takeHeight);
-    connect(&motion_, &Motion::arrived, this, [this] { setVisible(motion_.value() > 0); });
-    connect(&theme_, &Theme::changed, this, &OperationsCard::takeTheme);
+    connect(&theme, &Theme::changed, this, &OperationsCard::takeTheme);
     tidy_->hide();
     takeTheme();
 }
 
 void OperationsCard::takeTheme() {
-    area_->verticalScrollBar()->setStyleSheet(theme_.styleSheet());
+    area_->verticalScrollBar()->setStyleSheet(theme().styleSheet());
     showSummary();
     update();
 }
 
 void OperationsCard::showSummary() {
-    const auto& tokens = theme_.tokens();
+    const auto& tokens = theme().tokens();
     title_->setRuns(
         {{QStringLiteral("Fronta operací"), tokens.text, QFont::DemiBold},
          {summary_.isEmpty() ? QString() : QStringLiteral("  · ") + summary_, tokens.text2}});
@@ -134,7 +122,7 @@ void OperationsCard::setJobs(const std::vector<JobSnapshot>& jobs) {
 }
 
 JobRow* OperationsCard::addRow(const JobSnapshot& job) {
-    auto* row = new JobRow(job, words_, theme_, icons_, list_);
+    auto* row = new JobRow(job, words_, theme(), icons_, list_);
     const auto id = job.id;
     connect(row, &JobRow::pauseRequested, this, [this, id] { emit pauseRequested(id); });
     connect(row, &JobRow::resumeRequested, this, [this, id] { emit resumeRequested(id); });
@@ -181,29 +169,6 @@ void OperationsCard::takeFocus() {
         rows_.front()->setFocus(Qt::TabFocusReason);
 }
 
-void OperationsCard::setShown(bool isShown) {
-    if (isShown) {
-        show();
-    } else if (const auto* focus = QApplication::focusWidget();
-               focus != nullptr && isAncestorOf(focus)) {
-        emit left();
-    }
-    motion_.moveTo(isShown ? 1 : 0);
-}
-
-void OperationsCard::setHeightLimit(int limit) {
-    heightLimit_ = limit;
-    takeHeight();
-}
-
-int OperationsCard::top() const {
-    return theme_.px(gapAbove);
-}
-
-int OperationsCard::headerHeight() const {
-    return theme_.px(header);
-}
-
 int OperationsCard::rowsHeight() const {
     int height = 0;
     for (const auto* row : rows_)
@@ -211,17 +176,11 @@ int OperationsCard::rowsHeight() const {
     return height;
 }
 
-int OperationsCard::wholeHeight() const {
+int OperationsCard::wantedHeight() const {
     // Without rows it still says what it is.
     const int rows = std::max(rowsHeight() - 1, 0); // the last one's hairline is the card's frame
     const int frame = 2;
-    return std::min(top() + headerHeight() + rows + frame, heightLimit_);
-}
-
-void OperationsCard::takeHeight() {
-    const int height = qRound(wholeHeight() * motion_.value());
-    if (height != this->height())
-        setFixedHeight(height);
+    return top() + headerHeight() + rows + frame;
 }
 
 void OperationsCard::layOutRows() {
@@ -243,34 +202,24 @@ bool OperationsCard::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void OperationsCard::resizeEvent(QResizeEvent*) {
-    const int side = theme_.px(28);
-    const int middle = top() + 1 + headerHeight() / 2;
-    hide_->setGeometry(width() - theme_.px(8) - side, middle - side / 2, side, side);
+    const int side = theme().px(28);
+    const int middle = headerMiddle();
+    hide_->setGeometry(width() - theme().px(8) - side, middle - side / 2, side, side);
     const auto tidy = tidy_->sizeHint();
-    tidy_->setGeometry(hide_->x() - theme_.px(9) - tidy.width(), middle - tidy.height() / 2,
+    tidy_->setGeometry(hide_->x() - theme().px(9) - tidy.width(), middle - tidy.height() / 2,
                        tidy.width(), tidy.height());
-    const int left = theme_.px(12);
-    title_->setGeometry(left, middle - theme_.px(8), std::max(0, tidy_->x() - 2 * left),
-                        theme_.px(16));
+    const int left = theme().px(12);
+    title_->setGeometry(left, middle - theme().px(8), std::max(0, tidy_->x() - 2 * left),
+                        theme().px(16));
     // The rows stay where they are while the card comes and goes.
-    const int rowsTop = top() + 1 + headerHeight();
-    area_->setGeometry(1, rowsTop, width() - 2, std::max(0, wholeHeight() - rowsTop - 1));
+    area_->setGeometry(1, bodyTop(), width() - 2, std::max(0, wholeHeight() - bodyTop() - 1));
     bottom_->setGeometry(0, height() - int(radius), width(), int(radius));
 }
 
 void OperationsCard::paintEvent(QPaintEvent*) {
-    const auto& tokens = theme_.tokens();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const auto frame = QRectF(rect()).adjusted(0, top(), 0, 0);
-    QPainterPath card;
-    card.addRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
-    painter.fillPath(card, tokens.panel);
-    painter.setClipRect(QRectF(0, 0, width(), area_->y()));
-    painter.fillPath(card, tokens.chrome);
-    painter.fillRect(QRectF(0, area_->y() - 1, width(), 1), tokens.line);
-    painter.setClipping(false);
-    painter.strokePath(card, tokens.line);
+    paintCard(painter, theme().tokens().panel, theme().tokens().line);
 }
 
 } // namespace fennik::ui

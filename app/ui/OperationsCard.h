@@ -1,11 +1,8 @@
 #pragma once
 
+#include "app/ui/DockedCard.h"
 #include "app/ui/Icons.h"
 #include "app/ui/JobRow.h"
-#include "app/ui/Motion.h"
-#include "app/ui/Theme.h"
-
-#include <QWidget>
 
 #include <vector>
 
@@ -17,9 +14,9 @@ class IconButton;
 class RunLabel;
 class TextButton;
 
-/// The card that lists the jobs of the queue, docked in the window. It is as high as its rows, up
-/// to a limit, and then scrolls. Hidden at first.
-class OperationsCard final : public QWidget {
+/// The card that lists the jobs of the queue. It is as high as its rows, up to the limit, and then
+/// scrolls.
+class OperationsCard final : public DockedCard {
     Q_OBJECT
 
 public:
@@ -29,10 +26,6 @@ public:
     void setJobs(const std::vector<JobSnapshot>& jobs);
     /// How to take back what a cancelled job has done.
     void setUndoWords(const QString& words);
-    /// Comes or goes, in a moment.
-    void setShown(bool isShown);
-    /// In pixels, with the gap above the card.
-    void setHeightLimit(int limit);
     /// Gives the keyboard to the first row that is at work, if there is any row.
     void takeFocus();
 
@@ -47,10 +40,9 @@ signals:
     /// The rows of all jobs that have ended are to go.
     void tidyRequested();
     void hideRequested();
-    /// The keyboard is to go back to the panel.
-    void left();
 
 protected:
+    int wantedHeight() const override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -61,15 +53,10 @@ private:
     void moveFocus(JobRow* from, int rows);
     void takeTheme();
     void showSummary();
-    void takeHeight();
     void layOutRows();
-    int top() const;
-    int headerHeight() const;
     int rowsHeight() const;
-    int wholeHeight() const;
 
     JobRow::Words words_;
-    const Theme& theme_;
     Icons& icons_;
     std::vector<JobRow*> rows_;
     QString summary_;
@@ -79,8 +66,6 @@ private:
     QScrollArea* area_;
     QWidget* list_;
     QWidget* bottom_;
-    int heightLimit_ = QWIDGETSIZE_MAX;
-    Motion motion_; ///< of the share of the height
 };
 
 } // namespace fennik::ui

@@ -1,7 +1,6 @@
 #include "app/ui/OutputCard.h"
 
 #include "app/model/CommandLine.h"
-#include "app/ui/AccessibleRole.h"
 #include "app/ui/OutputEdge.h"
 #include "app/ui/OutputView.h"
 #include "app/ui/RunState.h"
@@ -13,10 +12,8 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QPainterPath>
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 #include <vector>
 
@@ -24,11 +21,6 @@ namespace fennik::ui {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr double gapAbove = 8;
-constexpr double radius = 9;
-constexpr double header = 32;
 constexpr double usualHeight = 286; ///< without the gap
 constexpr double leastHeight = 120;
 constexpr double narrowWidth = 900; ///< below, buttons are their icons
@@ -36,8 +28,7 @@ constexpr double narrowWidth = 900; ///< below, buttons are their icons
 } // namespace
 
 OutputCard::OutputCard(const Theme& theme, Icons& icons, QWidget* parent)
-    : QWidget(parent),
-      theme_(theme),
+    : DockedCard(theme, parent),
       icons_(icons),
       command_(new ElidedLabel({}, this)),
       folder_(new ElidedLabel({}, this)),
@@ -47,9 +38,7 @@ OutputCard::OutputCard(const Theme& theme, Icons& icons, QWidget* parent)
       close_(new TextButton(QStringLiteral("Zavřít výstup (Esc)"), theme, this)),
       text_(new OutputView(theme, this)),
       edge_(new OutputEdge(theme, this)),
-      wantedHeight_(theme.px(usualHeight)),
-      motion_(120ms, 0, this) {
-    setAccessibleRole(*this, QAccessible::Grouping);
+      height_(theme.px(usualHeight)) {
     setObjectName(QStringLiteral("outputCard"));
     setAccessibleName(QStringLiteral("Výstup příkazu"));
     command_->setObjectName(QStringLiteral("outputCommand"));
@@ -59,8 +48,6 @@ OutputCard::OutputCard(const Theme& theme, Icons& icons, QWidget* parent)
     close_->setObjectName(QStringLiteral("closeOutput"));
     copy_->setLineIcon(QStringLiteral("copy"), icons);
     close_->setLineIcon(QStringLiteral("x"), icons);
-    setFixedHeight(0);
-    hide();
 
     followColor(*command_, theme, &Tokens::text);
     followColor(*folder_, theme, &Tokens::text2);
@@ -71,20 +58,19 @@ OutputCard::OutputCard(const Theme& theme, Icons& icons, QWidget* parent)
     connect(close_, &QAbstractButton::clicked, this, &OutputCard::closeRequested);
     connect(text_, &OutputView::escaped, this, &OutputCard::closeRequested);
     connect(edge_, &OutputEdge::moved, this, [this](int by) {
-        wantedHeight_ = std::clamp(wholeHeight() - top() + by, theme_.px(leastHeight),
-                                   std::max(theme_.px(leastHeight), heightLimit_ - top()));
+        const int least = this->theme().px(leastHeight);
+        height_ =
+            std::clamp(wholeHeight() - top() + by, least, std::max(least, heightLimit() - top()));
         takeHeight();
     });
     text_->installEventFilter(this);
-    connect(&motion_, &Motion::moved, this, &OutputCard::takeHeight);
-    connect(&motion_, &Motion::arrived, this, [this] { setVisible(motion_.value() > 0); });
-    connect(&theme_, &Theme::changed, this, &OutputCard::takeTheme);
+    connect(&theme, &Theme::changed, this, &OutputCard::takeTheme);
     takeTheme();
 }
 
 void OutputCard::takeTheme() {
-    command_->setFont(theme_.font(FontRole::fixedLine));
-    folder_->setFont(theme_.font(FontRole::detail));
+    command_->setFont(theme().font(FontRole::fixedLine));
+    folder_->setFont(theme().font(FontRole::detail));
     layOut();
     update();
 }
@@ -122,56 +108,25 @@ void OutputCard::showRun(const app::CommandRun& run, const QString& folder) {
     }
     }
     layOut();
-    if (std::exchange(isOnShow_, true))
-        return;
-    show();
-    motion_.moveTo(1);
+    setOnShow(true);
 }
 
 void OutputCard::showOutput(const app::CommandRun& run) {
     text_->showOutput(run.output);
 }
 
-void OutputCard::dismiss() {
-    if (!std::exchange(isOnShow_, false))
-        return;
-    const auto* focus = QApplication::focusWidget();
-    if (focus != nullptr && isAncestorOf(focus))
-        emit left();
-    motion_.moveTo(0);
-}
-
 void OutputCard::takeFocus() {
     text_->setFocus(Qt::TabFocusReason);
 }
 
-void OutputCard::setHeightLimit(int limit) {
-    heightLimit_ = limit;
-    takeHeight();
-}
-
-int OutputCard::top() const {
-    return theme_.px(gapAbove);
-}
-
-int OutputCard::bodyTop() const {
-    return top() + 1 + theme_.px(header) + 1;
-}
-
-int OutputCard::wholeHeight() const {
-    return std::min(top() + wantedHeight_, heightLimit_);
-}
-
-void OutputCard::takeHeight() {
-    const int height = qRound(wholeHeight() * motion_.value());
-    if (height != this->height())
-        setFixedHeight(height);
+int OutputCard::wantedHeight() const {
+    return top() + height_;
 }
 
 void OutputCard::layOut() {
-    const int middle = top() + 1 + theme_.px(header) / 2;
-    const int gap = theme_.px(8);
-    int right = width() - theme_.px(6);
+    const int middle = headerMiddle();
+    const int gap = theme().px(8);
+    int right = width() - theme().px(6);
     const auto placeAtRight = [&](QWidget* part) {
         const auto size = part->sizeHint();
         right -= size.width();
@@ -184,16 +139,16 @@ void OutputCard::layOut() {
         placeAtRight(stop_);
     placeAtRight(state_);
 
-    const int left = theme_.px(35);
+    const int left = theme().px(35);
     const int room = std::max(0, right - left);
-    const int lineHeight = theme_.px(16);
+    const int lineHeight = theme().px(16);
     const int command = std::min(command_->sizeHint().width(), room);
     command_->setGeometry(left, middle - lineHeight / 2, command, lineHeight);
     folder_->setGeometry(left + command + gap, middle - lineHeight / 2,
                          std::max(0, room - command - gap), lineHeight);
     // The text stays where it is while the card comes and goes.
     const int bottom = std::max(wholeHeight(), bodyTop() + 2);
-    text_->setGeometry(1, bodyTop(), width() - 2, bottom - bodyTop() - theme_.px(radius) / 2);
+    text_->setGeometry(1, bodyTop(), width() - 2, bottom - bodyTop() - theme().px(radius) / 2);
     edge_->setGeometry(0, 0, width(), top());
 }
 
@@ -232,29 +187,22 @@ bool OutputCard::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void OutputCard::resizeEvent(QResizeEvent*) {
-    const bool isNarrow = width() < theme_.px(narrowWidth);
+    const bool isNarrow = width() < theme().px(narrowWidth);
     for (auto* button : {copy_, close_})
         button->setTextShown(!isNarrow);
     layOut();
 }
 
 void OutputCard::paintEvent(QPaintEvent*) {
-    const auto& tokens = theme_.tokens();
+    const auto& tokens = theme().tokens();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const double line = text_->hasFocus() ? 2 : 1;
-    const auto frame = QRectF(rect()).adjusted(line / 2, top() + line / 2, -line / 2, -line / 2);
-    QPainterPath card;
-    card.addRoundedRect(frame, radius, radius);
-    painter.fillPath(card, tokens.field);
-    painter.setClipRect(QRectF(0, 0, width(), bodyTop()));
-    painter.fillPath(card, tokens.chrome);
-    painter.fillRect(QRectF(0, bodyTop() - 1, width(), 1), tokens.line);
-    painter.setClipping(false);
-    painter.strokePath(card, QPen(text_->hasFocus() ? tokens.accent : tokens.line, line));
-    const int side = theme_.px(16);
+    const bool hasFocus = text_->hasFocus();
+    paintCard(painter, tokens.field,
+              QPen(hasFocus ? tokens.accent : tokens.line, hasFocus ? 2 : 1));
+    const int side = theme().px(16);
     painter.drawPixmap(
-        theme_.px(13), top() + 1 + (theme_.px(header) - side) / 2,
+        theme().px(13), headerMiddle() - side / 2,
         icons_.line(QStringLiteral("square-terminal"), side, tokens.text2, devicePixelRatioF()));
 }
 

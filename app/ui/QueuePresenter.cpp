@@ -36,7 +36,7 @@ void QueuePresenter::takeApp(app::AppChanges changes) {
     if (changes.testFlag(app::AppChange::jobs))
         card_.setJobs(app_.jobs());
     if (changes.testFlag(app::AppChange::operations))
-        card_.setShown(app_.showsOperations());
+        card_.setOnShow(app_.showsOperations());
     if (changes & (app::AppChange::jobs | app::AppChange::operations))
         showBrief();
 }

@@ -12,6 +12,8 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QLibraryInfo>
+#include <QTranslator>
 
 #include <csignal>
 #include <cstdlib>
@@ -120,6 +122,10 @@ int main(int argumentCount, char** arguments) {
     QApplication::setDesktopFileName(QStringLiteral("fennik"));
     int toolkitArguments = 1; // the rest are ours
     const QApplication application(toolkitArguments, arguments);
+    QTranslator toolkitTexts; // of the menus of text fields
+    if (toolkitTexts.load(QStringLiteral("qtbase_cs"),
+                          QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&toolkitTexts);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/fennik.svg")));
     if (options->task == Options::Task::tour)
         return app::runTour(*options);

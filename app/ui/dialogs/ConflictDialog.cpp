@@ -21,6 +21,8 @@ namespace fennik::ui {
 
 namespace {
 
+constexpr double leastForTwoSides = 560;
+
 struct Choice {
     ConflictChoice choice;
     int key;
@@ -114,6 +116,8 @@ ConflictDialog::ConflictDialog(const Theme& theme, Icons& icons, QWidget* parent
     : DialogCard(texts(), theme, icons, parent),
       newItem_(new ConflictSide(QStringLiteral("Nový"), theme, icons, nullptr)),
       existing_(new ConflictSide(QStringLiteral("Stávající"), theme, icons, nullptr)),
+      arrow_(new Arrow(theme, icons, nullptr)),
+      sides_(new QBoxLayout(QBoxLayout::LeftToRight)),
       mismatch_(new WarningStrip(QStringLiteral("Pozor: jedno je složka a druhé soubor."), theme,
                                  icons, nullptr)),
       forAll_(new CheckBox(QStringLiteral("Použít i pro všechny další shody v této operaci"), theme,
@@ -127,12 +131,11 @@ ConflictDialog::ConflictDialog(const Theme& theme, Icons& icons, QWidget* parent
     auto* layout = new QVBoxLayout(content);
     layout->setContentsMargins({});
     layout->setSpacing(theme.px(8));
-    auto* sides = new QHBoxLayout;
-    sides->setSpacing(0);
-    sides->addWidget(newItem_, 1);
-    sides->addWidget(new Arrow(theme, icons, nullptr));
-    sides->addWidget(existing_, 1);
-    layout->addLayout(sides);
+    sides_->setSpacing(0);
+    sides_->addWidget(newItem_, 1);
+    sides_->addWidget(arrow_);
+    sides_->addWidget(existing_, 1);
+    layout->addLayout(sides_);
     layout->addWidget(mismatch_);
     layout->addSpacing(theme.px(6));
     auto* grid = new QGridLayout;
@@ -189,6 +192,14 @@ void ConflictDialog::ask(const Conflict& conflict, const JobSnapshot& job) {
     if (isVisible())
         takeFocus();
     emit heightChanged();
+}
+
+void ConflictDialog::resizeEvent(QResizeEvent* event) {
+    const bool isNarrow = width() < theme().px(leastForTwoSides);
+    sides_->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    sides_->setSpacing(isNarrow ? theme().px(8) : 0);
+    arrow_->setHidden(isNarrow);
+    DialogCard::resizeEvent(event);
 }
 
 void ConflictDialog::answer(std::size_t choice) {

@@ -6,6 +6,7 @@
 
 #include <array>
 
+class QBoxLayout;
 class QCheckBox;
 
 namespace fennik::ui {
@@ -32,6 +33,7 @@ signals:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     static constexpr std::size_t choiceCount = 4;
@@ -42,6 +44,8 @@ private:
     std::array<ChoiceTile*, choiceCount> tiles_{};
     ConflictSide* newItem_;
     ConflictSide* existing_;
+    QWidget* arrow_;    ///< from the one to the other
+    QBoxLayout* sides_; ///< one below the other where there is little room
     QWidget* mismatch_;
     QCheckBox* forAll_;
 };

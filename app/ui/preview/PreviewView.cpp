@@ -150,8 +150,11 @@ PreviewView::PreviewView(const UiContext& context, QWidget* parent)
     text_->document()->setDocumentMargin(theme_.px(14));
     text_->setUndoRedoEnabled(false);
     for (QAbstractScrollArea* area :
-         {static_cast<QAbstractScrollArea*>(text_), static_cast<QAbstractScrollArea*>(list_)})
+         {static_cast<QAbstractScrollArea*>(text_), static_cast<QAbstractScrollArea*>(list_)}) {
         area->verticalScrollBar()->setAccessibleName(QStringLiteral("Posuvník náhledu"));
+        connect(area->verticalScrollBar(), &QScrollBar::rangeChanged, this, &PreviewView::showKeys);
+    }
+    connect(body_, &QStackedWidget::currentChanged, this, &PreviewView::showKeys);
     for (auto* part : {static_cast<QWidget*>(notice_), static_cast<QWidget*>(picture_),
                        static_cast<QWidget*>(text_), static_cast<QWidget*>(list_)})
         body_->addWidget(part);
@@ -230,7 +233,7 @@ void PreviewView::takePreview() {
 void PreviewView::takeOpening(bool isOpen) {
     setAttribute(Qt::WA_TransparentForMouseEvents, !isOpen);
     if (isOpen && isHidden()) {
-        keys_->setText(closingKeys(context_));
+        showKeys();
         notice_->show(FileLook::file, {}, {});
         body_->setCurrentWidget(notice_);
         showFacts({});
@@ -251,6 +254,26 @@ void PreviewView::arrive() {
     picture_->clear();
     list_->clear();
     text_->clear();
+}
+
+QScrollBar* PreviewView::scrollBar() const {
+    const auto* area = qobject_cast<QAbstractScrollArea*>(body_->currentWidget());
+    auto* bar = area != nullptr ? area->verticalScrollBar() : nullptr;
+    return bar != nullptr && bar->maximum() > bar->minimum() ? bar : nullptr;
+}
+
+void PreviewView::scrollPages(int pages) {
+    if (auto* bar = scrollBar())
+        bar->triggerAction(pages < 0 ? QAbstractSlider::SliderPageStepSub
+                                     : QAbstractSlider::SliderPageStepAdd);
+}
+
+void PreviewView::showKeys() {
+    QStringList keys{closingKeys(context_)};
+    if (scrollBar() != nullptr)
+        keys.prepend(context_.keys().sentence("⌥⇞ a ⌥⇟ posouvá"));
+    keys.removeAll(QString());
+    keys_->setText(keys.join(QStringLiteral(" · ")));
 }
 
 void PreviewView::takeMarks() {

@@ -9,6 +9,7 @@
 class QGridLayout;
 class QLabel;
 class QPlainTextEdit;
+class QScrollBar;
 class QStackedWidget;
 class QTimer;
 
@@ -31,6 +32,9 @@ public:
     PreviewView(const UiContext& context, QWidget* parent);
     ~PreviewView() override;
 
+    /// Moves on in what is longer than its place, back when negative.
+    void scrollPages(int pages);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -46,6 +50,8 @@ private:
     void showLoading();
     void showContent(const app::PreviewContent& content);
     void showText(const QString& text, const QFont& font, bool isCut);
+    void showKeys();
+    QScrollBar* scrollBar() const; ///< of what is shown, if that can be scrolled
     void showFacts(const std::vector<PreviewTexts::Fact>& facts);
     void takeTheme();
     void setOpacity(double opacity);

@@ -78,7 +78,7 @@ protected:
     void show(std::vector<JobSnapshot> shown) {
         jobs = std::move(shown);
         card.setJobs(jobs);
-        card.setShown(true);
+        card.setOnShow(true);
         EXPECT_TRUE(QTest::qWaitFor([&] {
             return card.isVisible() && card.height() == card.minimumHeight() && isAtRest();
         }));
@@ -148,7 +148,7 @@ TEST_F(OperationsCardTest, itIsAsHighAsItsRowsUpToTheLimit) {
     show(many);
     EXPECT_EQ(card.height(), 360);
     EXPECT_GT(card.findChild<QScrollArea*>()->widget()->height(), 30 * theme.px(46) - 2);
-    card.setShown(false);
+    card.setOnShow(false);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !card.isVisible(); }));
 }
 

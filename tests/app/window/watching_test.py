@@ -78,7 +78,7 @@ class Watching(WindowTest):
             slowest = max(slowest, time.monotonic() - pressed)
         self.assertEqual(created, 10_000)
         self.expect_count("10\u202f200", timeout=4)
-        self.assertLess(slowest, 1)
+        self.assertLess(slowest, 3)
 
     def test_says_so_when_the_folder_is_deleted_or_moved_away(self):
         shutil.rmtree(self.left)
