@@ -73,6 +73,10 @@ public:
     }
 
     QVariant data(const QModelIndex& index, int role) const override {
+        // The rights, as Fennik writes them.
+        static const QFont fixed(QStringLiteral("DejaVu Sans Mono"));
+        if (role == Qt::FontRole && index.column() == 3)
+            return fixed;
         if (role != Qt::DisplayRole)
             return {};
         const auto& record = entries_.records[static_cast<std::size_t>(index.row())];
@@ -101,6 +105,9 @@ QTableView* makeTable(Model& model, QWidget& window) {
     table->verticalHeader()->setDefaultSectionSize(24);
     table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
     table->setShowGrid(false);
+    auto heading = table->font();
+    heading.setWeight(QFont::DemiBold);
+    table->horizontalHeader()->setFont(heading);
     window.layout()->addWidget(table);
     return table;
 }

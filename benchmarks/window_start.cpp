@@ -3,6 +3,7 @@
 #include "app/main/Session.h"
 #include "app/system/DisplayProbe.h"
 #include "app/ui/PanelView.h"
+#include "app/ui/WindowStyle.h"
 #include "benchmarks/PictureClock.h"
 
 #include <QApplication>
@@ -12,7 +13,7 @@ int main(int argumentCount, char** arguments) {
     using namespace fennik;
     if (argumentCount != 3 || system::probeDisplay() != system::Display::available)
         return 2;
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setStyle(new ui::WindowStyle);
     const QApplication application(argumentCount, arguments);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/fennik.svg")));
     const app::Options options{.left = arguments[1], .right = arguments[2]};

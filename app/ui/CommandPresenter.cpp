@@ -5,32 +5,41 @@
 #include "app/ui/PlatformWords.h"
 #include "app/ui/Text.h"
 
+#include <utility>
+
 namespace fennik::ui {
 
 using app::CommandChange;
 
-CommandPresenter::CommandPresenter(const UiContext& context, CommandLineBar& bar, OutputCard& card,
+CommandPresenter::CommandPresenter(const UiContext& context, CommandLineBar& bar, MakeCard makeCard,
                                    QObject* parent)
     : QObject(parent),
       context_(context),
       app_(context.app),
       line_(context.app.commandLine()),
       bar_(bar),
-      card_(card) {
+      makeCard_(std::move(makeCard)) {
     connect(&bar_, &CommandLineBar::edited, this,
             [this](const QString& text) { line_.setText(text.toStdString()); });
     connect(&bar_, &CommandLineBar::runRequested, this, [this] { line_.run(); });
-    connect(&card_, &OutputCard::stopRequested, this, [this] { line_.stop(); });
-    connect(&card_, &OutputCard::closeRequested, this, [this] { line_.closeOutput(); });
-    connect(&card_, &OutputCard::copyRequested, this, [this] {
-        line_.copyOutput();
-        app_.showToast("Výstup zkopírován", app::Toast::Kind::ok);
-    });
     connect(&line_, &app::CommandLine::changed, this, &CommandPresenter::takeChange);
     connect(&context_.shortcuts, &app::ShortcutStore::changed, this, &CommandPresenter::takeKeys);
     bar_.setHistory(line_.history());
     takeKeys();
     takePlace();
+}
+
+OutputCard& CommandPresenter::card() {
+    if (card_ != nullptr)
+        return *card_;
+    card_ = &makeCard_();
+    connect(card_, &OutputCard::stopRequested, this, [this] { line_.stop(); });
+    connect(card_, &OutputCard::closeRequested, this, [this] { line_.closeOutput(); });
+    connect(card_, &OutputCard::copyRequested, this, [this] {
+        line_.copyOutput();
+        app_.showToast("Výstup zkopírován", app::Toast::Kind::ok);
+    });
+    return *card_;
 }
 
 void CommandPresenter::takeKeys() {
@@ -54,11 +63,11 @@ void CommandPresenter::takeChange(app::CommandChanges changes) {
     const auto& run = line_.lastRun();
     if (changes.testFlag(CommandChange::run)) {
         if (run)
-            card_.showRun(*run, shownPath(run->directory, app_.home().path()));
-        else
-            card_.setOnShow(false);
+            card().showRun(*run, shownPath(run->directory, app_.home().path()));
+        else if (card_ != nullptr)
+            card_->setOnShow(false);
     } else if (changes.testFlag(CommandChange::output) && run) {
-        card_.showOutput(*run);
+        card().showOutput(*run);
     }
 }
 

@@ -5,6 +5,8 @@
 
 #include <QObject>
 
+#include <functional>
+
 namespace fennik::ui {
 
 class CommandLineBar;
@@ -16,8 +18,9 @@ class CommandPresenter final : public QObject {
     Q_OBJECT
 
 public:
-    /// Both outlive it.
-    CommandPresenter(const UiContext& context, CommandLineBar& bar, OutputCard& card,
+    /// The card is made when a command first runs. It outlives this, as the bar does.
+    using MakeCard = std::function<OutputCard&()>;
+    CommandPresenter(const UiContext& context, CommandLineBar& bar, MakeCard makeCard,
                      QObject* parent);
 
     /// The active panel shows something else, or another panel is the active one.
@@ -26,12 +29,14 @@ public:
 private:
     void takeChange(app::CommandChanges changes);
     void takeKeys();
+    OutputCard& card();
 
     UiContext context_;
     app::AppModel& app_;
     app::CommandLine& line_;
     CommandLineBar& bar_;
-    OutputCard& card_;
+    MakeCard makeCard_;
+    OutputCard* card_ = nullptr;
 };
 
 } // namespace fennik::ui

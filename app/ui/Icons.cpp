@@ -2,7 +2,6 @@
 
 #include <QFile>
 #include <QPainter>
-#include <QRegularExpression>
 #include <QSvgRenderer>
 
 #include <algorithm>
@@ -42,18 +41,20 @@ constexpr double darkThemeTint = 1.12; ///< more would bleach the folders
 /// Recolours every colour literal that `paint` gives another colour.
 template <class Paint>
 QByteArray recoloured(const QByteArray& svg, Paint paint) {
-    static const QRegularExpression literal(QStringLiteral("#[0-9A-F]{6}"));
-    const auto text = QString::fromUtf8(svg);
-    QString result;
-    qsizetype copied = 0;
-    for (auto found = literal.globalMatch(text); found.hasNext();) {
-        const auto match = found.next();
-        result += text.mid(copied, match.capturedStart() - copied);
-        result += paint(match.captured()).name();
-        copied = match.capturedEnd();
+    constexpr qsizetype length = 7; // "#RRGGBB"
+    const auto isDigit = [](char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F'); };
+    QByteArray result;
+    for (qsizetype i = 0; i < svg.size();) {
+        const auto literal = QByteArrayView(svg).sliced(i).first(std::min(length, svg.size() - i));
+        const bool isColour = literal.size() == length && literal[0] == '#' &&
+                              std::all_of(literal.begin() + 1, literal.end(), isDigit);
+        if (isColour)
+            result += paint(QString::fromLatin1(literal)).name().toLatin1();
+        else
+            result += svg[i];
+        i += isColour ? length : 1;
     }
-    result += text.mid(copied);
-    return result.toUtf8();
+    return result;
 }
 
 QColor lightened(const QColor& color) {

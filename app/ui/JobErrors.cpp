@@ -43,7 +43,7 @@ void JobErrors::takeTheme() {
     setPalette(colors);
     viewport()->setAutoFillBackground(false);
     setViewportMargins(theme_.px(56), theme_.px(padding), theme_.px(9), theme_.px(padding));
-    verticalScrollBar()->setStyleSheet(theme_.styleSheet());
+    verticalScrollBar()->setStyleSheet(theme_.styleSheet(Theme::Sheet::scrollBars));
 }
 
 void JobErrors::setErrors(const std::vector<std::string>& errors) {

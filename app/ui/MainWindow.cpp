@@ -92,10 +92,11 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
           context.theme, context.icons, this)),
       toast_(new ToastBar(context.theme, context.icons, this)),
       places_(new PlacesMenu(context.theme, context.icons, this)),
-      output_(new OutputCard(context.theme, context.icons, this)),
+      docks_(new QVBoxLayout),
       operations_(new OperationsCard(context.app.home(), context.theme, context.icons, this)),
       commandLine_(new CommandLineBar(context.theme, context.icons, this)),
-      commands_(new CommandPresenter(context, *commandLine_, *output_, this)),
+      commands_(new CommandPresenter(
+          context, *commandLine_, [this]() -> OutputCard& { return makeOutput(); }, this)),
       cards_(new DialogHost(context.theme, this)) {
     QAccessible::installFactory(accessibleWindow);
     const auto& theme = context.theme;
@@ -111,13 +112,11 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
     rows->setMenuBar(menuBar_);
-    auto* panels = new QVBoxLayout;
-    panels->setContentsMargins(margin, 0, margin, 0);
-    panels->addWidget(splitter_, 1);
-    panels->addWidget(output_);
-    panels->addWidget(operations_);
-    panels->addWidget(commandLine_);
-    rows->addLayout(panels, 1);
+    docks_->setContentsMargins(margin, 0, margin, 0);
+    docks_->addWidget(splitter_, 1);
+    docks_->addWidget(operations_);
+    docks_->addWidget(commandLine_);
+    rows->addLayout(docks_, 1);
     rows->addWidget(functionKeys_);
 
     for (const auto side : sides)
@@ -161,8 +160,6 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
     connect(commandLine_, &CommandLineBar::left, this, &MainWindow::focusPanel);
     connect(commandLine_, &CommandLineBar::forwardRequested, this, &MainWindow::focusAfterCommand);
     connect(commandLine_, &CommandLineBar::backRequested, this, &MainWindow::focusBeforeCommand);
-    connect(output_, &OutputCard::left, this, &MainWindow::focusPanel);
-    connect(output_, &OutputCard::passed, commandLine_, &CommandLineBar::takeFocus);
     connect(toast_, &ToastBar::buttonClicked, this, &MainWindow::pressToast);
     connect(toast_, &ToastBar::allLinesRequested, this, [this](const QString& text) {
         openCard(new LinesDialog(text, context_.theme, context_.icons, cards_));
@@ -442,7 +439,7 @@ void MainWindow::focusAfterCommand() {
 }
 
 void MainWindow::focusBeforeCommand() {
-    if (output_->isOnShow())
+    if (output_ != nullptr && output_->isOnShow())
         output_->takeFocus();
     else
         focusPanel();
@@ -484,7 +481,19 @@ void MainWindow::resizeEvent(QResizeEvent*) {
     placeToast();
 }
 
+OutputCard& MainWindow::makeOutput() {
+    output_ = new OutputCard(context_.theme, context_.icons, this);
+    docks_->insertWidget(docks_->indexOf(operations_), output_);
+    output_->stackUnder(operations_); // and so is read before it
+    connect(output_, &OutputCard::left, this, &MainWindow::focusPanel);
+    connect(output_, &OutputCard::passed, commandLine_, &CommandLineBar::takeFocus);
+    limitOutput();
+    return *output_;
+}
+
 void MainWindow::limitOutput() {
+    if (output_ == nullptr)
+        return;
     constexpr double mostShare = 0.5;
     constexpr double least = 128;
     constexpr double rows = 3 * 24;

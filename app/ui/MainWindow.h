@@ -7,6 +7,7 @@
 #include <array>
 
 class QSplitter;
+class QVBoxLayout;
 
 namespace fennik::app {
 class KeyboardLayout;
@@ -81,6 +82,7 @@ private:
     /// The active panel shows something else, or another panel is the active one.
     void takePlace();
     void placeToast();
+    OutputCard& makeOutput();
     /// The panels keep room beside the output.
     void limitOutput();
     void placePreview();
@@ -97,7 +99,8 @@ private:
     PreviewView* preview_ = nullptr; ///< over the panels; none before the first one
     ToastBar* toast_;
     PlacesMenu* places_;
-    OutputCard* output_;
+    QVBoxLayout* docks_;           ///< the panels, and what is docked below them
+    OutputCard* output_ = nullptr; ///< none before the first command
     OperationsCard* operations_;
     CommandLineBar* commandLine_;
     CommandPresenter* commands_;

@@ -70,7 +70,7 @@ MenuBar::MenuBar(const UiContext& context, QWidget* parent) : QMenuBar(parent), 
 }
 
 void MenuBar::takeTheme() {
-    setStyleSheet(context_.theme.styleSheet());
+    setStyleSheet(context_.theme.styleSheet(Theme::Sheet::menus));
     // The toolkit's own, where there is no room for all menus.
     auto* more = findChild<QToolButton*>(QStringLiteral("qt_menubar_ext_button"));
     if (more == nullptr)

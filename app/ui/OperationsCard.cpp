@@ -78,7 +78,7 @@ OperationsCard::OperationsCard(FileUrl home, const Theme& theme, Icons& icons, Q
 }
 
 void OperationsCard::takeTheme() {
-    area_->verticalScrollBar()->setStyleSheet(theme().styleSheet());
+    area_->verticalScrollBar()->setStyleSheet(theme().styleSheet(Theme::Sheet::scrollBars));
     showSummary();
     update();
 }

@@ -86,7 +86,7 @@ void OutputView::takeTheme() {
     colours.setColor(QPalette::Base, theme_.tokens().field);
     colours.setColor(QPalette::Text, theme_.tokens().text);
     setPalette(colours);
-    verticalScrollBar()->setStyleSheet(theme_.styleSheet());
+    verticalScrollBar()->setStyleSheet(theme_.styleSheet(Theme::Sheet::scrollBars));
     showCommand();
 }
 
@@ -162,7 +162,7 @@ void OutputView::followEnd() {
 
 void OutputView::contextMenuEvent(QContextMenuEvent* event) {
     QMenu menu;
-    menu.setStyleSheet(theme_.styleSheet());
+    menu.setStyleSheet(theme_.styleSheet(Theme::Sheet::menus));
     auto* copied = menu.addAction(QStringLiteral("Kopírovat"), this, &QPlainTextEdit::copy);
     copied->setEnabled(textCursor().hasSelection());
     menu.addAction(QStringLiteral("Vybrat vše"), this, &QPlainTextEdit::selectAll);

@@ -98,7 +98,7 @@ void PanelHeader::paintColumn(QPainter& painter, PanelColumn column) const {
 void PanelHeader::contextMenuEvent(QContextMenuEvent* event) {
     QMenu menu(this);
     menu.setAccessibleName(QStringLiteral("Řazení"));
-    menu.setStyleSheet(theme_.styleSheet());
+    menu.setStyleSheet(theme_.styleSheet(Theme::Sheet::menus));
     const auto sort = panel_.tab().sort;
     for (std::size_t i = 0; i < allSortKeys.size(); ++i) {
         const bool isCurrent = allSortKeys[i] == sort.key;

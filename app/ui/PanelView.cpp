@@ -161,7 +161,7 @@ void PanelView::takeBusy() {
 void PanelView::showMenu(const QPoint& corner) {
     QMenu menu(this);
     menu.setAccessibleName(QStringLiteral("Nabídka položky"));
-    menu.setStyleSheet(theme_.styleSheet());
+    menu.setStyleSheet(theme_.styleSheet(Theme::Sheet::menus));
     fillMenu(menu, context_, app::FennikCommands::contextMenu());
     emit menuOpened(true);
     menu.exec(corner);

@@ -386,7 +386,7 @@ void PathBar::layOutBadge(QRect& room) {
 void PathBar::showHiddenCrumbs() {
     QMenu menu(this);
     menu.setAccessibleName(more_->accessibleName());
-    menu.setStyleSheet(theme_.styleSheet());
+    menu.setStyleSheet(theme_.styleSheet(Theme::Sheet::menus));
     for (auto* crumb : crumbs_) {
         if (crumb->isHidden())
             menu.addAction(menuText(crumb->title()), crumb, &QAbstractButton::click);

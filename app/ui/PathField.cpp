@@ -95,7 +95,7 @@ PathField::PathField(Place place, const Theme& theme, Icons& icons, QWidget* par
 void PathField::takeTheme() {
     const int room = theme_.px(place_ == Place::pathBar ? 24 : 28);
     const auto height = QStringLiteral("QLineEdit { min-height: %1px; }").arg(room);
-    setStyleSheet(theme_.styleSheet() + height);
+    setStyleSheet(theme_.styleSheet(Theme::Sheet::fields) + height);
 }
 
 void PathField::open(std::string_view folder) {

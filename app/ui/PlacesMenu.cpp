@@ -41,7 +41,7 @@ MenuRow message(const QString& text) {
 } // namespace
 
 PlacesMenu::PlacesMenu(const Theme& theme, Icons& icons, QWidget* parent)
-    : PopupCard(theme, foot(), parent),
+    : PopupCard(Theme::Sheet::all, theme, foot(), parent),
       filter_(new QLineEdit(this)),
       list_(new MenuList(MenuList::Heights::various, theme, icons, this)) {
     setObjectName(QStringLiteral("placesMenu"));

@@ -78,16 +78,16 @@ private:
     QColor drawnColor_;
 };
 
-PopupCard::PopupCard(const Theme& theme, QString foot, QWidget* parent)
+PopupCard::PopupCard(Theme::Sheet sheet, const Theme& theme, QString foot, QWidget* parent)
     : QWidget(parent),
       theme_(theme),
       foot_(std::move(foot)),
       shadow_(new CardShadow(theme, parent)) {
     hide();
-    setStyleSheet(theme.styleSheet());
+    setStyleSheet(theme.styleSheet(sheet));
     connect(this, &QObject::destroyed, shadow_, &QObject::deleteLater);
-    connect(&theme, &Theme::changed, this, [this] {
-        setStyleSheet(theme_.styleSheet());
+    connect(&theme, &Theme::changed, this, [this, sheet] {
+        setStyleSheet(theme_.styleSheet(sheet));
         update();
     });
 }

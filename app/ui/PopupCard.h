@@ -15,7 +15,7 @@ class PopupCard : public QWidget {
     Q_OBJECT
 
 public:
-    PopupCard(const Theme& theme, QString foot, QWidget* parent);
+    PopupCard(Theme::Sheet sheet, const Theme& theme, QString foot, QWidget* parent);
 
 protected:
     bool event(QEvent* event) override;

@@ -51,7 +51,7 @@ void RenameField::takeTheme() {
                        "QLineEdit:focus, QLineEdit[invalid=\"true\"] { padding: 0 %2px; }")
             .arg(theme_.px(4))
             .arg(theme_.px(4) - 1);
-    setStyleSheet(theme_.styleSheet() + narrow);
+    setStyleSheet(theme_.styleSheet(Theme::Sheet::fields) + narrow);
 }
 
 void RenameField::open(const std::string& name) {
@@ -59,8 +59,8 @@ void RenameField::open(const std::string& name) {
     clearError();
     setText(NameText::fromBytes(name));
     setAccessibleName(QStringLiteral("Nový název položky %1").arg(shownName(name)));
-    place();
     show();
+    place();
     setFocus(Qt::OtherFocusReason);
     setSelection(0, int(NameText::fromBytes(table_.baseNameOf(name)).size()));
 }
@@ -96,6 +96,8 @@ void RenameField::takeEdit() {
 }
 
 void RenameField::place() {
+    if (isHidden())
+        return;
     const auto area = table_.nameRect(name_);
     if (area.isNull())
         return; // the item will be listed again in a moment

@@ -6,7 +6,6 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QPalette>
-#include <QRegularExpression>
 #include <QScreen>
 #include <QStyle>
 
@@ -237,10 +236,56 @@ void Theme::apply() const {
     QApplication::setFont(font(FontRole::body));
 }
 
-QString Theme::styleSheet() const {
+QString Theme::filledIn(QStringView sheet) const {
+    const int fieldPadding = px(10);
+    const auto& colours = tokens();
+    const std::array<std::pair<QStringView, QString>, 14> values{{
+        {u"fieldPadding", QStringLiteral("%1px").arg(fieldPadding)},
+        {u"focusedPadding", QStringLiteral("%1px").arg(fieldPadding - 1)},
+        // What can be used must stand out in high contrast too.
+        {u"disabled", (contrast_ == Contrast::high ? colours.text3 : colours.control).name()},
+        {u"text", colours.text.name()},
+        {u"hover", colours.hover.name()},
+        {u"pressed", colours.pressed.name()},
+        {u"control", colours.control.name()},
+        {u"raised", colours.raised.name()},
+        {u"line", colours.line.name()},
+        {u"accent", colours.accent.name()},
+        {u"onAccent", colours.onAccent.name()},
+        {u"field", colours.field.name()},
+        {u"err", colours.err.name()},
+        {u"chrome", colours.chrome.name()},
+    }};
+    const auto endOf = [sheet](qsizetype from, auto belongs) {
+        while (from < sheet.size() && belongs(sheet[from]))
+            ++from;
+        return from;
+    };
+    QString filled;
+    for (qsizetype i = 0; i < sheet.size();) {
+        if (sheet[i] == QLatin1Char('$')) {
+            const auto end = endOf(i + 1, [](QChar c) { return c.isLetter(); });
+            const auto name = sheet.mid(i + 1, end - i - 1);
+            filled +=
+                std::ranges::find(values, name, [](auto& value) { return value.first; })->second;
+            i = end;
+        } else if (sheet[i].isDigit()) {
+            const auto end = endOf(i, [](QChar c) { return c.isDigit(); });
+            const bool grows = end < sheet.size() && sheet[end] == QLatin1Char('u');
+            const auto number = sheet.mid(i, end - i);
+            filled += grows ? QStringLiteral("%1px").arg(px(number.toInt())) : number.toString();
+            i = end + (grows ? 1 : 0);
+        } else {
+            filled += sheet[i++];
+        }
+    }
+    return filled;
+}
+
+QString Theme::styleSheet(Sheet sheet) const {
     // "$name" is a token, "6u" are six pixels at the default text size. A border that grows takes
     // its pixel off the padding, so that nothing moves.
-    auto sheet = QStringLiteral(R"(
+    static constexpr QStringView menus = uR"(
         QMenuBar { background: transparent; color: $text; padding: 0; }
         QMenuBar::item { padding: 5u 10u; border-radius: 5u; background: transparent; }
         QMenuBar::item:selected { background: $hover; }
@@ -251,18 +296,24 @@ QString Theme::styleSheet() const {
         QMenu::item:selected { background: $accent; color: $onAccent; }
         QMenu::item:disabled { background: transparent; color: $disabled; }
         QMenu::separator { background: $line; height: 1px; margin: 4u 8u; }
+        QToolTip { background: $raised; color: $text; border: 1px solid $line; padding: 4u 6u; }
+    )";
+    static constexpr QStringView fields = uR"(
         QLineEdit { background: $field; color: $text; border: 1px solid $control;
-            border-radius: 7u; min-height: 28u; padding: 1px $fieldPaddingpx;
+            border-radius: 7u; min-height: 28u; padding: 1px $fieldPadding;
             selection-background-color: $accent; selection-color: $onAccent;
             lineedit-password-character: 8226; }
-        QLineEdit:focus { border: 2px solid $accent; padding: 0 $focusedPaddingpx; }
-        QLineEdit[invalid="true"] { border: 2px solid $err; padding: 0 $focusedPaddingpx; }
+        QLineEdit:focus { border: 2px solid $accent; padding: 0 $focusedPadding; }
+        QLineEdit[invalid="true"] { border: 2px solid $err; padding: 0 $focusedPadding; }
         QLineEdit:disabled { background: $chrome; color: $disabled; }
+    )";
+    static constexpr QStringView choices = uR"(
         QComboBox QAbstractItemView { background: $raised; color: $text; border: 1px solid $line;
             padding: 4u; outline: 0; }
         QComboBox QAbstractItemView::item { min-height: 28u; padding: 0 6u; border-radius: 5u; }
         QComboBox QAbstractItemView::item:selected { background: $accent; color: $onAccent; }
-        QToolTip { background: $raised; color: $text; border: 1px solid $line; padding: 4u 6u; }
+    )";
+    static constexpr QStringView scrollBars = uR"(
         QScrollBar { background: transparent; margin: 0; }
         QScrollBar:vertical { width: 10px; }
         QScrollBar:horizontal { height: 10px; }
@@ -271,34 +322,18 @@ QString Theme::styleSheet() const {
         QScrollBar::handle:horizontal { min-width: 32px; }
         QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
         QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
-    )");
-    const int fieldPadding = px(10);
-    const auto& colours = tokens();
-    const std::pair<const char*, QString> values[] = {
-        {"$fieldPadding", QString::number(fieldPadding)},
-        {"$focusedPadding", QString::number(fieldPadding - 1)},
-        // What can be used must stand out in high contrast too.
-        {"$disabled", (contrast_ == Contrast::high ? colours.text3 : colours.control).name()},
-        {"$text", colours.text.name()},
-        {"$hover", colours.hover.name()},
-        {"$pressed", colours.pressed.name()},
-        {"$control", colours.control.name()},
-        {"$raised", colours.raised.name()},
-        {"$line", colours.line.name()},
-        {"$accent", colours.accent.name()},
-        {"$onAccent", colours.onAccent.name()},
-        {"$field", colours.field.name()},
-        {"$err", colours.err.name()},
-        {"$chrome", colours.chrome.name()},
-    };
-    for (const auto& [name, value] : values)
-        sheet.replace(QLatin1String(name), value);
-    static const QRegularExpression measure(QStringLiteral("\\b(\\d+)u\\b"));
-    for (auto found = measure.match(sheet); found.hasMatch(); found = measure.match(sheet)) {
-        const auto pixels = QString::number(px(found.captured(1).toInt()));
-        sheet.replace(found.capturedStart(), found.capturedLength(), pixels + QStringLiteral("px"));
+    )";
+    switch (sheet) {
+    case Sheet::menus:
+        return filledIn(menus);
+    case Sheet::fields: // which have menus
+        return filledIn(fields) + filledIn(menus);
+    case Sheet::scrollBars:
+        return filledIn(scrollBars);
+    case Sheet::all:
+        break;
     }
-    return sheet;
+    return filledIn(menus) + filledIn(fields) + filledIn(choices) + filledIn(scrollBars);
 }
 
 Appearance appearanceOf(const QPalette& systemPalette) {

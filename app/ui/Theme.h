@@ -64,9 +64,11 @@ public:
     QFont font(FontRole role, QFont::Weight weight = QFont::Normal) const;
     /// A measure given for the default text size, in device-independent pixels of this one.
     int px(double measure) const { return qRound(measure * scale_); }
-    /// For menus, fields, tooltips and scroll bars; everything else paints itself. A field whose
-    /// property "invalid" is true shows it.
-    QString styleSheet() const;
+    /// What a style sheet is for. Widgets below the one that has it are meant too.
+    enum class Sheet { menus, fields, scrollBars, all };
+    /// Everything else paints itself. A field whose property "invalid" is true shows it. Reading a
+    /// sheet takes its time, so whatever comes with the window gets no more of it than it needs.
+    QString styleSheet(Sheet sheet = Sheet::all) const;
     /// Whether nothing may move on its own: the style says so for the whole application.
     static bool reducedMotion();
     /// Has the style say so, or no longer.
@@ -78,6 +80,7 @@ signals:
 
 private:
     void apply() const;
+    QString filledIn(QStringView sheet) const;
 
     Appearance appearance_;
     Contrast contrast_ = Contrast::normal;

@@ -6,9 +6,9 @@ WindowStyle::WindowStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 
 int WindowStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                            QStyleHintReturn* result) const {
-    return hint == SH_Widget_Animation_Duration && isMotionReduced_
-               ? 0
-               : QProxyStyle::styleHint(hint, option, widget, result);
+    const bool isStill = hint == SH_Widget_Animation_Duration && isMotionReduced_;
+    const bool isMenuOfScrollBar = hint == SH_ScrollBar_ContextMenu; // nobody needs one
+    return isStill || isMenuOfScrollBar ? 0 : QProxyStyle::styleHint(hint, option, widget, result);
 }
 
 QIcon WindowStyle::standardIcon(StandardPixmap icon, const QStyleOption* option,

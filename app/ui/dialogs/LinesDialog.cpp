@@ -50,7 +50,7 @@ LinesDialog::LinesDialog(const QString& title, const QString& subtitle, const QS
         auto colors = lines->palette();
         colors.setColor(QPalette::Text, theme.tokens().text);
         lines->setPalette(colors);
-        lines->verticalScrollBar()->setStyleSheet(theme.styleSheet());
+        lines->verticalScrollBar()->setStyleSheet(theme.styleSheet(Theme::Sheet::scrollBars));
     };
     connect(&theme, &Theme::changed, lines, takeTheme);
     takeTheme();

@@ -229,7 +229,7 @@ void ShortcutsPage::takeTheme() {
     const int side = context_.theme.px(margin);
     searchIcon_->setIcon(context_.icons.line(QStringLiteral("search"), side,
                                              context_.theme.tokens().text2, devicePixelRatioF()));
-    area_->verticalScrollBar()->setStyleSheet(context_.theme.styleSheet());
+    area_->verticalScrollBar()->setStyleSheet(context_.theme.styleSheet(Theme::Sheet::scrollBars));
     takeShortcuts();
     update();
 }
