@@ -497,11 +497,12 @@ void MainWindow::limitOutput() {
     constexpr double mostShare = 0.5;
     constexpr double least = 128;
     constexpr double rows = 3 * 24;
-    const int panels = splitter_->minimumSizeHint().height() + context_.theme.px(rows);
+    const auto& theme = context_.theme;
     const int room = height() - operations_->height() - commandLine_->height() -
-                     functionKeys_->height() - menuBar_->height() - panels;
-    output_->setHeightLimit(
-        std::max(context_.theme.px(least), std::min(int(height() * mostShare), room)));
+                     functionKeys_->height() - menuBar_->height() -
+                     splitter_->minimumSizeHint().height();
+    const int besideRows = std::min(int(height() * mostShare), room - theme.px(rows));
+    output_->setHeightLimit(std::max(besideRows, std::min(theme.px(least), room)));
 }
 
 void MainWindow::showEvent(QShowEvent*) {

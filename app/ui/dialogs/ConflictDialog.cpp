@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace fennik::ui {
 
@@ -31,7 +32,7 @@ struct Choice {
     const char* detail;
 };
 
-/// In reading order, two a line.
+/// In reading order.
 constexpr std::array choices{
     Choice{ConflictChoice::rename, Qt::Key_O, "copy-plus", "Ponechat oba",
            "Nový dostane jméno „… 2“"},
@@ -118,11 +119,14 @@ ConflictDialog::ConflictDialog(const Theme& theme, Icons& icons, QWidget* parent
       existing_(new ConflictSide(QStringLiteral("Stávající"), theme, icons, nullptr)),
       arrow_(new Arrow(theme, icons, nullptr)),
       sides_(new QBoxLayout(QBoxLayout::LeftToRight)),
+      grid_(new QGridLayout),
       mismatch_(new WarningStrip(QStringLiteral("Pozor: jedno je složka a druhé soubor."), theme,
                                  icons, nullptr)),
       forAll_(new CheckBox(QStringLiteral("Použít i pro všechny další shody v této operaci"), theme,
                            nullptr)) {
     setPreferredWidth(largeWidth);
+    // Large letters in a small window cut it off rather than everything beside it.
+    forAll_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     newItem_->setObjectName(QStringLiteral("newItem"));
     existing_->setObjectName(QStringLiteral("existingItem"));
     mismatch_->setObjectName(QStringLiteral("typeMismatch"));
@@ -138,8 +142,7 @@ ConflictDialog::ConflictDialog(const Theme& theme, Icons& icons, QWidget* parent
     layout->addLayout(sides_);
     layout->addWidget(mismatch_);
     layout->addSpacing(theme.px(6));
-    auto* grid = new QGridLayout;
-    grid->setSpacing(theme.px(8));
+    grid_->setSpacing(theme.px(8));
     for (std::size_t i = 0; i < choiceCount; ++i) {
         const auto& choice = choices[i];
         tiles_[i] = new ChoiceTile({.icon = QString::fromUtf8(choice.icon),
@@ -148,9 +151,9 @@ ConflictDialog::ConflictDialog(const Theme& theme, Icons& icons, QWidget* parent
                                     .letter = QString(QChar(choice.key))},
                                    theme, icons, content);
         connect(tiles_[i], &QAbstractButton::clicked, this, [this, i] { answer(i); });
-        grid->addWidget(tiles_[i], int(i) / 2, int(i) % 2);
     }
-    layout->addLayout(grid);
+    placeTiles(2);
+    layout->addLayout(grid_);
     layout->addWidget(forAll_);
     setContent(content);
     qApp->installEventFilter(this);
@@ -199,6 +202,7 @@ void ConflictDialog::resizeEvent(QResizeEvent* event) {
     sides_->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     sides_->setSpacing(isNarrow ? theme().px(8) : 0);
     arrow_->setHidden(isNarrow);
+    placeTiles(isNarrow ? 1 : 2);
     DialogCard::resizeEvent(event);
 }
 
@@ -206,29 +210,39 @@ void ConflictDialog::answer(std::size_t choice) {
     emit answered({.choice = choices[choice].choice, .applyToAll = forAll_->isChecked()});
 }
 
+void ConflictDialog::placeTiles(int columns) {
+    if (std::exchange(columns_, columns) == columns)
+        return;
+    for (int i = 0; auto* tile : tiles_) {
+        grid_->addWidget(tile, i / columns, i % columns);
+        ++i;
+    }
+}
+
 bool ConflictDialog::moveFocus(int key) {
-    const auto current = std::ranges::find_if(tiles_, &QWidget::hasFocus) - tiles_.begin();
-    if (current == std::ptrdiff_t(choiceCount))
+    const auto current = int(std::ranges::find_if(tiles_, &QWidget::hasFocus) - tiles_.begin());
+    const int count = int(choiceCount);
+    if (current == count)
         return false;
-    int column = int(current) % 2;
-    int line = int(current) / 2;
+    int column = current % columns_;
+    int line = current / columns_;
     switch (key) {
     case Qt::Key_Left:
         column = 0;
         break;
     case Qt::Key_Right:
-        column = 1;
+        column = columns_ - 1;
         break;
     case Qt::Key_Up:
-        line = 0;
+        line = std::max(0, line - 1);
         break;
     case Qt::Key_Down:
-        line = 1;
+        line = std::min(count / columns_ - 1, line + 1);
         break;
     default:
         return false;
     }
-    tiles_[std::size_t(2 * line + column)]->setFocus(Qt::TabFocusReason);
+    focus(*tiles_[std::size_t(columns_ * line + column)], Qt::TabFocusReason);
     return true;
 }
 

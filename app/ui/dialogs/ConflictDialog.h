@@ -8,6 +8,7 @@
 
 class QBoxLayout;
 class QCheckBox;
+class QGridLayout;
 
 namespace fennik::ui {
 
@@ -40,12 +41,15 @@ private:
 
     void answer(std::size_t choice);
     bool moveFocus(int key);
+    void placeTiles(int columns);
 
     std::array<ChoiceTile*, choiceCount> tiles_{};
     ConflictSide* newItem_;
     ConflictSide* existing_;
     QWidget* arrow_;    ///< from the one to the other
     QBoxLayout* sides_; ///< one below the other where there is little room
+    QGridLayout* grid_; ///< of the tiles
+    int columns_ = 0;   ///< of it
     QWidget* mismatch_;
     QCheckBox* forAll_;
 };

@@ -74,6 +74,8 @@ signals:
     void heightChanged();
 
 protected:
+    /// Gives the keyboard to a widget of the card, and brings it into view.
+    void focus(QWidget& widget, Qt::FocusReason reason);
     bool focusNextPrevChild(bool next) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -88,7 +90,6 @@ protected:
 
 private:
     std::vector<QWidget*> focusOrder() const;
-    void focus(QWidget& widget, Qt::FocusReason reason);
     void confirm();
     bool canConfirm() const;
     void takeTheme();

@@ -47,6 +47,10 @@ constexpr double hintsHeight = 27;
 /// Below this width the facts stand in one column, and bytes in shorter lines.
 constexpr double wideFrom = 460;
 constexpr double longHexFrom = 620;
+/// Below these, what is said about the preview makes room for the preview.
+constexpr double leastForWord = 240;
+constexpr double leastForFacts = 280;
+constexpr double leastForHints = 180;
 
 QString placeText(const app::QuickPreview::Place& place) {
     if (place.count == 0)
@@ -270,7 +274,7 @@ void PreviewView::scrollPages(int pages) {
 
 void PreviewView::showKeys() {
     QStringList keys{closingKeys(context_)};
-    if (scrollBar() != nullptr)
+    if (scrollBar() != nullptr && isWide_)
         keys.prepend(context_.keys().sentence("⌥⇞ a ⌥⇟ posouvá"));
     keys.removeAll(QString());
     keys_->setText(keys.join(QStringLiteral(" · ")));
@@ -370,7 +374,11 @@ void PreviewView::showFacts(const std::vector<PreviewTexts::Fact>& facts) {
     facts_ = facts;
     FactRows::clear(*factRows_);
     FactRows::fill(*factRows_, *foot_, facts_, isWide_ ? 2 : 1, theme_);
-    foot_->setHidden(facts_.empty());
+    placeFoot();
+}
+
+void PreviewView::placeFoot() {
+    foot_->setVisible(!facts_.empty() && height() >= theme_.px(leastForFacts));
 }
 
 /// Screen readers hear what is shown, as nothing of it takes the keyboard.
@@ -407,8 +415,12 @@ void PreviewView::resizeEvent(QResizeEvent*) {
     stripe_->setGeometry(1, headerHeight() - 1, width() - 2, 2);
     const bool isWide = width() >= theme_.px(wideFrom);
     hint_->setVisible(isWide);
+    word_->setVisible(width() >= theme_.px(leastForWord));
+    placeFoot();
+    hints_->setVisible(height() >= theme_.px(leastForHints));
     if (std::exchange(isWide_, isWide) != isWide)
         showFacts(std::exchange(facts_, {}));
+    showKeys();
 }
 
 void PreviewView::wheelEvent(QWheelEvent* event) {

@@ -53,6 +53,7 @@ private:
     void showKeys();
     QScrollBar* scrollBar() const; ///< of what is shown, if that can be scrolled
     void showFacts(const std::vector<PreviewTexts::Fact>& facts);
+    void placeFoot();
     void takeTheme();
     void setOpacity(double opacity);
     void tell();
