@@ -475,9 +475,7 @@ void MainWindow::paintEvent(QPaintEvent*) {
 }
 
 void MainWindow::resizeEvent(QResizeEvent*) {
-    constexpr double mostShareOfJobs = 0.4;
-    operations_->setHeightLimit(int(height() * mostShareOfJobs));
-    limitOutput();
+    limitDocks();
     placeToast();
 }
 
@@ -487,22 +485,24 @@ OutputCard& MainWindow::makeOutput() {
     output_->stackUnder(operations_); // and so is read before it
     connect(output_, &OutputCard::left, this, &MainWindow::focusPanel);
     connect(output_, &OutputCard::passed, commandLine_, &CommandLineBar::takeFocus);
-    limitOutput();
+    limitDocks();
     return *output_;
 }
 
-void MainWindow::limitOutput() {
-    if (output_ == nullptr)
-        return;
-    constexpr double mostShare = 0.5;
-    constexpr double least = 128;
+void MainWindow::limitDocks() {
+    constexpr double mostShareOfJobs = 0.4;
+    constexpr double mostShareOfOutput = 0.5;
+    constexpr double leastOutput = 128;
     constexpr double rows = 3 * 24;
     const auto& theme = context_.theme;
-    const int room = height() - operations_->height() - commandLine_->height() -
-                     functionKeys_->height() - menuBar_->height() -
-                     splitter_->minimumSizeHint().height();
-    const int besideRows = std::min(int(height() * mostShare), room - theme.px(rows));
-    output_->setHeightLimit(std::max(besideRows, std::min(theme.px(least), room)));
+    const int room = height() - commandLine_->height() - functionKeys_->height() -
+                     menuBar_->height() - splitter_->minimumSizeHint().height();
+    operations_->setHeightLimit(std::min(int(height() * mostShareOfJobs), room));
+    if (output_ == nullptr)
+        return;
+    const int left = room - operations_->height();
+    const int besideRows = std::min(int(height() * mostShareOfOutput), left - theme.px(rows));
+    output_->setHeightLimit(std::max(besideRows, std::min(theme.px(leastOutput), left)));
 }
 
 void MainWindow::showEvent(QShowEvent*) {
@@ -517,7 +517,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     }
     if (watched == operations_) {
         if (event->type() == QEvent::Resize)
-            limitOutput();
+            limitDocks();
         return false;
     }
     if (std::ranges::find(views_, watched) != views_.end()) {

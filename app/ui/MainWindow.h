@@ -83,8 +83,8 @@ private:
     void takePlace();
     void placeToast();
     OutputCard& makeOutput();
-    /// The panels keep room beside the output.
-    void limitOutput();
+    /// The panels keep room beside what is docked below them.
+    void limitDocks();
     void placePreview();
     app::PanelSide inactiveSide() const;
     QRect inactivePanel();

@@ -26,7 +26,7 @@ SettingsForm::SettingsForm(const UiContext& context, QWidget* parent)
     rows_->setContentsMargins(side, theme.px(18), side, theme.px(18));
     rows_->setHorizontalSpacing(theme.px(18));
     rows_->setVerticalSpacing(theme.px(16));
-    rows_->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
+    rows_->setLabelAlignment(Qt::AlignTop);
     rows_->setRowWrapPolicy(QFormLayout::WrapLongRows);
     rows_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
 }
@@ -44,6 +44,15 @@ QLabel* SettingsForm::addRow(const QString& label, QWidget* field) {
     followColor(*words, theme, &Tokens::text2);
     rows_->addRow(words, field);
     return words;
+}
+
+void SettingsForm::setStacked(bool isStacked) {
+    rows_->setRowWrapPolicy(isStacked ? QFormLayout::WrapAllRows : QFormLayout::WrapLongRows);
+    for (int row = 0; row < rows_->rowCount(); ++row) {
+        auto* words = static_cast<QLabel*>(rows_->itemAt(row, QFormLayout::LabelRole)->widget());
+        words->setMinimumWidth(isStacked ? 0 : context_.theme.px(labelWidth));
+        words->setAlignment((isStacked ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
+    }
 }
 
 void SettingsForm::addSwitch(const QString& label, const app::SettingKey<bool>& key,

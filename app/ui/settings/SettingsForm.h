@@ -27,6 +27,8 @@ public:
     /// below, may be empty and may have combinations in it.
     void addSwitch(const QString& label, const app::SettingKey<bool>& key, const QString& title,
                    const QString& name, std::string_view hint = {});
+    /// Whether what is set stands above its controls, where there is no room beside them.
+    void setStacked(bool isStacked);
     /// A line in small letters, for below a field.
     QLabel* hint(const QString& text);
     /// Calls `show` now and whenever a setting or a shortcut has changed.

@@ -32,7 +32,16 @@ public:
         makeOneOfSeveral(*this);
     }
 
+    void setTextShown(bool isShown) {
+        showsText_ = isShown;
+        setToolTip(isShown ? QString() : text());
+        updateGeometry();
+        update();
+    }
+
     QSize sizeHint() const override {
+        if (!showsText_)
+            return {theme_.px(iconSide + 2 * padding), theme_.px(tabHeight)};
         const QFontMetrics metrics(theme_.font(FontRole::body, QFont::Medium));
         const int words = metrics.horizontalAdvance(text()) + theme_.px(iconSide + iconGap) +
                           2 * theme_.px(padding) + 2;
@@ -60,6 +69,8 @@ protected:
         painter.drawPixmap(left, (height() - side) / 2,
                            icons_.line(icon_, side, isChecked() ? tokens.onAccent : tokens.text2,
                                        devicePixelRatioF()));
+        if (!showsText_)
+            return;
         painter.setFont(theme_.font(FontRole::body, isChecked() ? QFont::Medium : QFont::Normal));
         painter.setPen(isChecked() ? tokens.onAccent : tokens.text);
         painter.drawText(rect().adjusted(left + side + theme_.px(iconGap), 0, 0, 0),
@@ -68,6 +79,7 @@ protected:
 
 private:
     QString icon_;
+    bool showsText_ = true;
     const Theme& theme_;
     Icons& icons_;
 };
@@ -99,6 +111,11 @@ SettingsTabs::SettingsTabs(const std::vector<Page>& pages, const Theme& theme, I
 
 void SettingsTabs::choose(int index) {
     tabs_[std::size_t(index)]->setChecked(true);
+}
+
+void SettingsTabs::setTextShown(bool isShown) {
+    for (auto* tab : tabs_)
+        tab->setTextShown(isShown);
 }
 
 void SettingsTabs::takeFocus() {

@@ -27,6 +27,8 @@ public:
     void choose(int index);
     /// Gives the keyboard to the page that is chosen.
     void takeFocus();
+    /// Tabs without text show their icons alone.
+    void setTextShown(bool isShown);
 
 signals:
     void chosenChanged(int index);

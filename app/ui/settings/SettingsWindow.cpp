@@ -2,6 +2,7 @@
 
 #include "app/ui/Text.h"
 #include "app/ui/dialogs/DialogHost.h"
+#include "app/ui/settings/SettingsForm.h"
 #include "app/ui/settings/SettingsPages.h"
 #include "app/ui/settings/SettingsTabs.h"
 #include "app/ui/settings/ShortcutsPage.h"
@@ -22,6 +23,8 @@
 namespace fennik::ui {
 
 namespace {
+
+constexpr double narrowWidth = 620;
 
 /// Screen readers look for a window, and take a plain widget for a part of one.
 QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
@@ -92,6 +95,7 @@ void SettingsWindow::showPage(int index) {
         pages_->addWidget(page.widget);
     }
     pages_->setCurrentWidget(page.widget);
+    fitPages();
     setWindowTitle(QStringLiteral("Nastavení – %1").arg(page.title));
     auto& settings = context_.app.settings();
     if (settings.get(app::SettingKeys::settingsTab) != page.value)
@@ -127,6 +131,17 @@ void SettingsWindow::keyPressEvent(QKeyEvent* event) {
     else if (isPlain && isEnter && button != nullptr && !event->isAutoRepeat())
         button->click();
     event->accept();
+}
+
+void SettingsWindow::fitPages() {
+    const bool isNarrow = width() < context_.theme.px(narrowWidth);
+    tabs_->setTextShown(!isNarrow);
+    for (auto* form : findChildren<SettingsForm*>())
+        form->setStacked(isNarrow);
+}
+
+void SettingsWindow::resizeEvent(QResizeEvent*) {
+    fitPages();
 }
 
 void SettingsWindow::takeTheme() {

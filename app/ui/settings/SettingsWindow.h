@@ -34,6 +34,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     struct Page {
@@ -46,6 +47,8 @@ private:
 
     QScrollArea* scrolling(QWidget* content);
     void showPage(int index);
+    /// To the width of the window.
+    void fitPages();
     void takeTheme();
 
     UiContext context_;
