@@ -1,6 +1,7 @@
 #include "benchmarks/ShownSession.h"
 
 #include "app/ui/PanelView.h"
+#include "app/ui/WindowStyle.h"
 
 #include <QEvent>
 #include <QKeyEvent>
@@ -11,7 +12,7 @@ namespace {
 
 int& withoutScreen(int& argumentCount) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setStyle(new ui::WindowStyle);
     return argumentCount;
 }
 

@@ -3,6 +3,7 @@
 #include "core/archives/helper/ArchiveHelper.h"
 #include "core/platform/UnfinishedFile.h"
 #include "tests/support/Processes.h"
+#include "tests/support/UsedUpMemory.h"
 
 #include <array>
 #include <csignal>
@@ -10,9 +11,7 @@
 #include <ctime>
 #include <functional>
 #include <memory>
-#include <new>
 #include <string>
-#include <sys/mman.h>
 #include <sys/resource.h>
 #include <unistd.h>
 #include <utility>
@@ -59,18 +58,6 @@ void useProcessor(double seconds) {
     const auto end = clock() + static_cast<clock_t>(seconds * CLOCKS_PER_SEC);
     while (clock() < end) {
     }
-}
-
-/// Maps what it may, as an allocator does, and then fails as one does.
-[[noreturn]] void useUpMemory() {
-    constexpr std::size_t size = 1 << 20;
-    std::vector<void*> pieces;
-    while (pieces.empty() || pieces.back() != MAP_FAILED)
-        pieces.push_back(
-            mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
-    for (auto* const piece : pieces)
-        munmap(piece, size);
-    throw std::bad_alloc();
 }
 
 /// Entries made by a function that is told how many there were before.
@@ -143,7 +130,7 @@ MadeStream::Make makerFor(std::string_view name) {
             spin();
         });
     if (name == "eats memory")
-        return afterOwnNumber([] { useUpMemory(); });
+        return afterOwnNumber([] { test::useUpMemory(); });
     if (name == "writes garbage")
         return afterOwnNumber([] {
             const std::vector<char> garbage(1 << 20, 'x');

@@ -3,6 +3,7 @@
 #include "app/preview/decoding/DecodingHelper.h"
 #include "core/helper/HelperSide.h"
 #include "core/helper/Outbox.h"
+#include "tests/support/UsedUpMemory.h"
 
 #include <array>
 #include <chrono>
@@ -10,7 +11,6 @@
 #include <cstddef>
 #include <cstdlib>
 #include <fcntl.h>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -59,8 +59,7 @@ Decoding misbehave(DecodedKind, int descriptor) {
     } else if (wish == "leave") {
         std::_Exit(HelperExit::done);
     } else if (wish == "eat") {
-        for (std::vector<std::unique_ptr<std::array<char, 1 << 20>>> eaten;;)
-            eaten.push_back(std::make_unique<std::array<char, 1 << 20>>());
+        test::useUpMemory();
     } else if (wish == "huge picture") {
         say(PreviewMessage::picture, {.width = 100'000, .height = 100'000});
     } else if (wish == "no picture") {

@@ -1,3 +1,5 @@
+#include "app/ui/WindowStyle.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -5,8 +7,8 @@
 int main(int argumentCount, char** arguments) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("TZ", "Europe/Prague");
-    QApplication::setStyle(QStringLiteral("Fusion"));
     const QApplication application(argumentCount, arguments);
+    QApplication::setStyle(new fennik::ui::WindowStyle);
     testing::InitGoogleTest(&argumentCount, arguments);
     return RUN_ALL_TESTS();
 }
