@@ -1,5 +1,7 @@
 #include "app/ui/Crumb.h"
 
+#include "app/ui/HoverGround.h"
+
 #include <QFontMetricsF>
 #include <QPainter>
 
@@ -57,10 +59,8 @@ void Crumb::paintEvent(QPaintEvent*) {
         painter.setPen(QPen(tokens.accent, 1, Qt::DashLine));
         painter.setBrush(tokens.accentSoft);
         painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 2.5, -0.5, -2.5), 5, 5);
-    } else if (underMouse()) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(isDown() ? tokens.pressed : tokens.hover);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(0, 2, 0, -2), 5, 5);
+    } else {
+        paintHoverGround(painter, *this, rect().adjusted(0, 2, 0, -2), 5, tokens);
     }
     const int left = theme_.px(padding);
     if (look_) {

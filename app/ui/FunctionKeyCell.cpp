@@ -1,5 +1,6 @@
 #include "app/ui/FunctionKeyCell.h"
 
+#include "app/ui/HoverGround.h"
 #include "app/ui/Text.h"
 
 #include <QFontMetricsF>
@@ -38,11 +39,8 @@ void FunctionKeyCell::paintEvent(QPaintEvent*) {
     const auto& tokens = theme_.tokens();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (isEnabled() && underMouse()) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(isDown() ? tokens.pressed : tokens.hover);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(2, 2, -2, -2), 7, 7);
-    }
+    if (isEnabled())
+        paintHoverGround(painter, *this, rect().adjusted(2, 2, -2, -2), 7, tokens);
     constexpr double disabledOpacity = 0.38;
     painter.setOpacity(isEnabled() ? 1 : disabledOpacity);
 

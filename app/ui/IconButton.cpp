@@ -1,5 +1,7 @@
 #include "app/ui/IconButton.h"
 
+#include "app/ui/HoverGround.h"
+
 #include <QPainter>
 
 #include <utility>
@@ -23,12 +25,8 @@ void IconButton::setFilled(bool isFilled) {
 void IconButton::paintEvent(QPaintEvent*) {
     const auto& tokens = theme_.tokens();
     QPainter painter(this);
-    if (underMouse() && isEnabled()) {
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(isDown() ? tokens.pressed : tokens.hover);
-        painter.drawRoundedRect(rect(), 7, 7);
-    }
+    if (isEnabled())
+        paintHoverGround(painter, *this, rect(), 7, tokens);
     constexpr double disabledOpacity = 0.38;
     const int side = theme_.px(18);
     painter.setOpacity(isEnabled() ? 1 : disabledOpacity);

@@ -1,5 +1,7 @@
 #include "app/ui/TextButton.h"
 
+#include "app/ui/HoverGround.h"
+
 #include <QFontMetricsF>
 #include <QPainter>
 
@@ -50,12 +52,7 @@ QSize TextButton::sizeHint() const {
 void TextButton::paintEvent(QPaintEvent*) {
     const auto& tokens = theme_.tokens();
     QPainter painter(this);
-    if (underMouse()) {
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(isDown() ? tokens.pressed : tokens.hover);
-        painter.drawRoundedRect(rect(), 7, 7);
-    }
+    paintHoverGround(painter, *this, rect(), 7, tokens);
     if (hasFocus()) {
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(QPen(tokens.accent, 2));

@@ -1,5 +1,6 @@
 #include "app/ui/UnfoldButton.h"
 
+#include "app/ui/HoverGround.h"
 #include "app/ui/TabularText.h"
 
 #include <QPainter>
@@ -37,12 +38,7 @@ QSize UnfoldButton::sizeHint() const {
 void UnfoldButton::paintEvent(QPaintEvent*) {
     const auto& tokens = theme_.tokens();
     QPainter painter(this);
-    if (underMouse()) {
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(isDown() ? tokens.pressed : tokens.hover);
-        painter.drawRoundedRect(rect(), 7, 7);
-    }
+    paintHoverGround(painter, *this, rect(), 7, tokens);
     const int side = theme_.px(chevron);
     const int left = width() - side - theme_.px(4);
     painter.setFont(font());
