@@ -5,60 +5,58 @@
 #include <cmath>
 #include <cstddef>
 #include <string_view>
-#include <unicode/locid.h>
-#include <unicode/numberformatter.h>
 
 namespace fennik::Format {
 
 namespace {
 
-using icu::number::LocalizedNumberFormatter;
-using icu::number::NumberFormatter;
-
 constexpr std::string_view noBreakSpace = "\u00A0";
 constexpr std::array<std::string_view, 6> units{"kB", "MB", "GB", "TB", "PB", "EB"};
 
-std::string written(const LocalizedNumberFormatter& formatter, double value) {
-    UErrorCode status = U_ZERO_ERROR;
-    std::string text;
-    formatter.formatDouble(value, status).toString(status).toUTF8String(text);
-    return U_SUCCESS(status) ? text : std::to_string(value);
-}
-
-/// Never groups and never rounds what has at most `most` decimals.
-LocalizedNumberFormatter decimalFormatter(int least, int most) {
-    return NumberFormatter::withLocale(icu::Locale("cs", "CZ"))
-        .grouping(UNUM_GROUPING_OFF)
-        .precision(icu::number::Precision::minMaxFraction(least, most));
-}
-
 /// `count` in units of `unit` bytes with so many decimals, as a whole number of the last decimal;
 /// halves go up.
-std::uint64_t scaled(std::uint64_t count, std::uint64_t unit, int decimals) {
+std::uint64_t scaled(std::uint64_t count, std::uint64_t unit, std::size_t decimals) {
     auto step = unit;
-    for (int i = 0; i < decimals; ++i)
+    for (std::size_t i = 0; i < decimals; ++i)
         step /= 10;
     return count / step + (count % step >= (step + 1) / 2 ? 1 : 0);
 }
 
+/// A size as a whole number of the last decimal of some unit.
 struct ScaledSize {
-    double value;
-    int leastDecimals; ///< kept even when they are zeros
+    std::uint64_t number;
+    std::size_t decimals;
+    bool keepsZeros; ///< Decimals are written even when they are zeros.
 };
 
-/// `count` in this unit, or in thousands of it where rounding reached the next unit.
-ScaledSize inUnit(std::uint64_t count, std::uint64_t unit, bool isKilobyte) {
-    if (isKilobyte) {
-        const auto tenths = scaled(count, unit, 1);
-        if (tenths < 100)
-            return {static_cast<double>(tenths) / 10, 1};
-        return {static_cast<double>(scaled(count, unit, 0)), 0};
+ScaledSize inKilobytes(std::uint64_t count) {
+    constexpr std::uint64_t unit = 1000;
+    if (const auto tenths = scaled(count, unit, 1); tenths < 100)
+        return {.number = tenths, .decimals = 1, .keepsZeros = true};
+    return {.number = scaled(count, unit, 0), .decimals = 0, .keepsZeros = false};
+}
+
+/// Three significant digits, or more before the comma.
+ScaledSize inUnit(std::uint64_t count, std::uint64_t unit) {
+    for (std::size_t decimals = 2; decimals > 0; --decimals)
+        if (const auto number = scaled(count, unit, decimals); number < 1000)
+            return {.number = number, .decimals = decimals, .keepsZeros = false};
+    return {.number = scaled(count, unit, 0), .decimals = 0, .keepsZeros = false};
+}
+
+std::string written(const ScaledSize& size) {
+    auto text = std::to_string(size.number);
+    if (size.decimals == 0)
+        return text;
+    if (text.size() <= size.decimals)
+        text.insert(0, size.decimals + 1 - text.size(), '0');
+    text.insert(text.size() - size.decimals, ",");
+    if (!size.keepsZeros) {
+        text.erase(text.find_last_not_of('0') + 1);
+        if (text.back() == ',')
+            text.pop_back();
     }
-    if (const auto hundredths = scaled(count, unit, 2); hundredths < 1000)
-        return {static_cast<double>(hundredths) / 100, 0};
-    if (const auto tenths = scaled(count, unit, 1); tenths < 1000)
-        return {static_cast<double>(tenths) / 10, 0};
-    return {static_cast<double>(scaled(count, unit, 0)), 0};
+    return text;
 }
 
 std::string unsignedBytes(std::uint64_t count) {
@@ -66,16 +64,13 @@ std::string unsignedBytes(std::uint64_t count) {
         return std::to_string(count) + std::string(noBreakSpace) + "B";
     std::uint64_t unit = 1000;
     std::size_t index = 0;
-    auto size = inUnit(count, unit, true);
-    while (size.value >= 1000 && index + 1 < units.size()) {
+    auto size = inKilobytes(count);
+    while (size.decimals == 0 && size.number >= 1000 && index + 1 < units.size()) {
         unit *= 1000;
         ++index;
-        size = inUnit(count, unit, false);
+        size = inUnit(count, unit);
     }
-    static const auto withOneDecimal = decimalFormatter(1, 1);
-    static const auto asNeeded = decimalFormatter(0, 2);
-    const auto& formatter = size.leastDecimals == 1 ? withOneDecimal : asNeeded;
-    return written(formatter, size.value) + std::string(noBreakSpace) + std::string(units[index]);
+    return written(size) + std::string(noBreakSpace) + std::string(units[index]);
 }
 
 std::string twoDigits(std::int64_t number) {
@@ -90,19 +85,14 @@ std::string bytes(std::int64_t count) {
 }
 
 std::string grouped(std::int64_t number) {
-    static const auto formatter = [] {
-        UErrorCode status = U_ZERO_ERROR;
-        icu::DecimalFormatSymbols symbols(icu::Locale("cs", "CZ"), status);
-        symbols.setSymbol(icu::DecimalFormatSymbols::kGroupingSeparatorSymbol,
-                          icu::UnicodeString(static_cast<UChar32>(0x202F)));
-        return NumberFormatter::withLocale(icu::Locale("cs", "CZ"))
-            .grouping(UNUM_GROUPING_ON_ALIGNED)
-            .symbols(symbols);
-    }();
-    UErrorCode status = U_ZERO_ERROR;
-    std::string text;
-    formatter.formatInt(number, status).toString(status).toUTF8String(text);
-    return U_SUCCESS(status) ? text : std::to_string(number);
+    constexpr std::string_view narrowNoBreakSpace = "\u202F";
+    auto text = std::to_string(number);
+    const std::size_t firstDigit = number < 0 ? 1 : 0;
+    for (auto position = text.size(); position > firstDigit + 3;) {
+        position -= 3;
+        text.insert(position, narrowNoBreakSpace);
+    }
+    return text;
 }
 
 std::string duration(double seconds) {

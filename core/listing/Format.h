@@ -8,7 +8,7 @@
 /// Numbers, durations and rights as texts of the user interface. Safe on any thread.
 namespace fennik::Format {
 
-/// A size with a decimal unit (1 kB = 1000 bytes) as the Czech locale writes it: whole bytes below
+/// A size with a decimal unit (1 kB = 1000 bytes) as Czech writes it: whole bytes below
 /// 1000, kB with one decimal below 10, from MB on three significant digits. A no-break space stands
 /// before the unit.
 std::string bytes(std::int64_t count);

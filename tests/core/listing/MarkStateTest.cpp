@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <limits>
 
 namespace fennik::test {
@@ -105,22 +104,6 @@ TEST(MarkStateTest, pruningKeepsWhatIsStillListed) {
     marks.markRange(letters(), 3, 3, Marking::mark);
     marks.prune(named({"c", "d", "e"}));
     EXPECT_EQ(marks.anchor(), 3);
-}
-
-TEST(MarkStateTest, oneKeyDoesNotTouchAllMarks) {
-    std::vector<std::string> names;
-    for (int i = 0; i < 100'000; ++i)
-        names.push_back(std::to_string(i));
-    const auto items = named(names);
-    MarkState marks;
-    marks.markByMask(items, FileMask("*"), Marking::mark);
-    const auto started = std::chrono::steady_clock::now();
-    for (std::ptrdiff_t row = 1; row <= 5000; ++row) {
-        marks.toggle(names[static_cast<std::size_t>(row)]);
-        marks.markRange(items, row, row, Marking::unmark);
-    }
-    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(1));
-    EXPECT_EQ(marks.marked().size(), 95'000U - 1);
 }
 
 TEST(MarkStateTest, targetsAreTheMarkedRowsElseTheCursor) {

