@@ -3,7 +3,6 @@
 #include "app/ui/Text.h"
 
 #include <QKeyEvent>
-#include <QScrollBar>
 #include <QTextBlock>
 
 #include <algorithm>
@@ -43,7 +42,6 @@ void JobErrors::takeTheme() {
     setPalette(colors);
     viewport()->setAutoFillBackground(false);
     setViewportMargins(theme_.px(56), theme_.px(padding), theme_.px(9), theme_.px(padding));
-    verticalScrollBar()->setStyleSheet(theme_.styleSheet(Theme::Sheet::scrollBars));
 }
 
 void JobErrors::setErrors(const std::vector<std::string>& errors) {

@@ -91,7 +91,6 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
           [context](Qt::KeyboardModifiers held) { return FunctionKeys::cells(context, held); },
           context.theme, context.icons, this)),
       toast_(new ToastBar(context.theme, context.icons, this)),
-      places_(new PlacesMenu(context.theme, context.icons, this)),
       docks_(new QVBoxLayout),
       operations_(new OperationsCard(context.app.home(), context.theme, context.icons, this)),
       commandLine_(new CommandLineBar(context.theme, context.icons, this)),
@@ -144,16 +143,6 @@ MainWindow::MainWindow(const UiContext& context, app::KeyboardLayout& layout)
     connect(monitor, &KeyMonitor::menuBarWanted, menuBar_, &MenuBar::open);
     connect(monitor, &KeyMonitor::commandWanted, this, &MainWindow::perform);
     connect(menuBar_, &MenuBar::commandChosen, this, &MainWindow::perform);
-
-    connect(places_, &PlacesMenu::opened, this, [this](const std::string& path) {
-        app_.activePanel().navigate(FileUrl(path, FileUrl::Form::directory));
-    });
-    connect(places_, &PlacesMenu::openedInNewTab, this,
-            [this](const std::string& path) { app_.activePanel().openTab(path); });
-    connect(places_, &PlacesMenu::removed, this,
-            [this](const std::string& path) { app_.removeFavorite(path); });
-    connect(places_, &PlacesMenu::addRequested, this, [this] { app_.addFavorite(); });
-    connect(places_, &PlacesMenu::closed, this, &MainWindow::focusPanel);
 
     new QueuePresenter(context, *operations_, *functionKeys_, this);
     connect(operations_, &OperationsCard::left, this, &MainWindow::focusPanel);
@@ -226,7 +215,7 @@ void MainWindow::takeApp(app::AppChanges changes) {
         placePreview();
     if (changes.testFlag(app::AppChange::toast))
         takeToast();
-    if (changes.testFlag(app::AppChange::places) && places_->isVisible())
+    if (changes.testFlag(app::AppChange::places) && places_ != nullptr && places_->isVisible())
         places_->setPlaces(app_.places().favorites(), app_.places().recents(), app_.home().path());
     if (changes.testFlag(app::AppChange::request))
         takeRequests();
@@ -248,6 +237,8 @@ void MainWindow::takeRequests() {
     const auto& places = app_.placesRequest();
     if (places && std::exchange(seenPlacesRequest_, places->token) != places->token) {
         auto& bar = view(places->side).pathBar();
+        if (places_ == nullptr)
+            makePlaces();
         places_->setAddLegend(context_.keys().of(app::KAction::addFavorite));
         places_->setPlaces(app_.places().favorites(), app_.places().recents(), app_.home().path());
         places_->popUp(bar.mapTo(this, QPoint(context_.theme.px(8), bar.height())));
@@ -477,6 +468,19 @@ void MainWindow::paintEvent(QPaintEvent*) {
 void MainWindow::resizeEvent(QResizeEvent*) {
     limitDocks();
     placeToast();
+}
+
+void MainWindow::makePlaces() {
+    places_ = new PlacesMenu(context_.theme, context_.icons, this);
+    connect(places_, &PlacesMenu::opened, this, [this](const std::string& path) {
+        app_.activePanel().navigate(FileUrl(path, FileUrl::Form::directory));
+    });
+    connect(places_, &PlacesMenu::openedInNewTab, this,
+            [this](const std::string& path) { app_.activePanel().openTab(path); });
+    connect(places_, &PlacesMenu::removed, this,
+            [this](const std::string& path) { app_.removeFavorite(path); });
+    connect(places_, &PlacesMenu::addRequested, this, [this] { app_.addFavorite(); });
+    connect(places_, &PlacesMenu::closed, this, &MainWindow::focusPanel);
 }
 
 OutputCard& MainWindow::makeOutput() {

@@ -83,6 +83,7 @@ private:
     void takePlace();
     void placeToast();
     OutputCard& makeOutput();
+    void makePlaces();
     /// The panels keep room beside what is docked below them.
     void limitDocks();
     void placePreview();
@@ -98,7 +99,7 @@ private:
     FunctionKeyBar* functionKeys_;
     PreviewView* preview_ = nullptr; ///< over the panels; none before the first one
     ToastBar* toast_;
-    PlacesMenu* places_;
+    PlacesMenu* places_ = nullptr; ///< none before it is first opened
     QVBoxLayout* docks_;           ///< the panels, and what is docked below them
     OutputCard* output_ = nullptr; ///< none before the first command
     OperationsCard* operations_;

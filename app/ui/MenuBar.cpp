@@ -2,12 +2,15 @@
 
 #include "app/ui/ActionMenu.h"
 #include "app/ui/LookChoices.h"
+#include "app/ui/StyleSheet.h"
 #include "app/ui/Text.h"
 #include "core/base/Overloaded.h"
 
 #include <QActionGroup>
 #include <QMenu>
+#include <QPainter>
 #include <QProxyStyle>
+#include <QStyleOptionMenuItem>
 #include <QToolButton>
 
 #include <string>
@@ -17,18 +20,75 @@ namespace fennik::ui {
 
 namespace {
 
-/// Alt is held to see what it does with the function keys; letting go of it must not take the
-/// keyboard away from the panel.
-class MenuStyle final : public QProxyStyle {
+/// Titles on the ground of the window, without a frame.
+class MenuBarStyle final : public QProxyStyle {
 public:
-    using QProxyStyle::QProxyStyle;
+    explicit MenuBarStyle(const Theme& theme)
+        : QProxyStyle(QStringLiteral("Fusion")), theme_(theme) {}
 
+    /// Alt is held to see what it does with the function keys; letting go of it must not take the
+    /// keyboard away from the panel.
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* result) const override {
         return hint == SH_MenuBar_AltKeyNavigation
                    ? 0
                    : QProxyStyle::styleHint(hint, option, widget, result);
     }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override {
+        switch (metric) {
+        case PM_MenuBarPanelWidth:
+        case PM_MenuBarItemSpacing:
+        case PM_MenuBarHMargin:
+        case PM_MenuBarVMargin:
+            return 0;
+        default:
+            return QProxyStyle::pixelMetric(metric, option, widget);
+        }
+    }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override {
+        return type == CT_MenuBarItem ? size + 2 * QSize(theme_.px(10), theme_.px(5))
+                                      : QProxyStyle::sizeFromContents(type, option, size, widget);
+    }
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        if (element != PE_PanelMenuBar)
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
+
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+        if (element == CE_MenuBarEmptyArea)
+            return;
+        const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        if (element == CE_MenuBarItem && item != nullptr)
+            drawTitle(*item, *painter);
+        else
+            QProxyStyle::drawControl(element, option, painter, widget);
+    }
+
+private:
+    void drawTitle(const QStyleOptionMenuItem& item, QPainter& painter) const {
+        const auto& tokens = theme_.tokens();
+        const bool isOpen = item.state.testFlag(State_Sunken);
+        painter.save();
+        if (isOpen || item.state.testFlag(State_Selected)) {
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(isOpen ? tokens.pressed : tokens.hover);
+            painter.drawRoundedRect(item.rect, theme_.px(5), theme_.px(5));
+        }
+        painter.setPen(item.state.testFlag(State_Enabled) ? tokens.text : theme_.disabledText());
+        painter.drawText(item.rect, Qt::AlignCenter | Qt::TextHideMnemonic | Qt::TextSingleLine,
+                         item.text);
+        painter.restore();
+    }
+
+    const Theme& theme_;
 };
 
 /// A menu of which one item is ticked: that of the setting's value.
@@ -54,7 +114,7 @@ void addChoices(QMenu& parent, const QString& title,
 
 MenuBar::MenuBar(const UiContext& context, QWidget* parent) : QMenuBar(parent), context_(context) {
     setObjectName(QStringLiteral("menuBar"));
-    auto* style = new MenuStyle(QStringLiteral("Fusion"));
+    auto* style = new MenuBarStyle(context.theme);
     style->setParent(this);
     setStyle(style);
     setNativeMenuBar(false);
@@ -70,7 +130,6 @@ MenuBar::MenuBar(const UiContext& context, QWidget* parent) : QMenuBar(parent), 
 }
 
 void MenuBar::takeTheme() {
-    setStyleSheet(context_.theme.styleSheet(Theme::Sheet::menus));
     // The toolkit's own, where there is no room for all menus.
     auto* more = findChild<QToolButton*>(QStringLiteral("qt_menubar_ext_button"));
     if (more == nullptr)
@@ -104,6 +163,7 @@ void MenuBar::build() {
     for (const auto& [title, sections] : app::FennikCommands::menuBar()) {
         auto* menu = addMenu(fromUtf8(title));
         menu->setAccessibleName(fromUtf8(title));
+        wearOnceShown(*menu, context_.theme, StyleSheet::menus);
         connect(menu, &QMenu::aboutToShow, this, [this] { emit menuOpened(true); });
         connect(menu, &QMenu::aboutToHide, this, [this] { emit menuOpened(false); });
         for (const auto& section : sections) {

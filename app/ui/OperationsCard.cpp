@@ -10,7 +10,6 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QScrollArea>
-#include <QScrollBar>
 
 #include <algorithm>
 #include <utility>
@@ -78,7 +77,6 @@ OperationsCard::OperationsCard(FileUrl home, const Theme& theme, Icons& icons, Q
 }
 
 void OperationsCard::takeTheme() {
-    area_->verticalScrollBar()->setStyleSheet(theme().styleSheet(Theme::Sheet::scrollBars));
     showSummary();
     update();
 }

@@ -1,6 +1,7 @@
 #include "app/ui/OutputView.h"
 
 #include "app/model/CommandOutput.h"
+#include "app/ui/StyleSheet.h"
 #include "app/ui/Text.h"
 
 #include <QContextMenuEvent>
@@ -86,7 +87,6 @@ void OutputView::takeTheme() {
     colours.setColor(QPalette::Base, theme_.tokens().field);
     colours.setColor(QPalette::Text, theme_.tokens().text);
     setPalette(colours);
-    verticalScrollBar()->setStyleSheet(theme_.styleSheet(Theme::Sheet::scrollBars));
     showCommand();
 }
 
@@ -162,7 +162,7 @@ void OutputView::followEnd() {
 
 void OutputView::contextMenuEvent(QContextMenuEvent* event) {
     QMenu menu;
-    menu.setStyleSheet(theme_.styleSheet(Theme::Sheet::menus));
+    wear(menu, theme_, StyleSheet::menus);
     auto* copied = menu.addAction(QStringLiteral("Kopírovat"), this, &QPlainTextEdit::copy);
     copied->setEnabled(textCursor().hasSelection());
     menu.addAction(QStringLiteral("Vybrat vše"), this, &QPlainTextEdit::selectAll);

@@ -1,6 +1,7 @@
 #include "app/ui/PanelHeader.h"
 
 #include "app/ui/PanelGeometry.h"
+#include "app/ui/StyleSheet.h"
 
 #include <QContextMenuEvent>
 #include <QMenu>
@@ -98,7 +99,7 @@ void PanelHeader::paintColumn(QPainter& painter, PanelColumn column) const {
 void PanelHeader::contextMenuEvent(QContextMenuEvent* event) {
     QMenu menu(this);
     menu.setAccessibleName(QStringLiteral("Řazení"));
-    menu.setStyleSheet(theme_.styleSheet(Theme::Sheet::menus));
+    wear(menu, theme_, StyleSheet::menus);
     const auto sort = panel_.tab().sort;
     for (std::size_t i = 0; i < allSortKeys.size(); ++i) {
         const bool isCurrent = allSortKeys[i] == sort.key;

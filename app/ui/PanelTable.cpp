@@ -59,7 +59,6 @@ PanelTable::PanelTable(app::PanelModel& panel, const Theme& theme, Icons& icons,
 }
 
 void PanelTable::takeTheme() {
-    verticalScrollBar()->setStyleSheet(theme_.styleSheet(Theme::Sheet::scrollBars));
     setFocusLook(look_);
     if (verticalHeader()->defaultSectionSize() == geometry_.rowHeight())
         return;

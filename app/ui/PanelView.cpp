@@ -10,6 +10,7 @@
 #include "app/ui/PathBar.h"
 #include "app/ui/PlatformWords.h"
 #include "app/ui/RenameField.h"
+#include "app/ui/StyleSheet.h"
 #include "app/ui/TabStrip.h"
 #include "app/ui/Text.h"
 
@@ -161,7 +162,7 @@ void PanelView::takeBusy() {
 void PanelView::showMenu(const QPoint& corner) {
     QMenu menu(this);
     menu.setAccessibleName(QStringLiteral("Nabídka položky"));
-    menu.setStyleSheet(theme_.styleSheet(Theme::Sheet::menus));
+    wear(menu, theme_, StyleSheet::menus);
     fillMenu(menu, context_, app::FennikCommands::contextMenu());
     emit menuOpened(true);
     menu.exec(corner);

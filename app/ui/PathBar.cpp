@@ -8,6 +8,7 @@
 #include "app/ui/PanelWords.h"
 #include "app/ui/PathField.h"
 #include "app/ui/PlatformWords.h"
+#include "app/ui/StyleSheet.h"
 #include "app/ui/Suggestions.h"
 #include "app/ui/Text.h"
 #include "core/listing/PathCompleter.h"
@@ -386,7 +387,7 @@ void PathBar::layOutBadge(QRect& room) {
 void PathBar::showHiddenCrumbs() {
     QMenu menu(this);
     menu.setAccessibleName(more_->accessibleName());
-    menu.setStyleSheet(theme_.styleSheet(Theme::Sheet::menus));
+    wear(menu, theme_, StyleSheet::menus);
     for (auto* crumb : crumbs_) {
         if (crumb->isHidden())
             menu.addAction(menuText(crumb->title()), crumb, &QAbstractButton::click);

@@ -3,6 +3,7 @@
 #include "app/ui/ErrorStrip.h"
 #include "app/ui/FieldState.h"
 #include "app/ui/KeyCaps.h"
+#include "app/ui/StyleSheet.h"
 #include "app/ui/SuggestionList.h"
 #include "app/ui/Text.h"
 #include "core/base/FoldedText.h"
@@ -88,14 +89,9 @@ PathField::PathField(Place place, const Theme& theme, Icons& icons, QWidget* par
         list_->choose(row);
         accept();
     });
-    connect(&theme, &Theme::changed, this, &PathField::takeTheme);
-    takeTheme();
-}
-
-void PathField::takeTheme() {
-    const int room = theme_.px(place_ == Place::pathBar ? 24 : 28);
-    const auto height = QStringLiteral("QLineEdit { min-height: %1px; }").arg(room);
-    setStyleSheet(theme_.styleSheet(Theme::Sheet::fields) + height);
+    wearOnceShown(*this, theme, StyleSheet::fields,
+                  place == Place::pathBar ? QStringView(u"QLineEdit { min-height: 24u; }")
+                                          : QStringView());
 }
 
 void PathField::open(std::string_view folder) {

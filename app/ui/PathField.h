@@ -65,7 +65,6 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    void takeTheme();
     void takeEdit();
     void keepWhatFits();
     void complete();

@@ -2,6 +2,7 @@
 
 #include "app/ui/KeyCaps.h"
 #include "app/ui/MenuList.h"
+#include "app/ui/StyleSheet.h"
 #include "app/ui/Text.h"
 #include "core/base/FileUrl.h"
 #include "core/base/FoldedText.h"
@@ -41,10 +42,13 @@ MenuRow message(const QString& text) {
 } // namespace
 
 PlacesMenu::PlacesMenu(const Theme& theme, Icons& icons, QWidget* parent)
-    : PopupCard(Theme::Sheet::all, theme, foot(), parent),
+    : PopupCard(theme, foot(), parent),
       filter_(new QLineEdit(this)),
       list_(new MenuList(MenuList::Heights::various, theme, icons, this)) {
     setObjectName(QStringLiteral("placesMenu"));
+    // The one solid accent here is the chosen row. The icon brings a padding of its own.
+    wear(*filter_, theme, StyleSheet::fields,
+         u"QLineEdit, QLineEdit:focus { border: 1px solid $control; padding: 1px 10u 1px 4u; }");
     filter_->setObjectName(QStringLiteral("placesFilter"));
     filter_->setPlaceholderText(QStringLiteral("Pište a filtrujte"));
     filter_->setAccessibleName(QStringLiteral("Filtr oblíbených a nedávných složek"));
@@ -63,12 +67,6 @@ PlacesMenu::PlacesMenu(const Theme& theme, Icons& icons, QWidget* parent)
         const int side = this->theme().px(16);
         sign->setIcon(
             icons.line(QStringLiteral("search"), side, tokens.text2, devicePixelRatioF()));
-        // The one solid accent here is the chosen row. The icon brings a padding of its own.
-        filter_->setStyleSheet(QStringLiteral("QLineEdit, QLineEdit:focus { border: 1px solid %1; "
-                                              "padding: 1px %2px 1px %3px; }")
-                                   .arg(tokens.control.name())
-                                   .arg(this->theme().px(10))
-                                   .arg(this->theme().px(4)));
         filter_->ensurePolished(); // which takes the colour of the hint from that of the text
         auto colors = filter_->palette();
         colors.setColor(QPalette::PlaceholderText, tokens.text3);

@@ -78,18 +78,14 @@ private:
     QColor drawnColor_;
 };
 
-PopupCard::PopupCard(Theme::Sheet sheet, const Theme& theme, QString foot, QWidget* parent)
+PopupCard::PopupCard(const Theme& theme, QString foot, QWidget* parent)
     : QWidget(parent),
       theme_(theme),
       foot_(std::move(foot)),
       shadow_(new CardShadow(theme, parent)) {
     hide();
-    setStyleSheet(theme.styleSheet(sheet));
     connect(this, &QObject::destroyed, shadow_, &QObject::deleteLater);
-    connect(&theme, &Theme::changed, this, [this, sheet] {
-        setStyleSheet(theme_.styleSheet(sheet));
-        update();
-    });
+    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 bool PopupCard::event(QEvent* event) {

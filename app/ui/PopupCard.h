@@ -15,7 +15,7 @@ class PopupCard : public QWidget {
     Q_OBJECT
 
 public:
-    PopupCard(Theme::Sheet sheet, const Theme& theme, QString foot, QWidget* parent);
+    PopupCard(const Theme& theme, QString foot, QWidget* parent);
 
 protected:
     bool event(QEvent* event) override;

@@ -4,6 +4,7 @@
 #include "app/ui/FieldState.h"
 #include "app/ui/NameText.h"
 #include "app/ui/PanelTable.h"
+#include "app/ui/StyleSheet.h"
 #include "app/ui/Text.h"
 
 #include <QKeyEvent>
@@ -27,6 +28,9 @@ bool isOwnKey(const QKeyEvent& event) {
     }
 }
 
+constexpr QStringView narrow = u"QLineEdit, QLineEdit:focus, QLineEdit[invalid=\"true\"]"
+                               u"{ min-height: 0; border-radius: 5px; padding: 0 3u; }";
+
 } // namespace
 
 RenameField::RenameField(PanelTable& table, const Theme& theme, Icons& icons)
@@ -41,17 +45,7 @@ RenameField::RenameField(PanelTable& table, const Theme& theme, Icons& icons)
     connect(this, &QLineEdit::textEdited, this, &RenameField::takeEdit);
     connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, &RenameField::place);
     connect(&table, &PanelTable::itemsPlaced, this, &RenameField::place);
-    connect(&theme, &Theme::changed, this, &RenameField::takeTheme);
-    takeTheme();
-}
-
-void RenameField::takeTheme() {
-    const auto narrow =
-        QStringLiteral("QLineEdit { min-height: 0; border-radius: 5px; padding: 0 %1px; }"
-                       "QLineEdit:focus, QLineEdit[invalid=\"true\"] { padding: 0 %2px; }")
-            .arg(theme_.px(4))
-            .arg(theme_.px(4) - 1);
-    setStyleSheet(theme_.styleSheet(Theme::Sheet::fields) + narrow);
+    wearOnceShown(*this, theme, StyleSheet::fields, narrow);
 }
 
 void RenameField::open(const std::string& name) {

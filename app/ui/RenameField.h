@@ -43,7 +43,6 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void takeTheme();
     void takeEdit();
     void clearError();
     void place();

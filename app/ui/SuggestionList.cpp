@@ -36,7 +36,7 @@ MenuRow menuRow(const SuggestionList::Row& row, bool isForTab) {
 } // namespace
 
 SuggestionList::SuggestionList(QString foot, const Theme& theme, Icons& icons, QWidget* parent)
-    : PopupCard(Theme::Sheet::scrollBars, theme, std::move(foot), parent),
+    : PopupCard(theme, std::move(foot), parent),
       list_(new MenuList(MenuList::Heights::equal, theme, icons, this)) {
     setObjectName(QStringLiteral("suggestionList"));
     list_->setAccessibleName(QStringLiteral("Návrhy složek"));

@@ -56,6 +56,11 @@ public:
     Contrast contrast() const { return contrast_; }
     void setContrast(Contrast contrast);
     const Tokens& tokens() const { return Tokens::of(appearance_, contrast_); }
+    /// Of what cannot be used now.
+    const QColor& disabledText() const {
+        // What can be used must stand out in high contrast too.
+        return contrast_ == Contrast::high ? tokens().text3 : tokens().control;
+    }
     app::Density density() const { return density_; }
     void setDensity(app::Density density);
     /// Of a row in a panel, in device-independent pixels.
@@ -64,11 +69,6 @@ public:
     QFont font(FontRole role, QFont::Weight weight = QFont::Normal) const;
     /// A measure given for the default text size, in device-independent pixels of this one.
     int px(double measure) const { return qRound(measure * scale_); }
-    /// What a style sheet is for. Widgets below the one that has it are meant too.
-    enum class Sheet { menus, fields, scrollBars, all };
-    /// Everything else paints itself. A field whose property "invalid" is true shows it. Reading a
-    /// sheet takes its time, so whatever comes with the window gets no more of it than it needs.
-    QString styleSheet(Sheet sheet = Sheet::all) const;
     /// Whether nothing may move on its own: the style says so for the whole application.
     static bool reducedMotion();
     /// Has the style say so, or no longer.
@@ -80,7 +80,6 @@ signals:
 
 private:
     void apply() const;
-    QString filledIn(QStringView sheet) const;
 
     Appearance appearance_;
     Contrast contrast_ = Contrast::normal;

@@ -4,8 +4,8 @@
 
 namespace fennik::ui {
 
-/// The style of the whole application: Fusion, in which nothing moves on its own where that is
-/// asked for.
+/// The style of the whole application: Fusion with narrow scroll bars, in which nothing moves on
+/// its own where that is asked for.
 class WindowStyle final : public QProxyStyle {
     Q_OBJECT
 
@@ -16,6 +16,15 @@ public:
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* result) const override;
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override;
+    /// A scroll bar is all groove, with a handle in it.
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                         SubControl subControl, const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                            QPainter* painter, const QWidget* widget) const override;
+    using QProxyStyle::polish;
+    void polish(QWidget* widget) override;
     QIcon standardIcon(StandardPixmap icon, const QStyleOption* option,
                        const QWidget* widget) const override;
 

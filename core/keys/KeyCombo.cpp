@@ -1,5 +1,6 @@
 #include "core/keys/KeyCombo.h"
 
+#include "core/base/AsciiText.h"
 #include "core/base/Utf8.h"
 #include "core/keys/KeyNames.h"
 
@@ -28,12 +29,13 @@ std::string utf8(const icu::UnicodeString& text) {
     return text.toUTF8String(result);
 }
 
+// Nearly every key is written in ASCII, and the library is large where nothing else needs it.
 std::string lowered(std::string_view text) {
-    return utf8(unicode(text).toLower(icu::Locale::getRoot()));
+    return isAscii(text) ? asciiLowered(text) : utf8(unicode(text).toLower(icu::Locale::getRoot()));
 }
 
 std::string uppered(std::string_view text) {
-    return utf8(unicode(text).toUpper(icu::Locale::getRoot()));
+    return isAscii(text) ? asciiUppered(text) : utf8(unicode(text).toUpper(icu::Locale::getRoot()));
 }
 
 struct ModifierSign {

@@ -3,6 +3,7 @@
 #include "app/ui/AccessibleRole.h"
 #include "app/ui/KeyButton.h"
 #include "app/ui/KeyCaps.h"
+#include "app/ui/StyleSheet.h"
 #include "app/ui/dialogs/ElidedLabel.h"
 #include "app/ui/dialogs/LabelColor.h"
 
@@ -87,8 +88,8 @@ DialogCard::DialogCard(const Texts& texts, const Theme& theme, Icons& icons, QWi
         anywhere->setContext(Qt::WidgetWithChildrenShortcut);
         connect(anywhere, &QShortcut::activated, this, &DialogCard::confirm);
     }
-    connect(&theme_, &Theme::changed, this, &DialogCard::takeTheme);
-    takeTheme();
+    wear(*this, theme_, StyleSheet::all);
+    connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 void DialogCard::setTitle(const QString& title) {
@@ -153,11 +154,6 @@ int DialogCard::heightForWidth(int width) const {
         content = (wanted < 0 ? content_->sizeHint().height() : wanted) + gapBelow();
     }
     return headerHeight() + content + footerHeight();
-}
-
-void DialogCard::takeTheme() {
-    setStyleSheet(theme_.styleSheet());
-    update();
 }
 
 std::vector<QWidget*> DialogCard::focusOrder() const {

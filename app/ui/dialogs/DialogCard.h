@@ -92,7 +92,6 @@ private:
     std::vector<QWidget*> focusOrder() const;
     void confirm();
     bool canConfirm() const;
-    void takeTheme();
     int margin() const;
     int tileSide() const;
     int headerHeight() const;

@@ -4,7 +4,6 @@
 #include "core/base/CzechText.h"
 
 #include <QPlainTextEdit>
-#include <QScrollBar>
 
 #include <algorithm>
 
@@ -50,7 +49,6 @@ LinesDialog::LinesDialog(const QString& title, const QString& subtitle, const QS
         auto colors = lines->palette();
         colors.setColor(QPalette::Text, theme.tokens().text);
         lines->setPalette(colors);
-        lines->verticalScrollBar()->setStyleSheet(theme.styleSheet(Theme::Sheet::scrollBars));
     };
     connect(&theme, &Theme::changed, lines, takeTheme);
     takeTheme();

@@ -395,9 +395,6 @@ void PreviewView::takeTheme() {
     auto colors = text_->palette();
     colors.setColor(QPalette::Text, theme_.tokens().text);
     text_->setPalette(colors);
-    for (QAbstractScrollArea* area :
-         {static_cast<QAbstractScrollArea*>(text_), static_cast<QAbstractScrollArea*>(list_)})
-        area->verticalScrollBar()->setStyleSheet(theme_.styleSheet(Theme::Sheet::scrollBars));
     if (const auto& subject = preview_.subject())
         icon_->setPixmap(context_.icons.file(lookOf(subject->item.view()), IconBadge::none,
                                              IconGround::panelInactive, icon_->width(),

@@ -1,5 +1,6 @@
 #include "app/ui/settings/SettingsWindow.h"
 
+#include "app/ui/StyleSheet.h"
 #include "app/ui/Text.h"
 #include "app/ui/dialogs/DialogHost.h"
 #include "app/ui/settings/SettingsForm.h"
@@ -51,8 +52,8 @@ SettingsWindow::SettingsWindow(const UiContext& context, app::KeyboardLayout& la
     setObjectName(QStringLiteral("settingsWindow"));
     const auto& theme = context.theme;
     // A new sheet takes the labels' colours away, so that comes before they are given new ones.
-    connect(&theme, &Theme::changed, this, &SettingsWindow::takeTheme);
-    takeTheme();
+    wear(*this, theme, StyleSheet::all);
+    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
     std::vector<SettingsTabs::Page> tabs;
     for (const auto& page : pageList_)
         tabs.push_back({page.title, page.icon, fromUtf8(page.value) + QStringLiteral("Tab")});
@@ -142,11 +143,6 @@ void SettingsWindow::fitPages() {
 
 void SettingsWindow::resizeEvent(QResizeEvent*) {
     fitPages();
-}
-
-void SettingsWindow::takeTheme() {
-    setStyleSheet(context_.theme.styleSheet());
-    update();
 }
 
 void SettingsWindow::paintEvent(QPaintEvent*) {

@@ -49,7 +49,6 @@ private:
     void showPage(int index);
     /// To the width of the window.
     void fitPages();
-    void takeTheme();
 
     UiContext context_;
     std::vector<Page> pageList_;

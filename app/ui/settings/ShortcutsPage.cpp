@@ -19,7 +19,6 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QScrollArea>
-#include <QScrollBar>
 
 #include <algorithm>
 #include <utility>
@@ -229,7 +228,6 @@ void ShortcutsPage::takeTheme() {
     const int side = context_.theme.px(margin);
     searchIcon_->setIcon(context_.icons.line(QStringLiteral("search"), side,
                                              context_.theme.tokens().text2, devicePixelRatioF()));
-    area_->verticalScrollBar()->setStyleSheet(context_.theme.styleSheet(Theme::Sheet::scrollBars));
     takeShortcuts();
     update();
 }

@@ -1,5 +1,7 @@
 #include "app/ui/Theme.h"
 
+#include "app/ui/StyleSheet.h"
+
 #include <QLineEdit>
 #include <QStyle>
 #include <QTest>
@@ -136,7 +138,7 @@ TEST(ThemeTest, measuresGrowWithTheTextWithinLimits) {
 TEST(ThemeTest, aFieldStaysInItsPlaceWhenItsBorderGrows) {
     const ui::Theme theme(Appearance::light);
     QWidget window;
-    window.setStyleSheet(theme.styleSheet());
+    ui::wear(window, theme, ui::StyleSheet::all);
     QLineEdit field(&window);
     QLineEdit other(&window);
     field.setText(QStringLiteral("*.pdf"));
