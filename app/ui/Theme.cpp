@@ -110,12 +110,6 @@ double systemScale() {
     return pixels / basePixels;
 }
 
-QString firstInstalled(const QStringList& families, const QString& otherwise) {
-    const auto found = std::ranges::find_if(
-        families, [](const QString& family) { return QFontDatabase::hasFamily(family); });
-    return found == families.end() ? otherwise : *found;
-}
-
 int rowHeightOf(app::Density density) {
     switch (density) {
     case app::Density::compact:
@@ -160,9 +154,9 @@ const Tokens& Tokens::of(Appearance appearance, Contrast contrast) {
 Theme::Theme(Appearance appearance, std::optional<double> textScale)
     : appearance_(appearance),
       scale_(std::clamp(textScale ? *textScale : systemScale(), leastTextScale, mostTextScale)),
-      family_(firstInstalled({QStringLiteral("Inter")}, QApplication::font().family())),
-      fixedFamily_(firstInstalled({QStringLiteral("DejaVu Sans Mono")},
-                                  QFontDatabase::systemFont(QFontDatabase::FixedFont).family())) {
+      families_{QStringLiteral("Inter"), QApplication::font().family()},
+      fixedFamilies_{QStringLiteral("DejaVu Sans Mono"),
+                     QFontDatabase::systemFont(QFontDatabase::FixedFont).family()} {
     apply();
 }
 
@@ -197,7 +191,7 @@ int Theme::rowHeight() const {
 QFont Theme::font(FontRole role, QFont::Weight weight) const {
     const bool isFixed =
         role == FontRole::fixed || role == FontRole::fixedLine || role == FontRole::fixedField;
-    QFont font(isFixed ? fixedFamily_ : family_);
+    QFont font(isFixed ? fixedFamilies_ : families_);
     // Half pixels matter at these sizes, and only sizes in points may be fractions.
     constexpr double pointsPerInch = 72;
     const double dotsPerInch = QGuiApplication::primaryScreen()->logicalDotsPerInchY();

@@ -85,8 +85,8 @@ private:
     Contrast contrast_ = Contrast::normal;
     app::Density density_ = app::Density::regular;
     double scale_;
-    QString family_;
-    QString fixedFamily_;
+    QStringList families_; ///< the first that is installed
+    QStringList fixedFamilies_;
 };
 
 /// What the system's own colours look like, read before a `Theme` replaces them.
