@@ -45,9 +45,10 @@ FileItems shownItems(const FileItems& raw, const ListingView& view, const Folder
     return FileSorter::sort(raw.reordered(std::move(rows)), view.sort, sizes);
 }
 
-std::expected<Listing, Failure> openNearestUsable(const FileSystem& files, FileUrl url) {
+std::expected<Listing, Failure> openNearestUsable(const FileSystem& files, FileUrl url,
+                                                  const LinkRoutes& routes) {
     for (;; url = url.parent()) {
-        auto listing = FolderOpener::open(files, url, ShowHidden::yes);
+        auto listing = FolderOpener::open(files, url, ShowHidden::yes, routes);
         if (listing || url.isRoot())
             return listing;
     }
@@ -114,7 +115,12 @@ PanelModel::PanelModel(PanelSide side, PanelServices services, const Settings& s
       askPassword_(std::move(askPassword)),
       shown_{.tabs = PanelTabs(std::move(path))},
       sizing_(services_, sizeCache, [this] { takeSizes(); }),
-      links_(services_, [this] { emit changed(PanelChange::linkTargets); }),
+      links_(
+          services_, [this] { emit changed(PanelChange::linkTargets); },
+          [this] {
+              isStale_ = true;
+              reloadWhenStale();
+          }),
       reload_(services_.delayed) {}
 
 PanelModel::~PanelModel() {
@@ -361,23 +367,28 @@ void PanelModel::load(Request request) {
     };
     auto work = [services = services_, &cache = sizeCache_, request, view = listingView(),
                  location = location().path(), before = rawItems(), onChange = std::move(onChange),
-                 ask = askPassword_, flag = loadFlag_,
+                 ask = askPassword_, flag = loadFlag_, linkedFolders = links_.folders(),
                  computesSizes = settings_.get(SettingKeys::autoFolderSizes)]() mutable {
         Loaded loaded;
+        const auto volumes = services.volumes();
+        const LinkRoutes routes(volumes);
+        if (request.url.path() != location)
+            linkedFolders.clear();
         // A folder is watched before it is read, so that no change falls between the two.
         auto watcher =
             DirectoryWatcher::start(services.events, services.main, request.url, onChange);
         if (request.archive)
             findInArchive(ArchiveAccess(services, ask, flag), *request.archive, loaded);
         else if (request.nearestUsable)
-            loaded.listing = openNearestUsable(services.files, request.url);
+            loaded.listing = openNearestUsable(services.files, request.url, routes);
         else
-            loaded.listing = FolderOpener::open(services.files, request.url, ShowHidden::yes);
+            loaded.listing = FolderOpener::open(services.files, request.url, ShowHidden::yes,
+                                                routes, linkedFolders);
         if (request.wasFolder && loaded.listing && loaded.listing->selectName)
             loaded.listing = std::unexpected(Failure::notFound(request.url));
         if (!loaded.listing)
             return loaded;
-        auto& [directory, items, selectName] = *loaded.listing;
+        auto& [directory, items, selectName, remoteLinks] = *loaded.listing;
         const auto& listed = directory.path();
         if (!loaded.archive && listed != request.url.path())
             watcher = DirectoryWatcher::start(services.events, services.main, directory, onChange);
@@ -407,7 +418,6 @@ void PanelModel::load(Request request) {
         const auto& onDisk = loaded.archive ? request.url.path() : listed;
         if (const auto space = services.files.freeSpace(onDisk))
             loaded.freeSpace = *space;
-        const auto volumes = services.volumes();
         loaded.volumeRoot = FileUrl(Volumes::containing(onDisk, volumes).mountPoint);
         const auto realPath = loaded.watcher ? loaded.watcher->path() : onDisk;
         if (computesSizes && !loaded.archive &&
@@ -583,6 +593,7 @@ PanelChanges PanelModel::showListing(const Request& request, Loaded loaded) {
         rebuildItems(std::move(items));
         changes |= PanelChange::items | placeCursor(row) | takeMarks();
     }
+    links_.follow(listing.directory, std::move(listing.remoteLinks));
     const auto milliseconds = std::chrono::duration<double, std::milli>(loaded.took).count();
     if (std::isfinite(milliseconds))
         services_.log("Načteno " + std::to_string(rawItems().size()) + " položek za " +

@@ -112,7 +112,8 @@ PreviewContent PreviewReading::ofPath(const FileUrl& url, ShowHidden showHidden)
 }
 
 PreviewContent PreviewReading::ofFolder(const FileUrl& url, ShowHidden showHidden) const {
-    const auto listing = FolderOpener::open(services_.files, url, showHidden);
+    const auto listing =
+        FolderOpener::open(services_.files, url, showHidden, LinkRoutes(services_.volumes()));
     if (!listing)
         return PreviewNothing{listing.error().message()};
     return listOf(listing->items, showHidden, {});

@@ -22,10 +22,13 @@ bool isDirectory(const FileSystem& files, const FileUrl& url) {
 /// Turns raw entries of one folder into items.
 class Converter {
 public:
-    Converter(const FileSystem& files, FileUrl folder, ShowHidden showHidden)
+    Converter(const FileSystem& files, FileUrl folder, ShowHidden showHidden,
+              const LinkRoutes& routes, const std::unordered_set<std::string>& toFolders)
         : files_(files),
           folder_(std::move(folder)),
           showHidden_(showHidden),
+          routes_(routes),
+          toFolders_(toFolders),
           builder_(folder_, expectedItems) {}
 
     void add(const DirectoryReader::Entry& entry) {
@@ -43,7 +46,7 @@ public:
         else if (item.kind == FileKind::directory)
             item.size = 0;
         else if (item.kind == FileKind::symlink)
-            item.linksToDirectory = isDirectory(files_, folder_.appending(item.name));
+            item.linksToDirectory = leadsToFolder(item.name);
         else if (entry.isAlias)
             aliasTarget = AliasResolver::resolve(folder_.appending(item.name));
         if (aliasTarget) {
@@ -56,11 +59,24 @@ public:
     }
 
     FileItems finish() { return builder_.finish(); }
+    RemoteLinks takeRemoteLinks() { return std::move(remoteLinks_); }
 
 private:
+    bool leadsToFolder(std::string_view name) {
+        const auto link = folder_.appending(name);
+        const auto remote = routes_.remoteVolume(files_, link);
+        if (!remote)
+            return isDirectory(files_, link);
+        auto& sameVolume = remoteLinks_[*remote];
+        return toFolders_.contains(sameVolume.emplace_back(name));
+    }
+
     const FileSystem& files_;
     FileUrl folder_;
     ShowHidden showHidden_;
+    const LinkRoutes& routes_;
+    const std::unordered_set<std::string>& toFolders_;
+    RemoteLinks remoteLinks_;
     FileItems::Builder builder_;
 };
 
@@ -113,7 +129,8 @@ std::string Failure::message() const {
 }
 
 std::expected<Listing, Failure> open(const FileSystem& files, const FileUrl& url,
-                                     ShowHidden showHidden) {
+                                     ShowHidden showHidden, const LinkRoutes& routes,
+                                     const std::unordered_set<std::string>& toFolders) {
     const auto target = url.standardized();
     const auto status = files.status(target.path(), FollowLinks::yes);
     if (!status)
@@ -124,12 +141,13 @@ std::expected<Listing, Failure> open(const FileSystem& files, const FileUrl& url
         listing.directory = target.parent();
         listing.selectName = std::string(target.lastComponent());
     }
-    Converter converter(files, listing.directory, showHidden);
+    Converter converter(files, listing.directory, showHidden, routes, toFolders);
     const auto read = DirectoryReader::read(
         files, listing.directory, [&converter](const auto& entry) { converter.add(entry); });
     if (!read)
         return std::unexpected(Failure::of(read.error(), target));
     listing.items = converter.finish();
+    listing.remoteLinks = converter.takeRemoteLinks();
     return listing;
 }
 

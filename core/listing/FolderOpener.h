@@ -1,20 +1,29 @@
 #pragma once
 
 #include "core/listing/FileItems.h"
+#include "core/listing/LinkRoutes.h"
 #include "core/platform/FileSystem.h"
 
 #include <expected>
+#include <map>
 #include <optional>
 #include <string>
+#include <unordered_set>
+#include <vector>
 
 /// What a panel calls to show a folder. Waits for the disk: called on workers, several at once.
 namespace fennik::FolderOpener {
+
+/// Links that were not followed, as a volume that may not answer would have to be asked: their
+/// names by its mount point. They count as links to files.
+using RemoteLinks = std::map<std::string, std::vector<std::string>>;
 
 /// A folder that was read.
 struct Listing {
     FileUrl directory;                     ///< the folder really listed
     FileItems items;                       ///< in the order of the system, without ".."
     std::optional<std::string> selectName; ///< where the cursor belongs when a file was given
+    RemoteLinks remoteLinks = {};
 };
 
 /// Why a folder could not be shown.
@@ -45,8 +54,11 @@ enum class ShowHidden { no, yes };
 
 /// Lists the folder at `url`, or the folder of the file at `url` with the file selected. Links and
 /// alias files are followed for `url` itself; for its entries one question to the disk is asked per
-/// link. Never throws.
-[[nodiscard]] std::expected<Listing, Failure> open(const FileSystem& files, const FileUrl& url,
-                                                   ShowHidden showHidden);
+/// link, and some more where remote volumes are mounted. Remote links whose names are among
+/// `toFolders` count as links to folders. Never throws.
+[[nodiscard]] std::expected<Listing, Failure>
+open(const FileSystem& files, const FileUrl& url, ShowHidden showHidden,
+     const LinkRoutes& routes = LinkRoutes(),
+     const std::unordered_set<std::string>& toFolders = {});
 
 } // namespace fennik::FolderOpener

@@ -86,7 +86,7 @@ std::string normalise(std::string_view text, const std::optional<FileUrl>& base,
 
 std::vector<std::string> suggestions(const FileSystem& files, std::string_view text,
                                      const std::optional<FileUrl>& base, const FileUrl& home,
-                                     IncludeHidden includeHidden) {
+                                     IncludeHidden includeHidden, const LinkRoutes& routes) {
     auto path = normalise(text, base, home);
     if (trimmed(text) == "~")
         path = closed(path);
@@ -113,8 +113,11 @@ std::vector<std::string> suggestions(const FileSystem& files, std::string_view t
         return {};
     const auto below = closed(folder.path());
     for (auto& name : links) {
-        const auto status = files.status(below + name, FollowLinks::yes);
-        if (status && status->type == FileType::directory)
+        const auto isFolder = [&files, path = below + name] {
+            const auto status = files.status(path, FollowLinks::yes);
+            return status && status->type == FileType::directory;
+        };
+        if (routes.remoteVolume(files, FileUrl(below + name)) || isFolder())
             names.push_back(std::move(name));
     }
     sortAsShown(names);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/FileUrl.h"
+#include "core/listing/LinkRoutes.h"
 #include "core/platform/FileSystem.h"
 
 #include <optional>
@@ -27,9 +28,10 @@ std::string normalise(std::string_view text, const std::optional<FileUrl>& base,
 /// diacritics; all of them after a "/" and for "~" alone. Hidden ones are always among them where
 /// the component itself begins with a dot. Czech order, 2 before 10. None for a folder that cannot
 /// be read. Waits for the disk: called on workers, several at once. Beside the listing, it asks the
-/// disk only about links whose names fit.
+/// disk only about links whose names fit, and suggests those to remote volumes unasked.
 std::vector<std::string> suggestions(const FileSystem& files, std::string_view text,
                                      const std::optional<FileUrl>& base, const FileUrl& home,
-                                     IncludeHidden includeHidden);
+                                     IncludeHidden includeHidden,
+                                     const LinkRoutes& routes = LinkRoutes());
 
 } // namespace fennik::PathCompleter

@@ -355,6 +355,42 @@ TEST_F(PanelModelTest, aLateLinkTargetNeverReplacesANewerOne) {
     EXPECT_EQ(panel.linkTarget("l")->path, "new");
 }
 
+TEST_F(PanelModelTest, linksToRemoteVolumesAreFollowedApartFromTheListing) {
+    temp.folder("remote");
+    temp.folder("remote/inside");
+    temp.folder("here");
+    temp.link("here/toFolder", temp.path("remote/inside"));
+    temp.link("here/broken", temp.path("remote/gone"));
+    volumes = {{.mountPoint = "/", .type = "ext4"},
+               {.mountPoint = temp.path("remote"), .type = "nfs", .isRemote = true}};
+    disk.stick(temp.path("remote"));
+    panel.navigate(FileUrl(temp.path("here")));
+    settle();
+    const auto leadsToFolder = [this] {
+        return panel.items().view(*panel.items().rowOf("toFolder")).linksToDirectory;
+    };
+    panel.wantLinkTargets(0, 99);
+    settle();
+    EXPECT_TRUE(panel.settled());
+    EXPECT_FALSE(leadsToFolder());
+    EXPECT_FALSE(panel.linkTarget("broken")->isBroken);
+    disk.stick("");
+    settle();
+    timers.pass(std::chrono::seconds(1));
+    settle();
+    EXPECT_TRUE(leadsToFolder());
+    EXPECT_TRUE(panel.linkTarget("broken")->isBroken);
+    EXPECT_FALSE(panel.linkTarget("toFolder")->isBroken);
+
+    // When it leads elsewhere now, the next reading of the folder finds that out.
+    rmdir(temp.path("remote/inside").c_str());
+    panel.refresh();
+    settle();
+    timers.pass(std::chrono::seconds(1));
+    settle();
+    EXPECT_FALSE(leadsToFolder());
+}
+
 TEST_F(PanelModelTest, linkTargetsAreReadOnceForTheRowsInView) {
     temp.link("l1", "a");
     temp.link("l2", "nowhere");

@@ -44,6 +44,10 @@ class DeadMount(WindowTest):
             fennik.expect_cursor(name, RIGHT)
             self.assertLess(time.monotonic() - pressed, 3)
 
+    def expect_preview(self, fennik, name, facts):
+        fennik.wait(lambda: any(part.get_name() == name and facts in part.get_description()
+                                for part in fennik.in_view()), f"{name} {facts}")
+
     def type_path(self, fennik, path):
         fennik.press("Ctrl+L")
         fennik.expect("the focused control", fennik.focused, "Cesta ke složce")
@@ -75,6 +79,29 @@ class DeadMount(WindowTest):
         self.expect_alive(fennik)
         self.desktop.close_active_window()
         wait_until(lambda: has_ended(fennik.process.pid), "the program has ended", 4)
+
+    def test_behind_a_link_holds_up_neither_the_folder_nor_its_reload(self):
+        (self.left / "b.txt").write_text("ab")
+        (self.left / "síť").symlink_to(self.dead / "uvnitř")
+        fennik = self.start(self.left, self.right, home=self.home)
+        fennik.expect_table(LEFT, f"{self.left.name}, 4 položky")
+        fennik.press("F7")
+        fennik.expect("the focused control", fennik.focused, "Název")
+        self.desktop.type("Nová")
+        fennik.press("Enter")
+        fennik.expect_table(LEFT, f"{self.left.name}, 5 položek")
+        fennik.press("End", "F3")
+        self.expect_preview(fennik, "Náhled, síť", "")
+        fennik.press("Up")
+        self.expect_preview(fennik, "Náhled, b.txt", "Velikost: 2")
+        fennik.press("F3")
+        self.type_path(fennik, f"{self.left}/s")
+        fennik.expect("the suggestions", lambda: fennik.list_items("Návrhy složek"),
+                      [f"{self.left}/síť"])
+        fennik.press("Down", "Enter")
+        fennik.expect("the status line", lambda: fennik.status(LEFT), NO_ANSWER, timeout=8)
+        fennik.press("Esc")
+        fennik.expect_table(LEFT, f"{self.left.name}, 5 položek")
 
     def test_does_not_freeze_the_field_in_which_its_path_is_typed(self):
         fennik = self.start(self.left, self.right, home=self.home)

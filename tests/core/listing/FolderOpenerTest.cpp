@@ -8,7 +8,9 @@
 
 #include <cerrno>
 #include <cstring>
+#include <initializer_list>
 #include <sys/stat.h>
+#include <utility>
 
 namespace fennik::test {
 
@@ -56,6 +58,45 @@ TEST_F(FolderOpenerTest, classifiesEntries) {
         EXPECT_EQ(itemNamed(name).kind, FileKind::symlink);
         EXPECT_FALSE(itemNamed(name).opensAsFolder());
     }
+}
+
+TEST_F(FolderOpenerTest, linksToVolumesThatMayNotAnswerAreNotFollowed) {
+    const auto remote = temp.path("remote");
+    const LinkRoutes routes({{.mountPoint = "/", .type = "ext4"},
+                             {.mountPoint = remote, .type = "nfs", .isRemote = true}});
+    temp.folder("remote");
+    temp.folder("remote/inside");
+    temp.link("remote/own", "inside");
+    temp.folder("here");
+    temp.folder("here/below");
+    temp.link("here/loop", "loop");
+    temp.link("here/local", "below/../../here//below/");
+    for (const auto& [name, target] : std::initializer_list<std::pair<const char*, std::string>>{
+             {"absolute", remote + "/inside"},
+             {"root", remote},
+             {"relative", "below/.././../remote/inside"},
+             {"twice", "relative"}})
+        temp.link(std::string("here/") + name, target);
+
+    const std::unordered_set<std::string> known{"twice", "local"};
+    const auto listing =
+        FolderOpener::open(files, FileUrl(temp.path("here")), ShowHidden::yes, routes, known);
+    ASSERT_TRUE(listing);
+    ASSERT_EQ(listing->remoteLinks.size(), 1U);
+    EXPECT_THAT(listing->remoteLinks.at(remote),
+                testing::UnorderedElementsAre("absolute", "root", "relative", "twice"));
+    const auto leadsToFolder = [&](std::string_view name) {
+        return listing->items[*listing->items.rowOf(name)].linksToDirectory;
+    };
+    EXPECT_TRUE(leadsToFolder("local"));
+    EXPECT_TRUE(leadsToFolder("twice")) << "was found out before";
+    EXPECT_FALSE(leadsToFolder("absolute"));
+    EXPECT_FALSE(leadsToFolder("loop"));
+
+    const auto within = FolderOpener::open(files, FileUrl(remote), ShowHidden::yes, routes);
+    ASSERT_TRUE(within);
+    EXPECT_TRUE(within->remoteLinks.empty()) << "the volume answers, as it was listed";
+    EXPECT_TRUE(within->items[*within->items.rowOf("own")].linksToDirectory);
 }
 
 TEST_F(FolderOpenerTest, hiddenEntriesAreListedOnlyWhenAsked) {
