@@ -1,5 +1,7 @@
 #include "app/model/LinkTargets.h"
 
+#include "core/listing/LinkRoutes.h"
+
 #include <algorithm>
 
 namespace fennik::app {
@@ -31,14 +33,15 @@ void LinkTargets::want(const FileItems& items, std::size_t firstRow, std::size_t
     if (names.empty())
         return;
     auto work = [services = services_, folder = items.folder(), names = std::move(names)] {
-        const LinkRoutes routes(services.volumes());
+        LinkRoutes routes(services.files, folder, services.volumes());
         NamedTargets targets;
         for (const auto& name : names) {
             const auto url = folder.appending(name);
-            const bool isRemote = routes.remoteVolume(services.files, url).has_value();
+            const bool isRemote = routes.remoteVolume(name).has_value();
             LinkTarget target{.path = services.files.linkTarget(url.path()).value_or(""),
-                              .isBroken = !isRemote &&
-                                          !services.files.status(url.path(), FollowLinks::yes)};
+                              .isBroken =
+                                  !isRemote && !services.files.status(url.path(), FollowLinks::yes),
+                              .isRemote = isRemote};
             targets.emplace_back(name, std::move(target));
         }
         return targets;
@@ -53,58 +56,90 @@ void LinkTargets::take(const std::shared_ptr<int>& reading, NamedTargets targets
     --questions_;
     if (reading == reading_) {
         for (auto& [name, target] : targets) {
-            target.isBroken |= brokenRemotes_.contains(name);
+            target.isBroken |= target.isRemote && broken_.contains(folder_.appending(name).path());
             links_[name].target = std::move(target);
         }
     }
     changed_();
 }
 
-void LinkTargets::follow(const FileUrl& folder, FolderOpener::RemoteLinks links) {
-    for (auto& [volume, names] : links) {
-        if (!followed_.insert(volume).second)
-            continue;
-        auto work = [&files = services_.files, folder, names = std::move(names)] {
-            std::vector<Followed> found;
-            for (const auto& name : names) {
-                const auto status = files.status(folder.appending(name).path(), FollowLinks::yes);
-                found.push_back({.name = name,
-                                 .isBroken = !status,
-                                 .isFolder = status && status->type == FileType::directory});
-            }
-            return found;
-        };
-        auto done = [this, volume](const std::vector<Followed>& found) {
-            followed_.erase(volume);
-            takeFollowed(found);
-        };
-        runThen(services_.disk, services_.main, volume, folder_, std::move(work), std::move(done));
+void LinkTargets::follow(const FileUrl& folder, FolderOpener::RemoteLinks remote) {
+    folder_ = folder;
+    for (auto& [_, question] : pending_)
+        question.newer.emplace();
+    for (auto& [volume, links] : remote) {
+        if (const auto found = pending_.find(volume); found != pending_.end())
+            found->second.newer = std::move(links);
+        else
+            ask(volume, std::move(links));
     }
 }
 
-void LinkTargets::takeFollowed(const std::vector<Followed>& found) {
-    const auto put = [](std::unordered_set<std::string>& names, const std::string& name, bool in) {
-        return in ? names.insert(name).second : names.erase(name) > 0;
+void LinkTargets::ask(const std::string& volume, Links links) {
+    auto work = [&files = services_.files, folder = folder_, links] {
+        std::vector<Answer> answers;
+        answers.reserve(links.size());
+        for (const auto& link : links) {
+            const auto status = files.status(folder.appending(link.name).path(), FollowLinks::yes);
+            answers.push_back(
+                {.isBroken = !status, .isFolder = status && status->type == FileType::directory});
+        }
+        return answers;
     };
-    bool haveFoldersChanged = false;
-    for (const auto& link : found) {
-        haveFoldersChanged |= put(folders_, link.name, link.isFolder);
-        put(brokenRemotes_, link.name, link.isBroken);
-        const auto known = links_.find(link.name);
-        if (known != links_.end() && known->second.target)
-            known->second.target->isBroken = link.isBroken;
+    pending_.insert_or_assign(volume, Question{.folder = folder_, .links = std::move(links)});
+    runThen(services_.disk, services_.main, volume, life_, std::move(work),
+            [this, volume](const std::vector<Answer>& answers) { takeAnswers(volume, answers); });
+}
+
+void LinkTargets::takeAnswers(const std::string& volume, const std::vector<Answer>& answers) {
+    constexpr std::size_t mostKnown = 1000;
+    if (known_.size() > mostKnown) {
+        known_.clear();
+        broken_.clear();
     }
+    const auto question = std::move(pending_.extract(volume).mapped());
+    const auto& shown = question.newer ? *question.newer : question.links;
+    const bool isHere = question.folder == folder_;
+    std::size_t answered = 0;
+    bool wereMistaken = false;
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+        const auto& name = question.links[i].name;
+        const auto link = std::ranges::find(shown, name, &FolderOpener::RemoteLink::name);
+        if (isHere && link == shown.end())
+            continue; // it leads elsewhere by now
+        const auto path = question.folder.appending(name).path();
+        known_[path] = answers[i].isFolder;
+        if (answers[i].isBroken)
+            broken_.insert(path);
+        else
+            broken_.erase(path);
+        if (!isHere)
+            continue;
+        ++answered;
+        wereMistaken |= answers[i].isFolder != link->isFolder;
+        if (const auto known = links_.find(name); known != links_.end())
+            if (auto& target = known->second.target; target && target->isRemote)
+                target->isBroken = answers[i].isBroken;
+    }
+    if (answered < shown.size())
+        ask(volume, shown);
     changed_();
-    if (haveFoldersChanged)
+    if (wereMistaken)
         foldersChanged_();
+}
+
+bool LinkTargets::isPending(std::string_view name) const {
+    if (known_.contains(folder_.appending(name).path()))
+        return false;
+    return std::ranges::any_of(pending_, [name](const auto& pending) {
+        const auto& question = pending.second;
+        const auto& shown = question.newer ? *question.newer : question.links;
+        return std::ranges::find(shown, name, &FolderOpener::RemoteLink::name) != shown.end();
+    });
 }
 
 void LinkTargets::forget() {
     links_.clear();
-    folders_.clear();
-    brokenRemotes_.clear();
-    followed_.clear();
-    folder_ = std::make_shared<int>();
     askAgain();
 }
 

@@ -6,9 +6,11 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -20,6 +22,7 @@ namespace fennik::app {
 struct LinkTarget {
     std::string path; ///< as it is written in the link, in bytes
     bool isBroken = false;
+    bool isRemote = false; ///< on a volume that may not answer, and so followed by itself
 };
 
 /// What is known of the links of one folder. They are read on workers, and only when somebody wants
@@ -28,18 +31,20 @@ class LinkTargets {
 public:
     using NamedTargets = std::vector<std::pair<std::string, LinkTarget>>;
 
-    /// `changed` is called when targets have become known, `foldersChanged` when `folders` has
-    /// changed.
+    /// `changed` is called when targets have become known, `foldersChanged` when links were taken
+    /// for what they are not.
     LinkTargets(PanelServices services, std::function<void()> changed,
                 std::function<void()> foldersChanged);
 
     /// The target of the link called `name`, once it is known.
     const LinkTarget* find(const std::string& name) const;
-    /// The links to remote volumes that are known to lead to folders.
-    const std::unordered_set<std::string>& folders() const { return folders_; }
-    /// Finds out where these links of `folder` lead, each volume by itself. One that does not
-    /// answer is asked only once.
-    void follow(const FileUrl& folder, FolderOpener::RemoteLinks links);
+    /// The remote links that were followed, in whatever folder.
+    const FolderOpener::KnownLinks& known() const { return known_; }
+    /// The folder was read, and these links were not followed. Finds out where they lead: each
+    /// volume is asked by itself, and nothing more as long as it has not answered.
+    void follow(const FileUrl& folder, FolderOpener::RemoteLinks remote);
+    /// Whether nobody knows yet if the link leads to a folder.
+    bool isPending(std::string_view name) const;
     /// Asks for the links in these rows of `items`, the last excluded, that were not asked for yet.
     void want(const FileItems& items, std::size_t firstRow, std::size_t lastRow);
     /// The folder is another one now: nothing is known of its links.
@@ -57,24 +62,31 @@ private:
         std::optional<LinkTarget> target;
         bool asked = false;
     };
-    struct Followed {
-        std::string name;
+    using Links = std::vector<FolderOpener::RemoteLink>;
+    /// What a volume was asked.
+    struct Question {
+        FileUrl folder;
+        Links links;
+        std::optional<Links> newer = {}; ///< since then a folder was read: its links to the volume
+    };
+    struct Answer {
         bool isBroken = false;
         bool isFolder = false;
     };
     void take(const std::shared_ptr<int>& reading, NamedTargets targets);
-    void takeFollowed(const std::vector<Followed>& found);
+    void ask(const std::string& volume, Links links);
+    void takeAnswers(const std::string& volume, const std::vector<Answer>& answers);
 
     PanelServices services_;
     std::function<void()> changed_;
     std::function<void()> foldersChanged_;
-    std::unordered_set<std::string> folders_;
-    std::unordered_set<std::string> brokenRemotes_;
-    std::unordered_set<std::string> followed_; ///< mount points that have not answered yet
+    FileUrl folder_; ///< that was read last
+    FolderOpener::KnownLinks known_;
+    std::unordered_set<std::string> broken_;  ///< of `known_`
+    std::map<std::string, Question> pending_; ///< by the mount point
     std::unordered_map<std::string, Known> links_;
     int questions_ = 0;                                      ///< not yet answered
     std::shared_ptr<int> reading_ = std::make_shared<int>(); ///< the newest reading of the folder
-    std::shared_ptr<int> folder_ = std::make_shared<int>();  ///< gone when that is another one
     std::shared_ptr<int> life_ = std::make_shared<int>();    ///< gone with this object
 };
 

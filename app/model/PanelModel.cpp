@@ -46,9 +46,10 @@ FileItems shownItems(const FileItems& raw, const ListingView& view, const Folder
 }
 
 std::expected<Listing, Failure> openNearestUsable(const FileSystem& files, FileUrl url,
-                                                  const LinkRoutes& routes) {
+                                                  const std::vector<Volume>& volumes,
+                                                  const FolderOpener::KnownLinks& known) {
     for (;; url = url.parent()) {
-        auto listing = FolderOpener::open(files, url, ShowHidden::yes, routes);
+        auto listing = FolderOpener::open(files, url, ShowHidden::yes, volumes, known);
         if (listing || url.isRoot())
             return listing;
     }
@@ -117,10 +118,7 @@ PanelModel::PanelModel(PanelSide side, PanelServices services, const Settings& s
       sizing_(services_, sizeCache, [this] { takeSizes(); }),
       links_(
           services_, [this] { emit changed(PanelChange::linkTargets); },
-          [this] {
-              isStale_ = true;
-              reloadWhenStale();
-          }),
+          [this] { folderChanged(loading_ ? loadToken_ : watcherToken_); }),
       reload_(services_.delayed) {}
 
 PanelModel::~PanelModel() {
@@ -159,8 +157,8 @@ void PanelModel::refresh() {
     shown_.sizesStopped = false;
     if (error())
         load(shown_.failedRequest);
-    else if (archive())
-        load(toArchive(ArchiveWish::What::read, *archive()));
+    else if (const auto& browse = archive())
+        load(toArchive(ArchiveWish::What::read, *browse));
     else
         load(here());
 }
@@ -191,8 +189,8 @@ void PanelModel::tryNavigate(const FileUrl& target) {
 }
 
 PanelModel::Request PanelModel::here() const {
-    if (archive())
-        return toArchive(ArchiveWish::What::show, *archive());
+    if (const auto& browse = archive())
+        return toArchive(ArchiveWish::What::show, *browse);
     return {.url = folder()};
 }
 
@@ -239,9 +237,10 @@ void PanelModel::go(Step step) {
 }
 
 void PanelModel::goToInner(std::string inner, int outwards) {
-    if (!archive())
+    const auto& shown = archive();
+    if (!shown)
         return;
-    auto browse = *archive();
+    auto browse = *shown;
     for (; outwards > 0 && browse.outer != nullptr; --outwards)
         browse = ArchiveBrowse(*browse.outer);
     browse.inner = std::move(inner);
@@ -259,8 +258,8 @@ void PanelModel::takePassword(const FileUrl& archiveFile,
         if (browse.index->url() == archiveFile)
             browse.password = password;
     };
-    if (archive())
-        take(*shown_.archive);
+    if (auto& browse = shown_.archive)
+        take(*browse);
     for (auto& [_, browse] : shown_.tabArchives)
         take(browse);
 }
@@ -278,7 +277,7 @@ bool PanelModel::openItem() {
     else if (archive())
         return openItemOfArchive(item);
     // Nothing here can open a package but going into it.
-    else if (item.opensAsFolder() || item.kind == FileKind::package)
+    else if (item.opensAsFolder() || item.kind == FileKind::package || links_.isPending(item.name))
         navigate(item.resolvedURL());
     else if (ArchivePaths::mayBeArchive(item.kind, item.name))
         load(toArchive(ArchiveWish::What::read, {.place = item.url}));
@@ -288,24 +287,26 @@ bool PanelModel::openItem() {
 }
 
 bool PanelModel::openItemOfArchive(const FileItem& item) {
-    const auto& browse = *archive();
-    const auto path = ArchivePaths::child(browse.inner, item.name);
+    const auto& browse = archive();
+    if (!browse)
+        return false;
+    const auto path = ArchivePaths::child(browse->inner, item.name);
     if (item.isFolderLike()) {
         // A link that shows as a folder leads to one.
-        goToInner(ArchivePaths::resolved(*browse.index, path).value_or(path));
+        goToInner(ArchivePaths::resolved(*browse->index, path).value_or(path));
         return true;
     }
     if (const auto* link = linkTarget(item.name); link != nullptr && link->isBroken)
         return false;
-    auto request = toArchive(ArchiveWish::What::enter, browse);
-    request.archive->entry = path;
+    auto request = toArchive(ArchiveWish::What::enter, *browse);
+    request.archive->entry = path; // NOLINT(bugprone-unchecked-optional-access): made just now
     load(std::move(request));
     return true;
 }
 
 const ArchiveBrowse* PanelModel::archiveOfTab(std::size_t index) const {
     if (index == activeTab())
-        return archive() ? &*archive() : nullptr;
+        return shown_.archive ? &*shown_.archive : nullptr;
     const auto found = shown_.tabArchives.find(tabs()[index].id);
     return found == shown_.tabArchives.end() ? nullptr : &found->second;
 }
@@ -367,23 +368,20 @@ void PanelModel::load(Request request) {
     };
     auto work = [services = services_, &cache = sizeCache_, request, view = listingView(),
                  location = location().path(), before = rawItems(), onChange = std::move(onChange),
-                 ask = askPassword_, flag = loadFlag_, linkedFolders = links_.folders(),
+                 ask = askPassword_, flag = loadFlag_, knownLinks = links_.known(),
                  computesSizes = settings_.get(SettingKeys::autoFolderSizes)]() mutable {
         Loaded loaded;
-        const auto volumes = services.volumes();
-        const LinkRoutes routes(volumes);
-        if (request.url.path() != location)
-            linkedFolders.clear();
         // A folder is watched before it is read, so that no change falls between the two.
         auto watcher =
             DirectoryWatcher::start(services.events, services.main, request.url, onChange);
         if (request.archive)
             findInArchive(ArchiveAccess(services, ask, flag), *request.archive, loaded);
         else if (request.nearestUsable)
-            loaded.listing = openNearestUsable(services.files, request.url, routes);
+            loaded.listing =
+                openNearestUsable(services.files, request.url, services.volumes(), knownLinks);
         else
             loaded.listing = FolderOpener::open(services.files, request.url, ShowHidden::yes,
-                                                routes, linkedFolders);
+                                                services.volumes(), knownLinks);
         if (request.wasFolder && loaded.listing && loaded.listing->selectName)
             loaded.listing = std::unexpected(Failure::notFound(request.url));
         if (!loaded.listing)
@@ -418,6 +416,7 @@ void PanelModel::load(Request request) {
         const auto& onDisk = loaded.archive ? request.url.path() : listed;
         if (const auto space = services.files.freeSpace(onDisk))
             loaded.freeSpace = *space;
+        const auto volumes = services.volumes();
         loaded.volumeRoot = FileUrl(Volumes::containing(onDisk, volumes).mountPoint);
         const auto realPath = loaded.watcher ? loaded.watcher->path() : onDisk;
         if (computesSizes && !loaded.archive &&
@@ -485,14 +484,14 @@ void PanelModel::findInArchive(const ArchiveAccess& access, const ArchiveWish& w
     auto found = access.find(wish);
     if (!found) {
         loaded.openingFailure = std::move(found.error());
-    } else if (!found->browse) {
+    } else if (auto& browse = found->browse; !browse) {
         loaded.file = std::move(found->file);
     } else {
-        auto listing = ArchiveListing::of(*found->browse);
+        auto listing = ArchiveListing::of(*browse);
         loaded.listing = Listing{listing.items.folder(), listing.items, std::nullopt};
         loaded.knownSizes = std::move(listing.folderSizes);
         loaded.linkTargets = std::move(listing.linkTargets);
-        loaded.archive = std::move(found->browse);
+        loaded.archive = std::move(browse);
     }
 }
 

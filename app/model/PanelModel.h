@@ -82,7 +82,10 @@ public:
     /// The folder of the active tab; in an archive, the one that holds the archive.
     FileUrl folder() const { return FileUrl(tab().path, FileUrl::Form::directory); }
     /// Where the rows lie: the folder, or a path that leads through the archive.
-    FileUrl location() const { return archive() ? archive()->location() : folder(); }
+    FileUrl location() const {
+        const auto& browse = archive();
+        return browse ? browse->location() : folder();
+    }
     /// The tabs as they are to be found again: the active one with the name under its cursor.
     std::vector<PanelTab> tabsToSave() const;
 

@@ -21,20 +21,20 @@ PathSuggestions::PathSuggestions(PanelServices services, FileUrl home,
 
 void PathSuggestions::ask(std::string typed, FileUrl base, PathCompleter::IncludeHidden hidden) {
     life_ = std::make_shared<int>();
-    question_.schedule(
-        typingPause, [this, typed = std::move(typed), base = std::move(base), hidden]() mutable {
-            auto path = PathCompleter::normalise(typed, base, home_);
-            auto work = [services = services_, typed = std::move(typed), base = std::move(base),
-                         home = home_, hidden] {
-                return PathCompleter::suggestions(services.files, typed, base, home, hidden,
-                                                  LinkRoutes(services.volumes()));
-            };
-            runThen(services_.disk, services_.main, std::move(path), life_, std::move(work),
-                    [this](std::vector<std::string> found) {
-                        found_ = std::move(found);
-                        changed_();
-                    });
-        });
+    question_.schedule(typingPause,
+                       [this, typed = std::move(typed), base = std::move(base), hidden]() mutable {
+                           auto path = PathCompleter::normalise(typed, base, home_);
+                           auto work = [services = services_, typed = std::move(typed),
+                                        base = std::move(base), home = home_, hidden] {
+                               return PathCompleter::suggestions(services.files, typed, base, home,
+                                                                 hidden, services.volumes());
+                           };
+                           runThen(services_.disk, services_.main, std::move(path), life_,
+                                   std::move(work), [this](std::vector<std::string> found) {
+                                       found_ = std::move(found);
+                                       changed_();
+                                   });
+                       });
 }
 
 void PathSuggestions::clear() {

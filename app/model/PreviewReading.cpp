@@ -70,12 +70,11 @@ PreviewReading::PreviewReading(PanelServices services, const PreviewDecoder& dec
     : services_(std::move(services)), decoder_(decoder), cancelled_(std::move(cancelled)) {}
 
 PreviewContent PreviewReading::read(const PreviewSubject& subject) const {
-    return subject.archive ? ofEntry(subject)
+    return subject.archive ? ofEntry(subject, *subject.archive)
                            : ofPath(subject.item.resolvedURL(), subject.showHidden);
 }
 
-PreviewContent PreviewReading::ofEntry(const PreviewSubject& subject) const {
-    auto browse = *subject.archive;
+PreviewContent PreviewReading::ofEntry(const PreviewSubject& subject, ArchiveBrowse browse) const {
     const auto path = ArchivePaths::child(browse.inner, subject.item.name);
     const auto target = ArchivePaths::resolved(*browse.index, path);
     if (!target)
@@ -94,8 +93,8 @@ PreviewContent PreviewReading::ofEntry(const PreviewSubject& subject) const {
         return PreviewNothing{"Obsah je chráněný heslem, nejdřív ho otevřete."};
     if (!found)
         return PreviewNothing{found.error()};
-    return found->browse ? PreviewContent(listOf(*found->browse, subject.showHidden))
-                         : ofFile(found->file.url);
+    const auto& inner = found->browse;
+    return inner ? PreviewContent(listOf(*inner, subject.showHidden)) : ofFile(found->file.url);
 }
 
 PreviewContent PreviewReading::ofPath(const FileUrl& url, ShowHidden showHidden) const {
@@ -112,8 +111,7 @@ PreviewContent PreviewReading::ofPath(const FileUrl& url, ShowHidden showHidden)
 }
 
 PreviewContent PreviewReading::ofFolder(const FileUrl& url, ShowHidden showHidden) const {
-    const auto listing =
-        FolderOpener::open(services_.files, url, showHidden, LinkRoutes(services_.volumes()));
+    const auto listing = FolderOpener::open(services_.files, url, showHidden, services_.volumes());
     if (!listing)
         return PreviewNothing{listing.error().message()};
     return listOf(listing->items, showHidden, {});
@@ -127,7 +125,8 @@ PreviewContent PreviewReading::ofArchive(const FileUrl& url) const {
         return PreviewNothing{"Archiv je chráněný heslem, nejdřív ho otevřete."};
     if (!found)
         return PreviewNothing{found.error()};
-    return listOf(*found->browse, ShowHidden::yes);
+    const auto& browse = found->browse;
+    return browse ? PreviewContent(listOf(*browse, ShowHidden::yes)) : PreviewNothing{};
 }
 
 PreviewContent PreviewReading::ofFile(const FileUrl& url) const {

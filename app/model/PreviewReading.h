@@ -32,7 +32,7 @@ public:
 
 private:
     using ShowHidden = FolderOpener::ShowHidden;
-    PreviewContent ofEntry(const PreviewSubject& subject) const;
+    PreviewContent ofEntry(const PreviewSubject& subject, ArchiveBrowse browse) const;
     PreviewContent ofPath(const FileUrl& url, ShowHidden showHidden) const;
     PreviewContent ofFolder(const FileUrl& url, ShowHidden showHidden) const;
     PreviewContent ofArchive(const FileUrl& url) const;

@@ -118,6 +118,11 @@ MenuBar::MenuBar(const UiContext& context, QWidget* parent) : QMenuBar(parent), 
     style->setParent(this);
     setStyle(style);
     setNativeMenuBar(false);
+    if (auto* more = moreButton()) {
+        auto* rest = new QMenu(more); // which the toolkit fills
+        more->setMenu(rest);
+        wearOnceShown(*rest, context_.theme, StyleSheet::menus);
+    }
     build();
     takeTheme();
     connect(&context_.shortcuts, &app::ShortcutStore::changed, this, &MenuBar::build);
@@ -129,9 +134,12 @@ MenuBar::MenuBar(const UiContext& context, QWidget* parent) : QMenuBar(parent), 
     });
 }
 
+QToolButton* MenuBar::moreButton() const {
+    return findChild<QToolButton*>(QStringLiteral("qt_menubar_ext_button"));
+}
+
 void MenuBar::takeTheme() {
-    // The toolkit's own, where there is no room for all menus.
-    auto* more = findChild<QToolButton*>(QStringLiteral("qt_menubar_ext_button"));
+    auto* more = moreButton();
     if (more == nullptr)
         return;
     const int side = context_.theme.px(16);

@@ -5,6 +5,8 @@
 
 #include <QMenuBar>
 
+class QToolButton;
+
 namespace fennik::ui {
 
 /// The menus of the window.
@@ -27,6 +29,8 @@ private:
     void add(QMenu& menu, app::WindowCommand command);
     void add(QMenu& menu, app::MenuChoice choice);
     void takeTheme();
+    /// The toolkit's own, where there is no room for all menus.
+    QToolButton* moreButton() const;
     void nameUndo();
 
     UiContext context_;

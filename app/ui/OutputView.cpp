@@ -111,7 +111,7 @@ void OutputView::showCommand() {
 
 void OutputView::showOutput(const app::CommandOutput& output) {
     isChanging_ = true;
-    QTextCursor top(firstVisibleBlock());
+    const QTextCursor top(firstVisibleBlock());
     QTextCursor edit(document());
     edit.beginEditBlock();
     // All behind the text of a block.

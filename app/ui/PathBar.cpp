@@ -131,8 +131,8 @@ void PathBar::addCrumbs() {
     startsAtHome_ = way.start == app::PathCrumbs::Start::home;
     for (const auto& [title, url] : way.crumbs)
         addCrumb(title, {.url = url});
-    if (panel_.archive())
-        addArchiveCrumbs(*panel_.archive(), 0);
+    if (const auto& browse = panel_.archive())
+        addArchiveCrumbs(*browse, 0);
 }
 
 void PathBar::addArchiveCrumbs(const app::ArchiveBrowse& archive, int archivesToLeave) {
@@ -261,7 +261,7 @@ void PathBar::mousePressEvent(QMouseEvent* event) {
 }
 
 QRect PathBar::field() const {
-    const auto roomOf = [this](std::initializer_list<const QWidget*> buttons) {
+    const auto roomOf = [](std::initializer_list<const QWidget*> buttons) {
         const auto shown = std::ranges::count_if(
             buttons, [](const QWidget* button) { return !button->isHidden(); });
         return int(shown) * buttonSide;
@@ -363,7 +363,7 @@ void PathBar::layOutBadge(QRect& room) {
     if (badge_->isHidden())
         return;
     // The way comes first: in a narrow panel only the format is left, or nothing.
-    const int leastWay =
+    const int shortestWay =
         crumbs_.back()->sizeHint().width() + more_->sizeHint().width() + theme_.px(separatorWidth);
     const auto whole = archiveBadge(*shownArchive_);
     badge_->setAccessibleName(whole);
@@ -372,9 +372,9 @@ void PathBar::layOutBadge(QRect& room) {
     const int gap = theme_.px(6);
     const auto spare = [&] { return room.width() - margin - badge_->sizeHint().width() - gap; };
     badge_->setText(whole);
-    if (spare() < std::max(leastWay, theme_.px(roomBeforeBadge)))
+    if (spare() < std::max(shortestWay, theme_.px(roomBeforeBadge)))
         badge_->setText(fromUtf8(shownArchive_->formatLabel()));
-    if (spare() < leastWay) {
+    if (spare() < shortestWay) {
         badge_->hide();
         return;
     }

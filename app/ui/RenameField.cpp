@@ -28,8 +28,9 @@ bool isOwnKey(const QKeyEvent& event) {
     }
 }
 
-constexpr QStringView narrow = u"QLineEdit, QLineEdit:focus, QLineEdit[invalid=\"true\"]"
-                               u"{ min-height: 0; border-radius: 5px; padding: 0 3u; }";
+constexpr QStringView narrow =
+    u"QLineEdit { min-height: 0; border-radius: 5px; padding: 0 $narrowPadding; }"
+    u"QLineEdit:focus, QLineEdit[invalid=\"true\"] { padding: 0 $focusedNarrowPadding; }";
 
 } // namespace
 

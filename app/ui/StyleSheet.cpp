@@ -42,7 +42,10 @@ constexpr QStringView choices = uR"(
 QString filledIn(const QString& sheet, const Theme& theme) {
     const int fieldPadding = theme.px(10);
     const auto& colours = theme.tokens();
-    const std::array<std::pair<QStringView, QString>, 12> values{{
+    const int narrowPadding = theme.px(4);
+    const std::array<std::pair<QStringView, QString>, 14> values{{
+        {u"narrowPadding", QStringLiteral("%1px").arg(narrowPadding)},
+        {u"focusedNarrowPadding", QStringLiteral("%1px").arg(narrowPadding - 1)},
         {u"fieldPadding", QStringLiteral("%1px").arg(fieldPadding)},
         {u"focusedPadding", QStringLiteral("%1px").arg(fieldPadding - 1)},
         {u"disabled", theme.disabledText().name()},
@@ -97,18 +100,18 @@ public:
     Clothes(QWidget& widget, const Theme& theme, StyleSheet sheet, QStringView more)
         : QObject(&widget), widget_(widget), theme_(theme), sheet_(sheet), more_(more) {}
 
-    void putOn() {
-        if (!isWorn_)
-            connect(&theme_, &Theme::changed, this, &Clothes::putOn);
-        isWorn_ = true;
-        widget_.setStyleSheet(filledIn(textOf(sheet_).append(more_), theme_));
+    void wear() {
+        connect(&theme_, &Theme::changed, this, &Clothes::putOn);
+        putOn();
     }
+
+    void putOn() { widget_.setStyleSheet(filledIn(textOf(sheet_).append(more_), theme_)); }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Polish && !isWorn_) {
+        if (event->type() == QEvent::Polish) {
             widget_.removeEventFilter(this);
-            putOn();
+            wear();
         }
         return QObject::eventFilter(watched, event);
     }
@@ -118,13 +121,12 @@ private:
     const Theme& theme_;
     StyleSheet sheet_;
     QStringView more_;
-    bool isWorn_ = false;
 };
 
 } // namespace
 
 void wear(QWidget& widget, const Theme& theme, StyleSheet sheet, QStringView more) {
-    (new Clothes(widget, theme, sheet, more))->putOn();
+    (new Clothes(widget, theme, sheet, more))->wear();
 }
 
 void wearOnceShown(QWidget& widget, const Theme& theme, StyleSheet sheet, QStringView more) {

@@ -3,6 +3,7 @@
 #include "core/base/CzechText.h"
 #include "core/listing/AliasResolver.h"
 #include "core/listing/DirectoryReader.h"
+#include "core/listing/LinkRoutes.h"
 #include "core/listing/PackageTypes.h"
 
 #include <cerrno>
@@ -23,12 +24,12 @@ bool isDirectory(const FileSystem& files, const FileUrl& url) {
 class Converter {
 public:
     Converter(const FileSystem& files, FileUrl folder, ShowHidden showHidden,
-              const LinkRoutes& routes, const std::unordered_set<std::string>& toFolders)
+              std::vector<Volume> volumes, const KnownLinks& known)
         : files_(files),
           folder_(std::move(folder)),
           showHidden_(showHidden),
-          routes_(routes),
-          toFolders_(toFolders),
+          routes_(files, folder_, std::move(volumes)),
+          known_(known),
           builder_(folder_, expectedItems) {}
 
     void add(const DirectoryReader::Entry& entry) {
@@ -64,18 +65,20 @@ public:
 private:
     bool leadsToFolder(std::string_view name) {
         const auto link = folder_.appending(name);
-        const auto remote = routes_.remoteVolume(files_, link);
-        if (!remote)
+        const auto volume = routes_.remoteVolume(name);
+        if (!volume)
             return isDirectory(files_, link);
-        auto& sameVolume = remoteLinks_[*remote];
-        return toFolders_.contains(sameVolume.emplace_back(name));
+        const auto known = known_.find(link.path());
+        const bool isFolder = known != known_.end() && known->second;
+        remoteLinks_[*volume].push_back({.name = std::string(name), .isFolder = isFolder});
+        return isFolder;
     }
 
     const FileSystem& files_;
     FileUrl folder_;
     ShowHidden showHidden_;
-    const LinkRoutes& routes_;
-    const std::unordered_set<std::string>& toFolders_;
+    LinkRoutes routes_;
+    const KnownLinks& known_;
     RemoteLinks remoteLinks_;
     FileItems::Builder builder_;
 };
@@ -129,8 +132,8 @@ std::string Failure::message() const {
 }
 
 std::expected<Listing, Failure> open(const FileSystem& files, const FileUrl& url,
-                                     ShowHidden showHidden, const LinkRoutes& routes,
-                                     const std::unordered_set<std::string>& toFolders) {
+                                     ShowHidden showHidden, std::vector<Volume> volumes,
+                                     const KnownLinks& known) {
     const auto target = url.standardized();
     const auto status = files.status(target.path(), FollowLinks::yes);
     if (!status)
@@ -141,7 +144,7 @@ std::expected<Listing, Failure> open(const FileSystem& files, const FileUrl& url
         listing.directory = target.parent();
         listing.selectName = std::string(target.lastComponent());
     }
-    Converter converter(files, listing.directory, showHidden, routes, toFolders);
+    Converter converter(files, listing.directory, showHidden, std::move(volumes), known);
     const auto read = DirectoryReader::read(
         files, listing.directory, [&converter](const auto& entry) { converter.add(entry); });
     if (!read)

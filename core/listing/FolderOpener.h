@@ -1,22 +1,28 @@
 #pragma once
 
 #include "core/listing/FileItems.h"
-#include "core/listing/LinkRoutes.h"
 #include "core/platform/FileSystem.h"
+#include "core/platform/Volumes.h"
 
 #include <expected>
 #include <map>
 #include <optional>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 /// What a panel calls to show a folder. Waits for the disk: called on workers, several at once.
 namespace fennik::FolderOpener {
 
-/// Links that were not followed, as a volume that may not answer would have to be asked: their
-/// names by its mount point. They count as links to files.
-using RemoteLinks = std::map<std::string, std::vector<std::string>>;
+/// A link that was not followed, as a volume that may not answer would have to be asked.
+struct RemoteLink {
+    std::string name;
+    bool isFolder = false; ///< what it was taken for
+};
+/// By the mount point of the volume.
+using RemoteLinks = std::map<std::string, std::vector<RemoteLink>>;
+/// Whether a remote link led to a folder when it was last followed, by its path.
+using KnownLinks = std::unordered_map<std::string, bool>;
 
 /// A folder that was read.
 struct Listing {
@@ -54,11 +60,11 @@ enum class ShowHidden { no, yes };
 
 /// Lists the folder at `url`, or the folder of the file at `url` with the file selected. Links and
 /// alias files are followed for `url` itself; for its entries one question to the disk is asked per
-/// link, and some more where remote volumes are mounted. Remote links whose names are among
-/// `toFolders` count as links to folders. Never throws.
-[[nodiscard]] std::expected<Listing, Failure>
-open(const FileSystem& files, const FileUrl& url, ShowHidden showHidden,
-     const LinkRoutes& routes = LinkRoutes(),
-     const std::unordered_set<std::string>& toFolders = {});
+/// link, and some more where remote `volumes` are mounted. A remote link that is not among `known`
+/// is taken for one to a file. Never throws.
+[[nodiscard]] std::expected<Listing, Failure> open(const FileSystem& files, const FileUrl& url,
+                                                   ShowHidden showHidden,
+                                                   std::vector<Volume> volumes = {},
+                                                   const KnownLinks& known = {});
 
 } // namespace fennik::FolderOpener

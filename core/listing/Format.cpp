@@ -48,8 +48,6 @@ std::string written(const ScaledSize& size) {
     auto text = std::to_string(size.number);
     if (size.decimals == 0)
         return text;
-    if (text.size() <= size.decimals)
-        text.insert(0, size.decimals + 1 - text.size(), '0');
     text.insert(text.size() - size.decimals, ",");
     if (!size.keepsZeros) {
         text.erase(text.find_last_not_of('0') + 1);

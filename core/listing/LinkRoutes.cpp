@@ -25,51 +25,80 @@ void putAhead(std::vector<std::string>& ahead, std::string_view path) {
 
 } // namespace
 
-LinkRoutes::LinkRoutes(std::vector<Volume> volumes)
-    : volumes_(std::move(volumes)),
-      areAllLocal_(std::ranges::none_of(volumes_, &Volume::isRemote)) {}
-
-std::optional<std::string> LinkRoutes::remoteVolumeAt(std::string_view path,
-                                                      std::string_view home) const {
-    auto volume = Volumes::containing(path, volumes_);
-    if (!volume.isRemote || volume.mountPoint == home)
-        return std::nullopt;
-    return std::move(volume.mountPoint);
+LinkRoutes::LinkRoutes(const FileSystem& files, FileUrl folder, std::vector<Volume> volumes)
+    : files_(files), folder_(std::move(folder)), volumes_(std::move(volumes)) {
+    for (const auto& volume : volumes_) {
+        if (volume.isRemote)
+            remotes_.push_back(volume.mountPoint);
+    }
 }
 
-std::optional<std::string> LinkRoutes::remoteVolume(const FileSystem& files,
-                                                    const FileUrl& link) const {
-    if (areAllLocal_)
+std::optional<std::string> LinkRoutes::remoteVolume(std::string_view name) {
+    if (remotes_.empty())
         return std::nullopt;
-    const auto home = Volumes::containing(link.parent().path(), volumes_).mountPoint;
-    std::string at = link.parent().path();
-    std::vector<std::string> ahead{std::string(link.lastComponent())};
-    for (int links = 0; !ahead.empty();) {
-        const auto name = std::move(ahead.back());
-        ahead.pop_back();
+    if (place_.empty())
+        locateFolder();
+    Way way{.at = place_, .ahead = {std::string(name)}};
+    return walk(way, Remote::stopBefore);
+}
+
+void LinkRoutes::locateFolder() {
+    Way way;
+    putAhead(way.ahead, folder_.path());
+    walk(way, Remote::enter);
+    place_ = std::move(way.at);
+    home_ = Volumes::containing(place_, volumes_).mountPoint;
+}
+
+std::optional<std::string> LinkRoutes::walk(Way& way, Remote remote) {
+    for (int links = 0; !way.ahead.empty();) {
+        const auto name = std::move(way.ahead.back());
+        way.ahead.pop_back();
         if (name == ".")
             continue;
         if (name == "..") {
-            at = FileUrl(at).parent().path();
+            way.at = FileUrl(way.at).parent().path();
             continue;
         }
-        auto next = at.ends_with('/') ? at + name : at + "/" + name;
-        if (auto remote = remoteVolumeAt(next, home))
-            return remote;
-        const auto target = files.linkTarget(next);
+        auto next = way.at;
+        if (!next.ends_with('/'))
+            next += '/';
+        next += name;
+        if (remote == Remote::stopBefore) {
+            if (auto volume = remoteVolumeAt(next))
+                return volume;
+        }
+        if (notLinks_.contains(next)) {
+            way.at = std::move(next);
+            continue;
+        }
+        const auto target = files_.linkTarget(next);
         if (target) {
             if (++links > mostLinks)
                 return std::nullopt;
             if (target->starts_with('/'))
-                at = "/";
-            putAhead(ahead, *target);
-        } else if (target.error().code == EINVAL) { // no link
-            at = std::move(next);
+                way.at = "/";
+            putAhead(way.ahead, *target);
+        } else if (target.error().code == EINVAL) {
+            notLinks_.insert(next);
+            way.at = std::move(next);
         } else {
             return std::nullopt; // nor can the system come any further
         }
     }
     return std::nullopt;
+}
+
+std::optional<std::string> LinkRoutes::remoteVolumeAt(std::string_view path) const {
+    const auto mayHold = [path](const std::string& mountPoint) {
+        return path.starts_with(mountPoint);
+    };
+    if (std::ranges::none_of(remotes_, mayHold))
+        return std::nullopt;
+    auto volume = Volumes::containing(path, volumes_);
+    if (!volume.isRemote || volume.mountPoint == home_)
+        return std::nullopt;
+    return std::move(volume.mountPoint);
 }
 
 } // namespace fennik

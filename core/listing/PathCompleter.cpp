@@ -4,6 +4,7 @@
 #include "core/base/PathText.h"
 #include "core/base/WhiteSpace.h"
 #include "core/listing/DirectoryReader.h"
+#include "core/listing/LinkRoutes.h"
 #include "core/listing/PackageTypes.h"
 
 #include <algorithm>
@@ -86,7 +87,7 @@ std::string normalise(std::string_view text, const std::optional<FileUrl>& base,
 
 std::vector<std::string> suggestions(const FileSystem& files, std::string_view text,
                                      const std::optional<FileUrl>& base, const FileUrl& home,
-                                     IncludeHidden includeHidden, const LinkRoutes& routes) {
+                                     IncludeHidden includeHidden, std::vector<Volume> volumes) {
     auto path = normalise(text, base, home);
     if (trimmed(text) == "~")
         path = closed(path);
@@ -112,12 +113,13 @@ std::vector<std::string> suggestions(const FileSystem& files, std::string_view t
     if (!DirectoryReader::read(files, folder, collect))
         return {};
     const auto below = closed(folder.path());
+    LinkRoutes routes(files, folder, std::move(volumes));
     for (auto& name : links) {
         const auto isFolder = [&files, path = below + name] {
             const auto status = files.status(path, FollowLinks::yes);
             return status && status->type == FileType::directory;
         };
-        if (routes.remoteVolume(files, FileUrl(below + name)) || isFolder())
+        if (routes.remoteVolume(name) || isFolder())
             names.push_back(std::move(name));
     }
     sortAsShown(names);

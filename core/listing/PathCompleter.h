@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/base/FileUrl.h"
-#include "core/listing/LinkRoutes.h"
 #include "core/platform/FileSystem.h"
+#include "core/platform/Volumes.h"
 
 #include <optional>
 #include <string>
@@ -31,7 +31,6 @@ std::string normalise(std::string_view text, const std::optional<FileUrl>& base,
 /// disk only about links whose names fit, and suggests those to remote volumes unasked.
 std::vector<std::string> suggestions(const FileSystem& files, std::string_view text,
                                      const std::optional<FileUrl>& base, const FileUrl& home,
-                                     IncludeHidden includeHidden,
-                                     const LinkRoutes& routes = LinkRoutes());
+                                     IncludeHidden includeHidden, std::vector<Volume> volumes = {});
 
 } // namespace fennik::PathCompleter

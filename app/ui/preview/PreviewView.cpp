@@ -353,6 +353,7 @@ void PreviewView::showContent(const app::PreviewContent& content) {
                    },
                    [&](const app::DecodedMedia& media) {
                        std::vector<PreviewTexts::Fact> facts;
+                       facts.reserve(media.facts.size());
                        for (const auto& [title, value] : media.facts)
                            facts.emplace_back(fromUtf8(title), fromUtf8(value));
                        notice_->show(look, {}, {}, facts);

@@ -45,7 +45,6 @@ SettingsWindow::SettingsWindow(const UiContext& context, app::KeyboardLayout& la
                  [this] { return scrolling(SettingsPages::operations(context_)); }},
                 {"keys", QStringLiteral("Zkratky"), QStringLiteral("keyboard"),
                  [this, &layout] { return new ShortcutsPage(context_, layout, *cards_, pages_); }}},
-      tabs_(nullptr),
       pages_(new QStackedWidget(this)),
       cards_(new DialogHost(context.theme, this)) {
     QAccessible::installFactory(accessibleWindow);
@@ -55,6 +54,7 @@ SettingsWindow::SettingsWindow(const UiContext& context, app::KeyboardLayout& la
     wear(*this, theme, StyleSheet::all);
     connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
     std::vector<SettingsTabs::Page> tabs;
+    tabs.reserve(pageList_.size());
     for (const auto& page : pageList_)
         tabs.push_back({page.title, page.icon, fromUtf8(page.value) + QStringLiteral("Tab")});
     tabs_ = new SettingsTabs(tabs, theme, context.icons, this);

@@ -52,7 +52,7 @@ private:
 
     UiContext context_;
     std::vector<Page> pageList_;
-    SettingsTabs* tabs_;
+    SettingsTabs* tabs_ = nullptr;
     QStackedWidget* pages_;
     DialogHost* cards_; ///< its own questions
 };

@@ -17,7 +17,9 @@ constexpr std::array remoteTypes{
     std::string_view("autofs"), std::string_view("virtiofs")};
 
 bool isRemoteType(std::string_view type) {
-    return type.starts_with("fuse") || std::ranges::find(remoteTypes, type) != remoteTypes.end();
+    // For its table of connections the kernel itself answers.
+    const bool isProgram = type.starts_with("fuse") && type != "fusectl";
+    return isProgram || std::ranges::find(remoteTypes, type) != remoteTypes.end();
 }
 
 bool isOctal(char digit) {

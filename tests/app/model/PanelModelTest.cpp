@@ -382,13 +382,38 @@ TEST_F(PanelModelTest, linksToRemoteVolumesAreFollowedApartFromTheListing) {
     EXPECT_TRUE(panel.linkTarget("broken")->isBroken);
     EXPECT_FALSE(panel.linkTarget("toFolder")->isBroken);
 
-    // When it leads elsewhere now, the next reading of the folder finds that out.
+    // Back here, it is known from the first reading on.
+    disk.stick(temp.path("remote"));
+    panel.navigate(temp.url());
+    settle();
+    panel.navigate(FileUrl(temp.path("here")));
+    settle();
+    EXPECT_TRUE(leadsToFolder());
+
+    // An answer that comes while the folder is read again, whose links are others by now.
     rmdir(temp.path("remote/inside").c_str());
+    unlink(temp.path("here/broken").c_str());
+    temp.link("here/broken", "toFolder");
+    temp.file("local");
+    temp.link("here/late", temp.path("remote"));
     panel.refresh();
+    disk.stick("");
+    settle();
+    timers.pass(std::chrono::seconds(1));
     settle();
     timers.pass(std::chrono::seconds(1));
     settle();
     EXPECT_FALSE(leadsToFolder());
+    EXPECT_TRUE(panel.items().view(*panel.items().rowOf("late")).linksToDirectory);
+
+    // Repaired with a link to something else.
+    unlink(temp.path("here/broken").c_str());
+    temp.link("here/broken", temp.path("local"));
+    panel.refresh();
+    settle();
+    panel.wantLinkTargets(0, 99);
+    settle();
+    EXPECT_FALSE(panel.linkTarget("broken")->isBroken);
 }
 
 TEST_F(PanelModelTest, linkTargetsAreReadOnceForTheRowsInView) {

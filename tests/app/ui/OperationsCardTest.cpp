@@ -92,7 +92,7 @@ protected:
     QAbstractButton& button(std::size_t place, const char* name) {
         return *row(place).findChild<QAbstractButton*>(name);
     }
-    void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+    static void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
 
     Theme theme{Appearance::light};
     Icons icons{theme};
@@ -126,7 +126,7 @@ TEST_F(OperationsCardTest, aRowOffersWhatItsJobCanDo) {
     EXPECT_EQ(offered(6), QStringList{"jobRemove"});
     EXPECT_EQ(button(0, "jobCancel").toolTip(), "Zrušit (rozpracovaný soubor se uklidí)");
 
-    QSignalSpy paused(&card, &OperationsCard::pauseRequested);
+    const QSignalSpy paused(&card, &OperationsCard::pauseRequested);
     QSignalSpy removed(&card, &OperationsCard::removeRequested);
     QTest::mouseClick(&button(1, "jobPause"), Qt::LeftButton);
     QTest::mouseClick(&button(6, "jobRemove"), Qt::LeftButton);
@@ -157,9 +157,9 @@ TEST_F(OperationsCardTest, theKeyboardWalksSteersAndLeaves) {
     addErrors(ended, 3);
     show({ended, job(State::running), job(State::waiting)});
     QSignalSpy paused(&card, &OperationsCard::pauseRequested);
-    QSignalSpy resumed(&card, &OperationsCard::resumeRequested);
-    QSignalSpy cancelled(&card, &OperationsCard::cancelRequested);
-    QSignalSpy removed(&card, &OperationsCard::removeRequested);
+    const QSignalSpy resumed(&card, &OperationsCard::resumeRequested);
+    const QSignalSpy cancelled(&card, &OperationsCard::cancelRequested);
+    const QSignalSpy removed(&card, &OperationsCard::removeRequested);
     card.takeFocus();
     EXPECT_TRUE(row(1).hasFocus()); // which is at work
     press(Qt::Key_Space);
@@ -250,8 +250,8 @@ TEST_F(OperationsCardTest, ofVeryManyErrorsTheRestIsCounted) {
 TEST_F(OperationsCardTest, onlyWhatChangesIsPaintedAndFiguresRarely) {
     show({job(State::running), job(State::waiting)});
     QTest::qWait(300);
-    PaintCount running(row(0));
-    PaintCount waiting(row(1));
+    const PaintCount running(row(0));
+    const PaintCount waiting(row(1));
     QElapsedTimer elapsed;
     elapsed.start();
     while (elapsed.elapsed() < 1000) {

@@ -62,8 +62,8 @@ TEST_F(FolderOpenerTest, classifiesEntries) {
 
 TEST_F(FolderOpenerTest, linksToVolumesThatMayNotAnswerAreNotFollowed) {
     const auto remote = temp.path("remote");
-    const LinkRoutes routes({{.mountPoint = "/", .type = "ext4"},
-                             {.mountPoint = remote, .type = "nfs", .isRemote = true}});
+    const std::vector<Volume> volumes{{.mountPoint = "/", .type = "ext4"},
+                                      {.mountPoint = remote, .type = "nfs", .isRemote = true}};
     temp.folder("remote");
     temp.folder("remote/inside");
     temp.link("remote/own", "inside");
@@ -78,13 +78,15 @@ TEST_F(FolderOpenerTest, linksToVolumesThatMayNotAnswerAreNotFollowed) {
              {"twice", "relative"}})
         temp.link(std::string("here/") + name, target);
 
-    const std::unordered_set<std::string> known{"twice", "local"};
+    const FolderOpener::KnownLinks known{{temp.path("here/twice"), true}};
     const auto listing =
-        FolderOpener::open(files, FileUrl(temp.path("here")), ShowHidden::yes, routes, known);
+        FolderOpener::open(files, FileUrl(temp.path("here")), ShowHidden::yes, volumes, known);
     ASSERT_TRUE(listing);
     ASSERT_EQ(listing->remoteLinks.size(), 1U);
-    EXPECT_THAT(listing->remoteLinks.at(remote),
-                testing::UnorderedElementsAre("absolute", "root", "relative", "twice"));
+    std::vector<std::string> names;
+    for (const auto& link : listing->remoteLinks.at(remote))
+        names.push_back(link.name);
+    EXPECT_THAT(names, testing::UnorderedElementsAre("absolute", "root", "relative", "twice"));
     const auto leadsToFolder = [&](std::string_view name) {
         return listing->items[*listing->items.rowOf(name)].linksToDirectory;
     };
@@ -93,10 +95,20 @@ TEST_F(FolderOpenerTest, linksToVolumesThatMayNotAnswerAreNotFollowed) {
     EXPECT_FALSE(leadsToFolder("absolute"));
     EXPECT_FALSE(leadsToFolder("loop"));
 
-    const auto within = FolderOpener::open(files, FileUrl(remote), ShowHidden::yes, routes);
+    const auto within = FolderOpener::open(files, FileUrl(remote), ShowHidden::yes, volumes);
     ASSERT_TRUE(within);
     EXPECT_TRUE(within->remoteLinks.empty()) << "the volume answers, as it was listed";
     EXPECT_TRUE(within->items[*within->items.rowOf("own")].linksToDirectory);
+
+    // Where a folder really lies decides what ".." is and which volume answers.
+    temp.folder("aside");
+    temp.link("aside/here", "../here");
+    temp.link("aside/inside", remote);
+    const auto through = [&](const std::string& folder) {
+        return FolderOpener::open(files, FileUrl(temp.path(folder)), ShowHidden::yes, volumes);
+    };
+    EXPECT_EQ(through("aside/here")->remoteLinks.at(remote).size(), 4U);
+    EXPECT_TRUE(through("aside/inside")->remoteLinks.empty());
 }
 
 TEST_F(FolderOpenerTest, hiddenEntriesAreListedOnlyWhenAsked) {

@@ -16,7 +16,6 @@
 namespace fennik::test {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace {
@@ -50,8 +49,8 @@ protected:
         return std::filesystem::symlink_status(temp.path(name)).type() !=
                std::filesystem::file_type::not_found;
     }
-    std::vector<std::string> failuresOfUndoing(std::vector<UndoStep> steps) {
-        journal.record({.title = "Kopírování", .steps = std::move(steps)});
+    std::vector<std::string> failuresOfUndoing(const std::vector<UndoStep>& steps) {
+        journal.record({.title = "Kopírování", .steps = steps});
         const auto undone = journal.undoLast(trash);
         return undone ? std::vector<std::string>{} : undone.error().messages;
     }
@@ -225,7 +224,7 @@ TEST_F(UndoJournalTest, aHundredThousandStepsAreLight) {
             steps.emplace_back(UndoSteps::Moved{
                 item("karta/DCIM/100FOTO/IMG_" + std::to_string(i) + ".raw"),
                 item("Fotografie/2016 dovolená u moře/IMG_" + std::to_string(i) + ".raw")});
-        journal.record({.title = "Kopírování", .steps = std::move(steps)});
+        journal.record({.title = "Kopírování", .steps = steps});
     }
     const auto after = mallinfo2();
     const auto used = after.uordblks + after.hblkhd - before.uordblks - before.hblkhd;
