@@ -115,9 +115,21 @@ void CommandLineBar::setText(const QString& text) {
     place_ = history_.size();
     if (text != field_->text())
         field_->setText(text);
+    showIfWanted();
+}
+
+void CommandLineBar::setAlwaysShown(bool isAlwaysShown) {
+    isAlwaysShown_ = isAlwaysShown;
+    showIfWanted();
+}
+
+void CommandLineBar::showIfWanted() {
+    const bool isInUse = window()->focusWidget() == field_ || !field_->text().isEmpty();
+    setVisible(isAlwaysShown_ || isInUse);
 }
 
 void CommandLineBar::takeFocus() {
+    show();
     field_->setFocus(Qt::OtherFocusReason);
 }
 
@@ -160,6 +172,7 @@ bool CommandLineBar::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
     case QEvent::FocusIn:
     case QEvent::FocusOut:
+        showIfWanted();
         layOut();
         update();
         break;

@@ -31,7 +31,10 @@ public:
     void setLegend(const QString& key);
     QString text() const;
     void setText(const QString& text);
+    /// Shows itself, if need be.
     void takeFocus();
+    /// Where there is little room, it is only shown while the keyboard or a text is in it.
+    void setAlwaysShown(bool isAlwaysShown);
 
 signals:
     /// The user has changed the text, or taken one from the history.
@@ -51,6 +54,7 @@ protected:
 
 private:
     void takeTheme();
+    void showIfWanted();
     void layOut();
     bool press(int key);
     void recall(int step);
@@ -67,6 +71,7 @@ private:
     std::size_t place_ = 0; ///< of what stands in the field; behind all others: what was typed
     QString typed_;         ///< while one of the history stands in the field
     bool showsHint_ = false;
+    bool isAlwaysShown_ = true;
 };
 
 } // namespace fennik::ui

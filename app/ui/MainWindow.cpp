@@ -498,9 +498,12 @@ void MainWindow::limitDocks() {
     constexpr double mostShareOfOutput = 0.5;
     constexpr double leastOutput = 128;
     constexpr double rows = 3 * 24;
+    constexpr double leastWithCommandLine = 300;
     const auto& theme = context_.theme;
-    const int room = height() - commandLine_->height() - functionKeys_->height() -
-                     menuBar_->height() - splitter_->minimumSizeHint().height();
+    commandLine_->setAlwaysShown(height() >= theme.px(leastWithCommandLine));
+    const int commandLine = commandLine_->isHidden() ? 0 : commandLine_->height();
+    const int room = height() - commandLine - functionKeys_->height() - menuBar_->height() -
+                     splitter_->minimumSizeHint().height();
     operations_->setHeightLimit(std::min(int(height() * mostShareOfJobs), room));
     if (output_ == nullptr)
         return;

@@ -43,6 +43,8 @@ public:
         case PM_MenuBarHMargin:
         case PM_MenuBarVMargin:
             return 0;
+        case PM_ToolBarExtensionExtent:
+            return theme_.px(24);
         default:
             return QProxyStyle::pixelMetric(metric, option, widget);
         }
@@ -119,6 +121,7 @@ MenuBar::MenuBar(const UiContext& context, QWidget* parent) : QMenuBar(parent), 
     setStyle(style);
     setNativeMenuBar(false);
     if (auto* more = moreButton()) {
+        more->setStyle(style);
         auto* rest = new QMenu(more); // which the toolkit fills
         more->setMenu(rest);
         wearOnceShown(*rest, context_.theme, StyleSheet::menus);
