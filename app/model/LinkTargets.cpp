@@ -33,7 +33,7 @@ void LinkTargets::want(const FileItems& items, std::size_t firstRow, std::size_t
     if (names.empty())
         return;
     auto work = [services = services_, folder = items.folder(), names = std::move(names)] {
-        LinkRoutes routes(services.files, folder, services.volumes());
+        LinkRoutes routes(services.files, folder, services.volumes);
         NamedTargets targets;
         for (const auto& name : names) {
             const auto url = folder.appending(name);
@@ -98,7 +98,7 @@ void LinkTargets::takeAnswers(const std::string& volume, const std::vector<Answe
         broken_.clear();
     }
     const auto question = std::move(pending_.extract(volume).mapped());
-    const auto& shown = question.newer ? *question.newer : question.links;
+    const auto& shown = question.current();
     const bool isHere = question.folder == folder_;
     std::size_t answered = 0;
     bool wereMistaken = false;
@@ -132,8 +132,7 @@ bool LinkTargets::isPending(std::string_view name) const {
     if (known_.contains(folder_.appending(name).path()))
         return false;
     return std::ranges::any_of(pending_, [name](const auto& pending) {
-        const auto& question = pending.second;
-        const auto& shown = question.newer ? *question.newer : question.links;
+        const auto& shown = pending.second.current();
         return std::ranges::find(shown, name, &FolderOpener::RemoteLink::name) != shown.end();
     });
 }

@@ -68,6 +68,9 @@ private:
         FileUrl folder;
         Links links;
         std::optional<Links> newer = {}; ///< since then a folder was read: its links to the volume
+
+        /// Of the folder that was read last.
+        const Links& current() const { return newer ? *newer : links; }
     };
     struct Answer {
         bool isBroken = false;

@@ -46,10 +46,10 @@ FileItems shownItems(const FileItems& raw, const ListingView& view, const Folder
 }
 
 std::expected<Listing, Failure> openNearestUsable(const FileSystem& files, FileUrl url,
-                                                  const std::vector<Volume>& volumes,
+                                                  const Volumes::Source& mounted,
                                                   const FolderOpener::KnownLinks& known) {
     for (;; url = url.parent()) {
-        auto listing = FolderOpener::open(files, url, ShowHidden::yes, volumes, known);
+        auto listing = FolderOpener::open(files, url, ShowHidden::yes, mounted, known);
         if (listing || url.isRoot())
             return listing;
     }
@@ -378,10 +378,10 @@ void PanelModel::load(Request request) {
             findInArchive(ArchiveAccess(services, ask, flag), *request.archive, loaded);
         else if (request.nearestUsable)
             loaded.listing =
-                openNearestUsable(services.files, request.url, services.volumes(), knownLinks);
+                openNearestUsable(services.files, request.url, services.volumes, knownLinks);
         else
             loaded.listing = FolderOpener::open(services.files, request.url, ShowHidden::yes,
-                                                services.volumes(), knownLinks);
+                                                services.volumes, knownLinks);
         if (request.wasFolder && loaded.listing && loaded.listing->selectName)
             loaded.listing = std::unexpected(Failure::notFound(request.url));
         if (!loaded.listing)

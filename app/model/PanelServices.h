@@ -26,7 +26,7 @@ struct PanelServices {
     FolderEvents& events;
     const ArchiveOpener& archives;
     TemporaryPlaces& temporaryPlaces;
-    std::function<std::vector<Volume>()> volumes;               ///< what is mounted; on any thread
+    Volumes::Source volumes;                                    ///< what is mounted
     std::function<std::chrono::steady_clock::time_point()> now; ///< for measuring; on any thread
     std::function<Date()> today;                                ///< the time of day; on any thread
     std::function<void(const std::string&)> log;                ///< one line, for developers

@@ -27,7 +27,7 @@ void PathSuggestions::ask(std::string typed, FileUrl base, PathCompleter::Includ
                            auto work = [services = services_, typed = std::move(typed),
                                         base = std::move(base), home = home_, hidden] {
                                return PathCompleter::suggestions(services.files, typed, base, home,
-                                                                 hidden, services.volumes());
+                                                                 hidden, services.volumes);
                            };
                            runThen(services_.disk, services_.main, std::move(path), life_,
                                    std::move(work), [this](std::vector<std::string> found) {

@@ -111,7 +111,7 @@ PreviewContent PreviewReading::ofPath(const FileUrl& url, ShowHidden showHidden)
 }
 
 PreviewContent PreviewReading::ofFolder(const FileUrl& url, ShowHidden showHidden) const {
-    const auto listing = FolderOpener::open(services_.files, url, showHidden, services_.volumes());
+    const auto listing = FolderOpener::open(services_.files, url, showHidden, services_.volumes);
     if (!listing)
         return PreviewNothing{listing.error().message()};
     return listOf(listing->items, showHidden, {});

@@ -24,11 +24,11 @@ bool isDirectory(const FileSystem& files, const FileUrl& url) {
 class Converter {
 public:
     Converter(const FileSystem& files, FileUrl folder, ShowHidden showHidden,
-              std::vector<Volume> volumes, const KnownLinks& known)
+              Volumes::Source mounted, const KnownLinks& known)
         : files_(files),
           folder_(std::move(folder)),
           showHidden_(showHidden),
-          routes_(files, folder_, std::move(volumes)),
+          routes_(files, folder_, std::move(mounted)),
           known_(known),
           builder_(folder_, expectedItems) {}
 
@@ -132,7 +132,7 @@ std::string Failure::message() const {
 }
 
 std::expected<Listing, Failure> open(const FileSystem& files, const FileUrl& url,
-                                     ShowHidden showHidden, std::vector<Volume> volumes,
+                                     ShowHidden showHidden, Volumes::Source mounted,
                                      const KnownLinks& known) {
     const auto target = url.standardized();
     const auto status = files.status(target.path(), FollowLinks::yes);
@@ -144,7 +144,7 @@ std::expected<Listing, Failure> open(const FileSystem& files, const FileUrl& url
         listing.directory = target.parent();
         listing.selectName = std::string(target.lastComponent());
     }
-    Converter converter(files, listing.directory, showHidden, std::move(volumes), known);
+    Converter converter(files, listing.directory, showHidden, std::move(mounted), known);
     const auto read = DirectoryReader::read(
         files, listing.directory, [&converter](const auto& entry) { converter.add(entry); });
     if (!read)

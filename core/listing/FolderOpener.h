@@ -60,11 +60,11 @@ enum class ShowHidden { no, yes };
 
 /// Lists the folder at `url`, or the folder of the file at `url` with the file selected. Links and
 /// alias files are followed for `url` itself; for its entries one question to the disk is asked per
-/// link, and some more where remote `volumes` are mounted. A remote link that is not among `known`
+/// link, and some more where remote volumes are `mounted`. A remote link that is not among `known`
 /// is taken for one to a file. Never throws.
 [[nodiscard]] std::expected<Listing, Failure> open(const FileSystem& files, const FileUrl& url,
                                                    ShowHidden showHidden,
-                                                   std::vector<Volume> volumes = {},
+                                                   Volumes::Source mounted = {},
                                                    const KnownLinks& known = {});
 
 } // namespace fennik::FolderOpener

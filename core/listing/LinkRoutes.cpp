@@ -25,24 +25,26 @@ void putAhead(std::vector<std::string>& ahead, std::string_view path) {
 
 } // namespace
 
-LinkRoutes::LinkRoutes(const FileSystem& files, FileUrl folder, std::vector<Volume> volumes)
-    : files_(files), folder_(std::move(folder)), volumes_(std::move(volumes)) {
-    for (const auto& volume : volumes_) {
-        if (volume.isRemote)
-            remotes_.push_back(volume.mountPoint);
-    }
-}
+LinkRoutes::LinkRoutes(const FileSystem& files, FileUrl folder, Volumes::Source mounted)
+    : files_(files), folder_(std::move(folder)), mounted_(std::move(mounted)) {}
 
 std::optional<std::string> LinkRoutes::remoteVolume(std::string_view name) {
+    if (mounted_)
+        begin();
     if (remotes_.empty())
         return std::nullopt;
-    if (place_.empty())
-        locateFolder();
     Way way{.at = place_, .ahead = {std::string(name)}};
     return walk(way, Remote::stopBefore);
 }
 
-void LinkRoutes::locateFolder() {
+void LinkRoutes::begin() {
+    volumes_ = std::exchange(mounted_, nullptr)();
+    for (const auto& volume : volumes_) {
+        if (volume.isRemote)
+            remotes_.push_back(volume.mountPoint);
+    }
+    if (remotes_.empty())
+        return;
     Way way;
     putAhead(way.ahead, folder_.path());
     walk(way, Remote::enter);

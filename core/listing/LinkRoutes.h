@@ -17,9 +17,9 @@ namespace fennik {
 /// volume of the folder, which answers whoever lists it.
 class LinkRoutes {
 public:
-    /// `volumes` are those that are mounted; without any, all links count as local. Asks nothing
-    /// yet.
-    LinkRoutes(const FileSystem& files, FileUrl folder, std::vector<Volume> volumes);
+    /// `mounted` tells what is mounted, when the first link is asked about; without it, all links
+    /// count as local.
+    LinkRoutes(const FileSystem& files, FileUrl folder, Volumes::Source mounted);
 
     /// The mount point of the remote volume that somebody who follows the link `name` has to ask;
     /// none when there is none, and when it is the one that holds the folder.
@@ -33,18 +33,19 @@ private:
     };
     enum class Remote { enter, stopBefore };
 
-    /// Finds out where the folder really lies.
-    void locateFolder();
+    /// Finds out what is mounted, and where the folder really lies.
+    void begin();
     /// Goes to the end, or as far as it can; gives the mount point before which it stopped.
     std::optional<std::string> walk(Way& way, Remote remote);
     std::optional<std::string> remoteVolumeAt(std::string_view path) const;
 
     const FileSystem& files_;
     FileUrl folder_;
+    Volumes::Source mounted_; ///< empty once it was asked
     std::vector<Volume> volumes_;
-    std::vector<std::string> remotes_; ///< mount points
-    std::string place_;                ///< of the folder, without links; empty: not known yet
-    std::string home_;                 ///< the mount point of its volume
+    std::vector<std::string> remotes_;         ///< mount points
+    std::string place_;                        ///< of the folder, without links
+    std::string home_;                         ///< the mount point of its volume
     std::unordered_set<std::string> notLinks_; ///< found on the way
 };
 

@@ -87,7 +87,7 @@ std::string normalise(std::string_view text, const std::optional<FileUrl>& base,
 
 std::vector<std::string> suggestions(const FileSystem& files, std::string_view text,
                                      const std::optional<FileUrl>& base, const FileUrl& home,
-                                     IncludeHidden includeHidden, std::vector<Volume> volumes) {
+                                     IncludeHidden includeHidden, Volumes::Source mounted) {
     auto path = normalise(text, base, home);
     if (trimmed(text) == "~")
         path = closed(path);
@@ -113,7 +113,7 @@ std::vector<std::string> suggestions(const FileSystem& files, std::string_view t
     if (!DirectoryReader::read(files, folder, collect))
         return {};
     const auto below = closed(folder.path());
-    LinkRoutes routes(files, folder, std::move(volumes));
+    LinkRoutes routes(files, folder, std::move(mounted));
     for (auto& name : links) {
         const auto isFolder = [&files, path = below + name] {
             const auto status = files.status(path, FollowLinks::yes);

@@ -31,6 +31,6 @@ std::string normalise(std::string_view text, const std::optional<FileUrl>& base,
 /// disk only about links whose names fit, and suggests those to remote volumes unasked.
 std::vector<std::string> suggestions(const FileSystem& files, std::string_view text,
                                      const std::optional<FileUrl>& base, const FileUrl& home,
-                                     IncludeHidden includeHidden, std::vector<Volume> volumes = {});
+                                     IncludeHidden includeHidden, Volumes::Source mounted = {});
 
 } // namespace fennik::PathCompleter

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -18,6 +19,9 @@ struct Volume {
 };
 
 namespace Volumes {
+
+/// Tells what is mounted, as `mounted` does; on any thread.
+using Source = std::function<std::vector<Volume>()>;
 
 /// Everything that is mounted now. Asks the kernel's table, never a disk; empty where the system
 /// has no such table.

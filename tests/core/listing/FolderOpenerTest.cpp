@@ -62,8 +62,10 @@ TEST_F(FolderOpenerTest, classifiesEntries) {
 
 TEST_F(FolderOpenerTest, linksToVolumesThatMayNotAnswerAreNotFollowed) {
     const auto remote = temp.path("remote");
-    const std::vector<Volume> volumes{{.mountPoint = "/", .type = "ext4"},
-                                      {.mountPoint = remote, .type = "nfs", .isRemote = true}};
+    const auto volumes = [remote] {
+        return std::vector<Volume>{{.mountPoint = "/", .type = "ext4"},
+                                   {.mountPoint = remote, .type = "nfs", .isRemote = true}};
+    };
     temp.folder("remote");
     temp.folder("remote/inside");
     temp.link("remote/own", "inside");
