@@ -1,5 +1,6 @@
 // Reads what is in archives with Fennik, in this process and in a helper's, with a bare loop over
-// the library's headers and with the tools that are there:
+// the library's headers, in this process and as a program of its own, and with the tools that are
+// there:
 //   index_benchmark [options of Google Benchmark] ARCHIVE…
 #include "benchmarks/WholeRun.h"
 #include "core/archives/ArchiveIndex.h"
@@ -23,8 +24,31 @@ namespace {
 using namespace fennik;
 
 constexpr std::size_t bareBlock = 64U << 10U;
+/// Makes this program nothing but the bare loop over one archive.
+constexpr std::string_view bareOption = "--bare-loop";
+
+/// What the process that reads archives sets for itself, or every date asks the disk for the time
+/// zone. Only while it stands: the tools run as their user would run them.
+class KnownTimeZone {
+public:
+    KnownTimeZone() : wasKnown_(std::getenv("TZ") != nullptr) {
+        if (!wasKnown_)
+            setenv("TZ", ":/etc/localtime", 0);
+        tzset();
+    }
+    ~KnownTimeZone() {
+        if (!wasKnown_)
+            unsetenv("TZ");
+    }
+    KnownTimeZone(const KnownTimeZone&) = delete;
+    KnownTimeZone& operator=(const KnownTimeZone&) = delete;
+
+private:
+    bool wasKnown_;
+};
 
 std::int64_t filesWith(const ArchiveOpener& archives, const std::string& path) {
+    const KnownTimeZone timeZone;
     const FileUrl url(path);
     const ArchiveRequest request{.url = url, .wanted = std::vector<std::string>()};
     const auto stream = archives.open(request, [] { return false; });
@@ -37,6 +61,7 @@ std::int64_t filesWith(const ArchiveOpener& archives, const std::string& path) {
 }
 
 std::int64_t filesWithBareLoop(const std::string& path) {
+    const KnownTimeZone timeZone;
     const ArchiveLocale locale;
     auto* reader = archive_read_new();
     archive_read_support_filter_all(reader);
@@ -55,12 +80,12 @@ std::int64_t filesWithBareLoop(const std::string& path) {
 int main(int argumentCount, char** arguments) {
     if (argumentCount == 2 && arguments[1] == archiveHelperOption)
         return runArchiveHelper();
+    if (argumentCount == 3 && arguments[1] == bareOption)
+        return filesWithBareLoop(arguments[2]) > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+    const auto program = std::filesystem::canonical(arguments[0]).string();
     benchmark::Initialize(&argumentCount, arguments);
     if (argumentCount < 2)
         return EXIT_FAILURE;
-    // As the process that reads archives has it: else every date asks the disk for the time zone.
-    setenv("TZ", ":/etc/localtime", 0); // NOLINT(concurrency-mt-unsafe): there is one thread yet
-    tzset();
     const DirectArchives direct;
     const HelperArchives helped;
     for (int i = 1; i < argumentCount; ++i) {
@@ -74,6 +99,9 @@ int main(int argumentCount, char** arguments) {
         bench::addWholeRun(name + "/fennik", [&direct, path] { filesWith(direct, path); });
         bench::addWholeRun(name + "/helped", [&helped, path] { filesWith(helped, path); });
         bench::addWholeRun(name + "/bare", [path] { filesWithBareLoop(path); });
+        bench::addWholeRun(name + "/bare program", [program, path] {
+            bench::runTool({program, std::string(bareOption), path});
+        });
         if (name.ends_with(".zip"))
             bench::addTool(name + "/unzip", {"unzip", "-l", path});
         else if (name.ends_with(".7z"))
