@@ -1,12 +1,10 @@
 """Taking archives apart, by whole programs in turns."""
 import os
 import random
-import shutil
-import statistics
 import subprocess
-import time
 
 from table import AtLeast, AtMost
+from turns import Turns
 
 ENTRIES = 100_000
 ROUNDS = 3
@@ -22,33 +20,21 @@ def make_many_files(path):
     return path
 
 
-def milliseconds(command):
-    os.sync()
-    started = time.monotonic()
-    subprocess.run(command, check=True, env=os.environ | {"LC_ALL": "C.UTF-8"})
-    return (time.monotonic() - started) * 1000
-
-
 def measure_extraction(table, programs, workspace):
     table.section(f"Extracting {ENTRIES:,} entries, programs as a whole")
     source = make_many_files(os.path.join(workspace, "many files"))
-    target = os.path.join(workspace, "extracted")
+    turns = Turns(workspace)
     for extension in ("zip", "tar.gz"):
         archive = os.path.join(workspace, f"many.{extension}")
         subprocess.run([programs.benchmarks / "pack_once", extension, "6", archive, source],
                        check=True)
-        contestants = {"Fennik": [programs.benchmarks / "extract_once", archive, target],
-                       "bsdtar -xf": ["bsdtar", "-xf", archive, "-C", target]}
+        contestants = {
+            "Fennik": [[programs.benchmarks / "extract_once", archive, turns.target]],
+            "bsdtar -xf": [["bsdtar", "-xf", archive, "-C", turns.target]]}
         if extension == "zip":
-            contestants["unzip -q"] = ["unzip", "-q", archive, "-d", target]
-        times = {name: [] for name in contestants}
-        for _ in range(ROUNDS):
-            for name, command in contestants.items():
-                os.mkdir(target)
-                times[name].append(milliseconds(command))
-                shutil.rmtree(target)
-        medians = {name: statistics.median(values) for name, values in times.items()}
+            contestants["unzip -q"] = [["unzip", "-q", archive, "-d", turns.target]]
+        times = turns.medians(ROUNDS, contestants)
         targets = {"bsdtar -xf": AtMost(1.15), "unzip -q": AtLeast(1)}
         for name, goal in targets.items():
-            if name in medians:
-                table.add(extension, medians["Fennik"], name, medians[name], goal)
+            if name in times:
+                table.add(extension, times["Fennik"], name, times[name], goal)

@@ -3,12 +3,11 @@ import contextlib
 import os
 import re
 import shutil
-import statistics
 import subprocess
 import tempfile
-import time
 
 from table import AtLeast, AtMost, count, mebibytes
+from turns import Turns
 
 FILES = 20_000
 SMALL = os.urandom(4096)
@@ -53,24 +52,11 @@ class Transfers:
         self.once = programs.benchmarks / "transfer_once"
         self.bare = programs.benchmarks / "bare_copy"
         self.workspace = workspace
-        self.target = os.path.join(workspace, "target")
+        self.turns = Turns(workspace)
 
-    def medians(self, rounds, contestants, prepare=None):
-        """Milliseconds by name. Each contestant is a list of commands that share one time, and
-        finds an empty target, and what `prepare` has made."""
-        times = {name: [] for name in contestants}
-        for _ in range(rounds):
-            for name, commands in contestants.items():
-                os.mkdir(self.target)
-                if prepare:
-                    prepare()
-                os.sync()
-                started = time.monotonic()
-                for command in commands:
-                    subprocess.run(command, check=True, stdout=subprocess.DEVNULL)
-                times[name].append((time.monotonic() - started) * 1000)
-                shutil.rmtree(self.target)
-        return {name: statistics.median(values) for name, values in times.items()}
+    @property
+    def target(self):
+        return self.turns.target
 
     def copying(self, source, rounds, tools):
         name = os.path.basename(source)
@@ -81,7 +67,7 @@ class Transfers:
         known = {"cp": ["cp", "-a", source, self.target],
                  "rsync": ["rsync", "-a", source, self.target]}
         contestants |= {tool: [known[tool]] for tool in tools if shutil.which(tool)}
-        return self.medians(rounds, contestants)
+        return self.turns.medians(rounds, contestants)
 
     def calls(self, *arguments):
         """How often each system call is made by one transfer."""
@@ -129,7 +115,7 @@ def measure_copying(table, transfers, sources):
     os.mkdir(transfers.target)
     subprocess.run([transfers.once, "copy", transfers.target, sources.sparse], check=True)
     copied = os.stat(os.path.join(transfers.target, "sparse")).st_blocks * 512
-    shutil.rmtree(transfers.target)
+    transfers.turns.put_away()
     table.add("allocated of it", copied / MIB, "source",
               os.stat(sources.sparse).st_blocks * 512 / MIB, AtMost(1.01), mebibytes)
 
@@ -141,11 +127,10 @@ def measure_clones(table, transfers, sources):
             return
         shutil.copy(sources.large, place)
         source = os.path.join(place, "large")
-        transfers.target = os.path.join(place, "target")
-        times = transfers.medians(5, {
-            "fennik": [[transfers.once, "copy", transfers.target, source]]})
+        turns = Turns(place)
+        times = turns.medians(5, {
+            "fennik": [[transfers.once, "copy", turns.target, source]]})
         table.add("1 GiB, cloned", times["fennik"], "limit", 10, AtMost(1))
-    transfers.target = os.path.join(transfers.workspace, "target")
 
 
 def measure_moving(table, transfers):
@@ -157,7 +142,7 @@ def measure_moving(table, transfers):
         with open(item, "wb") as file:
             file.write(SMALL)
     calls = transfers.calls("move", transfers.target, *items)
-    shutil.rmtree(transfers.target)
+    transfers.turns.put_away()
     table.add("1,000 items: renameat2", calls["renameat2"], "items", len(items), AtMost(1),
               count)
     moving_data = sum(calls.get(name, 0) for name in ("write", "copy_file_range", "sendfile"))
@@ -169,7 +154,7 @@ def measure_moving(table, transfers):
             table.note("to another volume", "no other volume can be made here")
             return
         source = os.path.join(place, "tree")
-        times = transfers.medians(5, {
+        times = transfers.turns.medians(5, {
             "fennik": [[transfers.once, "move", transfers.target, source]],
             "cp": [["cp", "-a", source, transfers.target], ["sync"], ["rm", "-r", source]],
         }, prepare=lambda: make_small_files(source))
