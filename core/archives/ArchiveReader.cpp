@@ -434,7 +434,7 @@ ArchiveReader::open(int descriptor, const ArchiveRequest& request, IsCancelled i
 Result<std::optional<StreamEntry>> ArchiveReader::next() {
     const ArchiveLocale locale;
     // Filled where it is returned: a million entries are not to be moved about.
-    Result<std::optional<StreamEntry>> result(std::in_place, std::in_place);
+    Result<std::optional<StreamEntry>> result(std::in_place, StreamEntry{});
     for (;;) {
         const auto met = state_->nextHeader();
         if (!met) {
