@@ -1,9 +1,10 @@
 #include "core/operations/FolderNode.h"
 
+#include "core/platform/OwnProcess.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <ranges>
-#include <sys/resource.h>
 #include <utility>
 
 namespace fennik {
@@ -22,10 +23,7 @@ bool isOutOfDescriptors(const PosixError& error) {
 
 std::size_t OpenFolders::usualLimit() {
     // A part of what the process may have open at most, as others need theirs too.
-    rlimit descriptors{};
-    if (getrlimit(RLIMIT_NOFILE, &descriptors) != 0)
-        return leastLimit;
-    return std::clamp<std::size_t>(descriptors.rlim_cur / 5, leastLimit, mostLimit);
+    return std::clamp(OwnProcess::mostOpenFiles() / 5, leastLimit, mostLimit);
 }
 
 void OpenFolders::use(FolderNode& node) {

@@ -31,6 +31,9 @@ bool readAll(std::span<std::byte> bytes);
 /// False where nobody reads the standard output any more.
 bool writeAll(std::span<const std::byte> bytes);
 
+/// How many files it may have open; 0 where that cannot be told.
+std::size_t mostOpenFiles();
+
 /// Of a clock that never goes back, exact to some milliseconds. Costs next to nothing.
 std::chrono::milliseconds roughTime();
 

@@ -83,6 +83,11 @@ bool writeAll(std::span<const std::byte> bytes) {
     return true;
 }
 
+std::size_t mostOpenFiles() {
+    rlimit limit{};
+    return getrlimit(RLIMIT_NOFILE, &limit) == 0 ? limit.rlim_cur : 0;
+}
+
 void renounce() {
     signal(SIGPIPE, SIG_IGN);
     setSoftLimit(RLIMIT_CORE, 0);
