@@ -3,7 +3,6 @@
 #include "core/archives/ArchiveSupport.h"
 #include "core/archives/EntryPath.h"
 #include "core/archives/EntryTraits.h"
-#include "core/archives/EntryWriter.h"
 #include "core/base/CzechText.h"
 #include "core/platform/ItemCopy.h"
 #include "core/platform/NewItems.h"
@@ -52,6 +51,7 @@ ArchiveExtraction::ArchiveExtraction(const Surroundings& surroundings, const Ext
       selection_(what.selection),
       placing_(
           ledger_, [this](const FileStatus& there) { return objection(there); },
+          [this] { completer_.finish(); },
           [this](const FileIdentity& folder) {
               if (folders_)
                   folders_->forget(folder);
@@ -78,7 +78,9 @@ bool ArchiveExtraction::run() {
         return true;
     }
     takeEntries(std::move(first));
+    completeAll();
     takeWhatWaits();
+    completeAll();
     if (folders_)
         folders_->finish();
     return !isStopped_;
@@ -123,17 +125,26 @@ bool ArchiveExtraction::isAsSeen() const {
     return !index_ || index_->facts().isOfSameFile(stream_->facts());
 }
 
+void ArchiveExtraction::completeAll() {
+    completer_.finish();
+    noticeFullDisk();
+}
+
+void ArchiveExtraction::noticeFullDisk() {
+    if (isOver_ || !disk_.isFull())
+        return;
+    ledger_.failed("Na disku už není místo, zbytek archivu " +
+                   quoted(what_.archive.lastComponent()) + " zůstal nerozbalený.");
+    isOver_ = true;
+}
+
 void ArchiveExtraction::takeEntries(EntryStream::Result<std::optional<StreamEntry>> met) {
     while (met) {
         const auto& entry = *met;
         if (!entry || !goesOn())
             return;
         charge(entry->entry.path, [&] { take(*entry); });
-        if (disk_.isFull()) {
-            ledger_.failed("Na disku už není místo, zbytek archivu " +
-                           quoted(what_.archive.lastComponent()) + " zůstal nerozbalený.");
-            isOver_ = true;
-        }
+        noticeFullDisk();
         if (isStopped_ || isOver_)
             return;
         met = stream_->next();
@@ -184,6 +195,7 @@ void ArchiveExtraction::takeForLink(const StreamEntry& met) {
         return;
     ledger_.recount({}, {.bytes = asLink.entry.size, .files = 1});
     takeFile(asLink, base);
+    completer_.finish();
     if (const auto file = written_.find(asLink.entry.path); file != written_.end())
         written_.insert_or_assign(met.entry.path, WrittenFile(file->second));
 }
@@ -265,14 +277,51 @@ void ArchiveExtraction::writeFile(const StreamEntry& met, std::size_t base,
     const auto node = folder->node;
     context_.setCurrentName(nameOf(entry));
     EntryWriter writer(ledger_, disk_, *stream_, met, first);
-    const auto outcome = place(entry, node, [&](const OpenFolder& held, const std::string& name) {
-        const auto wrote = writer.write(*node, held, name);
-        if (wrote == Made::done && canHaveHardLinks(stream_->facts()))
-            written_.insert_or_assign(entry.path, WrittenFile{node, name, writer.identity()});
-        return wrote;
-    });
+    const auto outcome =
+        place(entry, node, [&](const FolderNode::Held& held, const std::string& name) {
+            auto filled = writer.write(*node, held, name);
+            if (!filled)
+                return filled.error();
+            const WrittenFile file{node, name, filled->work.file.identity()};
+            return complete(entry, file, *std::move(filled));
+        });
     if (outcome == Outcome::skipped)
         ledger_.skipped(entry.size);
+}
+
+Made ArchiveExtraction::complete(const ArchiveEntry& entry, const WrittenFile& file,
+                                 EntryWriter::Filled filled) {
+    auto onEnd = [this, entry, file, missing = filled.missing](const FileCompleter::End& end) {
+        ledger_.accounted(missing);
+        charge(entry.path, [&] { account(entry, file, end); });
+    };
+    if (filled.mayWait) {
+        completer_.completeLater(std::move(filled.work), std::move(onEnd));
+        return Made::done;
+    }
+    const auto end = FileCompleter::complete(std::move(filled.work));
+    onEnd(end);
+    return end.failure ? Made::failed : Made::done;
+}
+
+void ArchiveExtraction::account(const ArchiveEntry& entry, const WrittenFile& file,
+                                const FileCompleter::End& end) {
+    const auto url = file.folder->url().appending(file.name);
+    if (end.leftover)
+        EntryWriter::tellLeftover(ledger_, url, *end.leftover);
+    if (end.failure) {
+        // Once the disk is full, one sentence says so of all others.
+        const bool isOneOfTheRest = disk_.isFull() && FullDisk::isReason(*end.failure);
+        disk_.failed(*end.failure);
+        if (!isOneOfTheRest)
+            ledger_.failed(quoted(nameOf(entry)) + ": " + end.failure->reason());
+        return;
+    }
+    disk_.tookOne();
+    ledger_.filesDone(1);
+    context_.addStep(UndoSteps::Created{url});
+    if (canHaveHardLinks(stream_->facts()))
+        written_.insert_or_assign(entry.path, file);
 }
 
 void ArchiveExtraction::takeFolder(const ArchiveEntry& entry, std::size_t base) {
@@ -318,9 +367,10 @@ void ArchiveExtraction::takeLink(const ArchiveEntry& entry, std::size_t base) {
         return;
     const auto node = folder->node;
     context_.setCurrentName(nameOf(entry));
-    const auto outcome = place(entry, node, [&](const OpenFolder& held, const std::string& name) {
-        return makeLink(entry, node, held, name);
-    });
+    const auto outcome =
+        place(entry, node, [&](const FolderNode::Held& held, const std::string& name) {
+            return makeLink(entry, node, *held, name);
+        });
     if (outcome == Outcome::skipped)
         ledger_.skipped(0);
 }
@@ -464,9 +514,10 @@ std::optional<std::string> ArchiveExtraction::ownFolderName() const {
 
 template <class Work>
 void ArchiveExtraction::charge(std::string_view path, Work work) {
-    const auto before = ledger_.failures();
+    // What fails while the work waits for others' ends is charged to those.
+    const auto before = ledger_.failures() - charged_;
     work();
-    const auto failures = ledger_.failures() - before;
+    const auto failures = ledger_.failures() - charged_ - before;
     const auto base = selection_.baseLength(path);
     if (failures == 0 || !base)
         return;

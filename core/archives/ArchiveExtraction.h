@@ -2,7 +2,9 @@
 
 #include "core/archives/ArchiveExtractor.h"
 #include "core/archives/EntrySelection.h"
+#include "core/archives/EntryWriter.h"
 #include "core/archives/ExtractionFolders.h"
+#include "core/archives/FileCompleter.h"
 #include "core/archives/FullDisk.h"
 #include "core/archives/NamePlacing.h"
 #include "core/archives/UnlockingStream.h"
@@ -63,6 +65,10 @@ private:
     std::optional<std::vector<std::string>> wanted() const;
     bool isAsSeen() const;
 
+    /// Waits for the files that are being completed.
+    void completeAll();
+    void noticeFullDisk();
+
     void takeEntries(EntryStream::Result<std::optional<StreamEntry>> met);
     void take(const StreamEntry& met);
     /// An entry that was not selected, where another name of it was.
@@ -71,6 +77,10 @@ private:
     /// Read before anything gives way to the entry. None after a failure, which has been told.
     std::optional<EntryStream::Block> firstData(const ArchiveEntry& entry);
     void writeFile(const StreamEntry& met, std::size_t base, const EntryStream::Block& first);
+    /// Now or later, as the file allows.
+    NamePlacing::Made complete(const ArchiveEntry& entry, const WrittenFile& file,
+                               EntryWriter::Filled filled);
+    void account(const ArchiveEntry& entry, const WrittenFile& file, const FileCompleter::End& end);
     void takeFolder(const ArchiveEntry& entry, std::size_t base);
     /// Writes the file that the link is another name of, where its data comes only now.
     void takeDataOfLink(const ArchiveEntry& entry);
@@ -121,6 +131,7 @@ private:
     /// Files without data that may get some yet, by their paths.
     std::map<std::string, Later> empty_ = {};
     FullDisk disk_ = {};
+    FileCompleter completer_ = {};
     std::unordered_set<std::string> failedPaths_ = {}; ///< of those that were selected
     std::size_t charged_ = 0;                          ///< failures that are the fault of one entry
     int refused_ = 0;

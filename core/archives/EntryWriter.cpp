@@ -10,6 +10,12 @@
 
 namespace fennik {
 
+namespace {
+
+constexpr std::int64_t largestSmall = 64 << 10;
+
+} // namespace
+
 EntryWriter::EntryWriter(TransferLedger& ledger, FullDisk& disk, EntryStream& stream,
                          const StreamEntry& entry, const EntryStream::Block& first)
     : ledger_(ledger),
@@ -17,36 +23,43 @@ EntryWriter::EntryWriter(TransferLedger& ledger, FullDisk& disk, EntryStream& st
       stream_(stream),
       entry_(entry),
       block_(first),
+      isSmall_(entry.declaresSize && entry.entry.size <= largestSmall),
       expected_(entry.entry.size) {}
 
-EntryWriter::Made EntryWriter::write(const FolderNode& folder, const OpenFolder& held,
-                                     const std::string& name) {
-    auto file = NewFile::make(held, name);
-    if (!file && file.error().code == EEXIST)
-        return Made::taken;
+std::expected<EntryWriter::Filled, EntryWriter::Made>
+EntryWriter::write(const FolderNode& folder, const FolderNode::Held& held,
+                   const std::string& name) {
+    auto file = NewFile::make(*held, name);
+    if (!file && file.error().code == EEXIST) {
+        wasTaken_ = true;
+        return std::unexpected(Made::taken);
+    }
     if (!file) {
         ledger_.failed(failure(file.error()).sentence);
-        return Made::failed;
+        return std::unexpected(Made::failed);
     }
-    identity_ = file->identity();
-    if (const auto why = fill(*file)) {
-        discard(*file, folder, name);
+    const auto& entry = entry_.entry;
+    Work work{.file = *std::move(file),
+              .folder = held,
+              .mode = plainMode(entry),
+              .modified = entry.modified};
+    if (const auto why = fill(work)) {
+        if (const auto removed = work.file.discard(); !removed)
+            tellLeftover(ledger_, folder.url().appending(name), removed.error());
         if (why->how == Made::failed) {
             ledger_.accounted(expected_ - written_);
             ledger_.failed(why->sentence);
         }
-        return why->how;
+        return std::unexpected(why->how);
     }
-    disk_.tookOne();
-    ledger_.accounted(expected_ - written_);
-    ledger_.filesDone(1);
-    ledger_.context().addStep(UndoSteps::Created{folder.url().appending(name)});
-    return Made::done;
+    return Filled{.work = std::move(work),
+                  .mayWait = isSmall_ && !wasTaken_,
+                  .missing = expected_ - written_};
 }
 
-std::optional<EntryWriter::Failure> EntryWriter::fill(NewFile& file) {
+std::optional<EntryWriter::Failure> EntryWriter::fill(Work& work) {
     while (!block_.bytes.empty()) {
-        if (auto why = fillBlock(file, block_))
+        if (auto why = fillBlock(work, block_))
             return why;
         if (ledger_.context().checkpoint() == Checkpoint::stop)
             return Failure{Made::stopped};
@@ -55,18 +68,15 @@ std::optional<EntryWriter::Failure> EntryWriter::fill(NewFile& file) {
             return failure(next.error());
         block_ = *next;
     }
-    const auto size = std::max(end_, block_.offset);
-    if (entry_.declaresSize && size > entry_.entry.size)
+    work.size = std::max(end_, block_.offset);
+    if (entry_.declaresSize && work.size > entry_.entry.size)
         return failure("v archivu je víc dat, než kolik uvádí.");
-    if (entry_.declaresSize && size < entry_.entry.size)
+    if (entry_.declaresSize && work.size < entry_.entry.size)
         return failure("data v archivu jsou neúplná.");
-    const auto& entry = entry_.entry;
-    if (const auto done = file.finish(size, plainMode(entry), entry.modified); !done)
-        return failure(done.error());
     return std::nullopt;
 }
 
-std::optional<EntryWriter::Failure> EntryWriter::fillBlock(NewFile& file,
+std::optional<EntryWriter::Failure> EntryWriter::fillBlock(Work& work,
                                                            const EntryStream::Block& block) {
     const auto count = static_cast<std::int64_t>(block.bytes.size());
     // What opens the archive may be in the hands of whoever has made it.
@@ -74,7 +84,7 @@ std::optional<EntryWriter::Failure> EntryWriter::fillBlock(NewFile& file,
         return failure("data v archivu nenavazují.");
     if (entry_.declaresSize && block.offset + count > entry_.entry.size)
         return failure("v archivu je víc dat, než kolik uvádí.");
-    if (const auto done = file.write(block.offset, block.bytes); !done)
+    if (const auto done = put(work, block); !done)
         return failure(done.error());
     end_ = block.offset + count;
     written_ += count;
@@ -84,6 +94,15 @@ std::optional<EntryWriter::Failure> EntryWriter::fillBlock(NewFile& file,
     }
     ledger_.written(count);
     return std::nullopt;
+}
+
+OpenFolder::Result<void> EntryWriter::put(Work& work, const EntryStream::Block& block) const {
+    if (!isSmall_)
+        return work.file.write(block.offset, block.bytes);
+    const auto offset = static_cast<std::size_t>(block.offset);
+    work.content.resize(offset); // what lies between two blocks is zeros
+    work.content.insert(work.content.end(), block.bytes.begin(), block.bytes.end());
+    return {};
 }
 
 EntryWriter::Failure EntryWriter::failure(const std::string& what) const {
@@ -101,13 +120,10 @@ EntryWriter::Failure EntryWriter::failure(const ArchiveError& error) const {
     return {Made::failed, sentenceOf(entry_.entry, error)};
 }
 
-void EntryWriter::discard(const NewFile& file, const FolderNode& folder, const std::string& name) {
-    const auto removed = file.discard();
-    if (removed)
-        return;
-    ledger_.context().addStep(UndoSteps::Created{folder.url().appending(name)});
-    ledger_.failed("Rozpracovaný soubor " + quoted(name) +
-                   " nejde odstranit: " + removed.error().reason());
+void EntryWriter::tellLeftover(TransferLedger& ledger, const FileUrl& file, const PosixError& why) {
+    ledger.context().addStep(UndoSteps::Created{file});
+    ledger.failed("Rozpracovaný soubor " + quoted(file.lastComponent()) +
+                  " nejde odstranit: " + why.reason());
 }
 
 } // namespace fennik

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "core/archives/EntryStream.h"
+#include "core/archives/FileCompleter.h"
 #include "core/archives/FullDisk.h"
 #include "core/archives/NamePlacing.h"
 #include "core/operations/FolderNode.h"
 #include "core/operations/TransferLedger.h"
-#include "core/platform/NewItems.h"
 
 #include <cstdint>
+#include <expected>
 #include <optional>
 #include <string>
 
@@ -18,38 +19,49 @@ namespace fennik {
 class EntryWriter {
 public:
     using Made = NamePlacing::Made;
+    /// A file with all of its data.
+    struct Filled {
+        FileCompleter::Work work;
+        bool mayWait = false;     ///< nothing hangs on how it ends
+        std::int64_t missing = 0; ///< of the bytes that the job has counted
+    };
 
     /// `first` is the first data of the entry, which was read from the stream.
     EntryWriter(TransferLedger& ledger, FullDisk& disk, EntryStream& stream,
                 const StreamEntry& entry, const EntryStream::Block& first);
 
-    /// Into the folder, which is held open. The data is untouched where the name is taken.
-    Made write(const FolderNode& folder, const OpenFolder& held, const std::string& name);
-    /// Of the file that was written.
-    const FileIdentity& identity() const { return identity_; }
+    /// Into the folder. The data is untouched where the name is taken.
+    std::expected<Filled, Made> write(const FolderNode& folder, const FolderNode::Held& held,
+                                      const std::string& name);
+
+    /// The system cannot remove what is left of a file that has failed.
+    static void tellLeftover(TransferLedger& ledger, const FileUrl& file, const PosixError& why);
 
 private:
+    using Work = FileCompleter::Work;
+
     /// Why the data cannot be written to its end.
     struct Failure {
         Made how = Made::failed;
         std::string sentence = {};
     };
-    std::optional<Failure> fill(NewFile& file);
-    std::optional<Failure> fillBlock(NewFile& file, const EntryStream::Block& block);
+    std::optional<Failure> fill(Work& work);
+    std::optional<Failure> fillBlock(Work& work, const EntryStream::Block& block);
+    OpenFolder::Result<void> put(Work& work, const EntryStream::Block& block) const;
     Failure failure(const std::string& what) const;
     Failure failure(const PosixError& error);
     Failure failure(const ArchiveError& error) const;
-    void discard(const NewFile& file, const FolderNode& folder, const std::string& name);
 
     TransferLedger& ledger_;
     FullDisk& disk_;
     EntryStream& stream_;
     const StreamEntry& entry_;
     EntryStream::Block block_;
-    FileIdentity identity_ = {};
-    std::int64_t expected_; ///< bytes, as the job has counted them
-    std::int64_t written_ = 0;
-    std::int64_t end_ = 0; ///< of the data so far, with its holes
+    const bool isSmall_;       ///< all of its data is at hand before any is written
+    bool wasTaken_ = false;    ///< its name, by something that may have to come back
+    std::int64_t expected_;    ///< bytes, as the job has counted them
+    std::int64_t written_ = 0; ///< or at hand
+    std::int64_t end_ = 0;     ///< of the data so far, with its holes
 };
 
 } // namespace fennik

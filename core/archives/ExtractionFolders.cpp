@@ -85,14 +85,15 @@ ExtractionFolders::Folder& ExtractionFolders::child(Folder& parent, std::string_
         if (!isRecorded)
             folder.look.reset();
     }
-    const auto placed = placing_.place({.folder = parent.node,
-                                        .name = std::string(name),
-                                        .isFolder = true,
-                                        .clash = clash,
-                                        .newcomer = [&] { return newcomer_(std::string(path)); }},
-                                       [&](const OpenFolder& held, const std::string& itsName) {
-                                           return make(folder, parent.node, held, itsName);
-                                       });
+    const auto placed =
+        placing_.place({.folder = parent.node,
+                        .name = std::string(name),
+                        .isFolder = true,
+                        .clash = clash,
+                        .newcomer = [&] { return newcomer_(std::string(path)); }},
+                       [&](const FolderNode::Held& held, const std::string& itsName) {
+                           return make(folder, parent.node, *held, itsName);
+                       });
     switch (placed.outcome) {
     case NamePlacing::Outcome::made:
         folder.state = State::open;

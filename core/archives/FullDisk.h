@@ -10,8 +10,12 @@ namespace fennik {
 /// items.
 class FullDisk {
 public:
+    static bool isReason(const PosixError& error) {
+        return error.code == ENOSPC || error.code == EDQUOT;
+    }
+
     void failed(const PosixError& error) {
-        if (error.code == ENOSPC || error.code == EDQUOT)
+        if (isReason(error))
             ++times_;
     }
     /// There was room for an item.

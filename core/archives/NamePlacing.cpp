@@ -28,7 +28,7 @@ NamePlacing::Placed NamePlacing::place(const Item& item, const Make& make) {
             return fail(folder.error());
         if (attempt.numbers)
             attempt.name = UniqueName::free(item.name, **folder);
-        switch (const auto made = make(**folder, attempt.name)) {
+        switch (const auto made = make(*folder, attempt.name)) {
         case Made::done:
             return {Outcome::made, std::move(attempt.name)};
         case Made::failed:
@@ -48,6 +48,7 @@ NamePlacing::Placed NamePlacing::place(const Item& item, const Make& make) {
 std::optional<NamePlacing::Outcome> NamePlacing::settle(const Item& item, Attempt& attempt) {
     // What was displaced stays in the trash, as its place belongs to another one now.
     attempt.displaced.reset();
+    complete_();
     const auto folder = item.folder->open();
     const auto there = folder ? (*folder)->status(attempt.name) : std::unexpected(folder.error());
     if (!there && there.error().code == ENOENT)

@@ -21,7 +21,7 @@ public:
         stopped,
     };
     /// Makes the item under a name that must be free.
-    using Make = std::function<Made(const OpenFolder& folder, const std::string& name)>;
+    using Make = std::function<Made(const FolderNode::Held& folder, const std::string& name)>;
     enum class Outcome {
         made,
         merged, ///< a folder of that name is there
@@ -45,11 +45,17 @@ public:
         /// What the user is told of it.
         std::function<NameClash::Newcomer()> newcomer = {};
     };
+    /// Completes what has its name already, before what has a name is looked at.
+    using Complete = std::function<void()>;
     /// Told of a folder that has given way to another item, and lies in the trash now.
     using OnDisplaced = std::function<void(const FileIdentity& folder)>;
 
-    NamePlacing(TransferLedger& ledger, NameClash::Objection objection, OnDisplaced onDisplaced)
-        : ledger_(ledger), objection_(std::move(objection)), onDisplaced_(std::move(onDisplaced)) {}
+    NamePlacing(TransferLedger& ledger, NameClash::Objection objection, Complete complete,
+                OnDisplaced onDisplaced)
+        : ledger_(ledger),
+          objection_(std::move(objection)),
+          complete_(std::move(complete)),
+          onDisplaced_(std::move(onDisplaced)) {}
 
     Placed place(const Item& item, const Make& make);
 
@@ -66,6 +72,7 @@ private:
 
     TransferLedger& ledger_;
     NameClash::Objection objection_;
+    Complete complete_;
     OnDisplaced onDisplaced_;
 };
 

@@ -1,0 +1,117 @@
+#include "core/archives/FileCompleter.h"
+
+#include "core/platform/OwnProcess.h"
+
+#include <algorithm>
+#include <iterator>
+#include <system_error>
+#include <utility>
+
+namespace fennik {
+
+namespace {
+
+/// So many files may wait, which are open: a part of what the process may have open at most, as
+/// others need theirs too.
+std::size_t mostWaiting() {
+    constexpr std::size_t most = 32;
+    return std::clamp<std::size_t>(OwnProcess::mostOpenFiles() / 10, 1, most);
+}
+
+} // namespace
+
+FileCompleter::FileCompleter() : mostWaiting_(mostWaiting()) {}
+
+FileCompleter::~FileCompleter() {
+    {
+        std::unique_lock lock(mutex_);
+        while (completeNext(lock)) {
+        }
+        isOver_ = true;
+    }
+    hasWork_.notify_one();
+    if (thread_.joinable())
+        thread_.join();
+}
+
+FileCompleter::End FileCompleter::complete(Work work) {
+    auto& file = work.file;
+    auto done = file.write(0, work.content);
+    if (done)
+        done = file.finish(work.size, work.mode, work.modified);
+    if (done)
+        return {};
+    const auto removed = file.discard();
+    return {.failure = done.error(),
+            .leftover = removed ? std::nullopt : std::optional(removed.error())};
+}
+
+void FileCompleter::completeLater(Work work, OnEnd onEnd) {
+    collect();
+    begin();
+    {
+        std::unique_lock lock(mutex_);
+        if (items_.size() >= mostWaiting_ && !completeNext(lock))
+            hasEnd_.wait(lock, [this] { return items_.front().end.has_value(); });
+        items_.push_back({.work = std::move(work), .onEnd = std::move(onEnd)});
+        if (next_ == items_.end())
+            next_ = std::prev(items_.end());
+    }
+    hasWork_.notify_one();
+}
+
+void FileCompleter::collect() {
+    std::unique_lock lock(mutex_);
+    while (!items_.empty() && items_.front().end) {
+        const auto item = std::move(items_.front());
+        items_.pop_front();
+        lock.unlock();
+        item.onEnd(*item.end);
+        lock.lock();
+    }
+}
+
+void FileCompleter::finish() {
+    {
+        std::unique_lock lock(mutex_);
+        while (completeNext(lock)) {
+        }
+        hasEnd_.wait(lock, [this] {
+            return std::ranges::all_of(items_,
+                                       [](const Item& item) { return item.end.has_value(); });
+        });
+    }
+    collect();
+}
+
+void FileCompleter::begin() {
+    if (std::exchange(hasBegun_, true))
+        return;
+    try {
+        thread_ = std::thread([this] { run(); });
+    } catch (const std::system_error&) {
+        // Then the one thread does it all.
+    }
+}
+
+void FileCompleter::run() {
+    std::unique_lock lock(mutex_);
+    while (!isOver_) {
+        if (!completeNext(lock))
+            hasWork_.wait(lock, [this] { return isOver_ || next_ != items_.end(); });
+    }
+}
+
+bool FileCompleter::completeNext(std::unique_lock<std::mutex>& lock) {
+    if (next_ == items_.end())
+        return false;
+    auto& item = *next_++;
+    lock.unlock();
+    const auto end = complete(std::move(item.work));
+    lock.lock();
+    item.end = end;
+    hasEnd_.notify_one();
+    return true;
+}
+
+} // namespace fennik
