@@ -336,10 +336,10 @@ void ArchiveExtraction::takeFolder(const ArchiveEntry& entry, std::size_t base) 
 }
 
 void ArchiveExtraction::takeWhatWaits() {
-    for (const auto& [path, file] : empty_) {
+    for (const auto& empty : empty_) {
         if (!goesOn() || disk_.isFull())
             return;
-        charge(path, [&] {
+        charge(empty.first, [this, &file = empty.second] {
             if (!isPassedOver(file.entry, file.base))
                 writeFile({.entry = file.entry}, file.base, {});
         });

@@ -29,9 +29,10 @@ EntryStream::Result<std::shared_ptr<const ArchiveIndex>> ArchiveIndex::read(Entr
         auto met = stream.next();
         if (!met)
             return std::unexpected(std::move(met.error()));
-        if (!*met)
+        const auto& next = *met;
+        if (!next)
             break;
-        const auto& entry = **met;
+        const auto& entry = *next;
         hasForeignNames = hasForeignNames || (entry.hasForeignName && !entry.isRefused);
         if (entry.isRefused) {
             ++tree->refused;

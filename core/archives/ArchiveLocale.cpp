@@ -10,8 +10,8 @@ namespace {
 
 /// None where the system has no such locale, or it is not of UTF-8.
 locale_t utf8Locale(const char* name) {
-    const auto base = duplocale(LC_GLOBAL_LOCALE);
-    const auto result = newlocale(LC_CTYPE_MASK, name, base);
+    auto* const base = duplocale(LC_GLOBAL_LOCALE);
+    auto* const result = newlocale(LC_CTYPE_MASK, name, base);
     if (result == nullptr)
         freelocale(base);
     if (result == nullptr || std::strcmp(nl_langinfo_l(CODESET, result), "UTF-8") == 0)
@@ -25,7 +25,7 @@ locale_t utf8Locale(const char* name) {
 locale_t anyUtf8Locale() {
     constexpr std::array names = {"C.UTF-8", "POSIX.UTF-8", "cs_CZ.UTF-8", "en_US.UTF-8", ""};
     for (const char* name : names)
-        if (const auto found = utf8Locale(name))
+        if (auto* const found = utf8Locale(name))
             return found;
     return nullptr;
 }
@@ -33,7 +33,7 @@ locale_t anyUtf8Locale() {
 } // namespace
 
 ArchiveLocale::ArchiveLocale() {
-    static const auto utf8 = anyUtf8Locale();
+    static auto* const utf8 = anyUtf8Locale();
     before_ = uselocale(utf8);
 }
 

@@ -242,7 +242,7 @@ struct ArchiveReader::State {
     std::optional<ArchiveError> open();
     Result<archive_entry*> nextHeader();
     void learnFormat();
-    bool isEmptyCompressedFile();
+    bool isEmptyCompressedFile() const;
     StreamEntry emptyFile() const;
     bool convert(archive_entry* met, StreamEntry& result) const;
     std::string madeUpPath() const;
@@ -313,7 +313,7 @@ void ArchiveReader::State::learnFormat() {
 }
 
 /// The library takes what was compressed without data for an archive without entries.
-bool ArchiveReader::State::isEmptyCompressedFile() {
+bool ArchiveReader::State::isEmptyCompressedFile() const {
     constexpr int filtersOfNone = 1;
     return allowsRaw && entries == 0 && archive_format(reader.get()) == ARCHIVE_FORMAT_EMPTY &&
            archive_filter_count(reader.get()) > filtersOfNone;
@@ -433,27 +433,21 @@ ArchiveReader::open(int descriptor, const ArchiveRequest& request, IsCancelled i
 
 Result<std::optional<StreamEntry>> ArchiveReader::next() {
     const ArchiveLocale locale;
-    // Filled where it is returned: a million entries are not to be moved about.
-    Result<std::optional<StreamEntry>> result(std::in_place, StreamEntry{});
     for (;;) {
         const auto met = state_->nextHeader();
-        if (!met) {
-            result = std::unexpected(met.error());
-            return result;
-        }
-        if (*met == nullptr && !state_->isEmptyCompressedFile()) {
-            result->reset();
-            return result;
-        }
+        if (!met)
+            return std::unexpected(met.error());
+        if (*met == nullptr && !state_->isEmptyCompressedFile())
+            return std::nullopt;
         state_->entries += 1;
         state_->dataEnd = 0;
         if (*met == nullptr) {
             state_->facts.formatFamily = ArchiveFamily::raw;
-            *result = state_->emptyFile();
-            return result;
+            return state_->emptyFile();
         }
-        if (state_->convert(*met, **result))
-            return result;
+        StreamEntry entry;
+        if (state_->convert(*met, entry))
+            return entry;
     }
 }
 

@@ -29,7 +29,7 @@ std::optional<std::string> archiveExtension(std::string_view fileName) {
     const auto dot = lowered.rfind('.');
     if (dot == std::string::npos || dot == 0)
         return std::nullopt;
-    const auto extension = lowered.substr(dot + 1);
+    auto extension = lowered.substr(dot + 1);
     if (std::ranges::find(extensions, extension) == extensions.end())
         return std::nullopt;
     return extension;

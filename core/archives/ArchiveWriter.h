@@ -43,8 +43,8 @@ public:
     /// they are through with what they have, which for .xz may take seconds.
     ~ArchiveWriter();
 
-    Result<void> begin(const PackedEntry& entry);
-    /// More of the data of that entry: in the end exactly its size.
+    Result<void> begin(const PackedEntry& item);
+    /// More of the data of that item: in the end exactly its size.
     Result<void> write(std::span<const std::byte> bytes);
     Result<void> finish();
 

@@ -13,7 +13,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
-#include <optional>
+#include <memory>
 #include <span>
 #include <string>
 #include <thread>
@@ -68,7 +68,7 @@ private:
     PackPlace place_;
     PackItems items_;
     std::int64_t totalBytes_ = 0;
-    std::optional<ArchiveWriter> writer_;
+    std::unique_ptr<ArchiveWriter> writer_;
     std::vector<std::byte> buffer_ = std::vector<std::byte>(chunkSize);
 };
 
@@ -134,7 +134,7 @@ bool Packing::writeAll(UnfinishedFile& file) {
     });
     if (!writer)
         return fail(writer.error());
-    writer_.emplace(std::move(*writer));
+    writer_ = std::make_unique<ArchiveWriter>(*std::move(writer));
     bool isWritten = true;
     for (std::size_t i = 0; i < items_.size() && isWritten; ++i)
         isWritten = goesOn() && writeItem(items_[i]);

@@ -66,7 +66,7 @@ void FileCompleter::collect() {
         const auto item = std::move(items_.front());
         items_.pop_front();
         lock.unlock();
-        item.onEnd(*item.end);
+        item.onEnd(item.end.value_or(End{}));
         lock.lock();
     }
 }
@@ -90,7 +90,8 @@ void FileCompleter::begin() {
     try {
         thread_ = std::thread([this] { run(); });
     } catch (const std::system_error&) {
-        // Then the one thread does it all.
+        // No further thread is to be had, so this one does all the work.
+        return;
     }
 }
 

@@ -10,8 +10,6 @@ namespace fennik {
 
 namespace {
 
-using std::string_view_literals::operator""sv;
-
 /// The first of equally good ones is taken.
 constexpr std::array candidates = {"windows-1250", "IBM852",       "ISO-8859-2",
                                    "IBM866",       "windows-1251", "KOI8-R"};

@@ -81,9 +81,10 @@ public:
     template <class Choice>
     Choice choice(Choice last) {
         const auto value = number<std::uint8_t>();
-        if (value > static_cast<std::uint8_t>(last))
-            spoil();
-        return static_cast<Choice>(isSpoilt_ ? 0 : value);
+        if (value <= static_cast<std::uint8_t>(last))
+            return static_cast<Choice>(value);
+        spoil();
+        return Choice{};
     }
     std::string text();
     std::span<const std::byte> rest() { return take(left_.size()); }

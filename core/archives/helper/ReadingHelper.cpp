@@ -75,12 +75,15 @@ public:
             return HelperExit::abandoned;
         auto met = stream_->next();
         tellFacts(); // by now they are complete
-        while (met && met->has_value()) {
-            if (!tell(met->value()))
+        while (met) {
+            const auto& entry = *met;
+            if (!entry)
+                return endWithAll();
+            if (!tell(*entry))
                 return HelperExit::abandoned;
             met = stream_->next();
         }
-        return met ? endWithAll() : endWith(met.error());
+        return endWith(met.error());
     }
 
 private:

@@ -22,7 +22,6 @@ namespace {
 using testing::AnyOf;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::StartsWith;

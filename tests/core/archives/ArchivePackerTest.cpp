@@ -18,7 +18,6 @@ namespace fennik::test {
 
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -232,6 +231,7 @@ TEST_F(ArchivePackerTest, whatIsNoFileIsLeftOutAndNeverWaitedFor) {
     temp.file("from/s/soubor", "x");
     ASSERT_EQ(mkfifo(from("s/roura").path().c_str(), 0600), 0);
     const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_GE(descriptor, 0);
     sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
     from("s/zásuvka").path().copy(address.sun_path, sizeof(address.sun_path) - 1);
     ASSERT_EQ(bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);

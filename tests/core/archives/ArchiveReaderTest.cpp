@@ -24,7 +24,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using Case = ArchiveError::Case;
 using Kind = ArchiveEntry::Kind;
 
@@ -311,7 +310,9 @@ TEST_F(ArchiveReaderTest, startsNoProgramForAFilterThatTheLibraryHasNot) {
     const std::map<std::string, std::string> programs{{"lrzip", std::string("LRZI\0\6", 6)},
                                                       {"grzip", std::string("GRZipII\0\2\4:)", 12)},
                                                       {"lzop", "\x89LZO\0\r\n\x1A\n"}};
-    const std::string path = std::getenv("PATH");
+    const char* const before = std::getenv("PATH");
+    ASSERT_NE(before, nullptr);
+    const std::string path(before);
     setenv("PATH", (folder.url().path() + ":" + path).c_str(), 1);
     for (const auto& [program, beginning] : programs) {
         folder.file(program, "#!/bin/sh\ntouch " + folder.path("started"));

@@ -78,7 +78,7 @@ protected:
         for (int i = 0; i < files; ++i)
             archives.entries.push_back(File::file(nameOf(i), "content " + std::to_string(i)));
     }
-    Tree wholeTarget(int files) const {
+    static Tree wholeTarget(int files) {
         Tree whole{{"d", "folder/"}};
         for (int i = 0; i < files; ++i)
             whole.emplace(nameOf(i), "content " + std::to_string(i));

@@ -61,7 +61,7 @@ std::string encoded(std::string_view text, const NameCharset& charset) {
     for (std::size_t position = 0; position < text.size();) {
         const auto character = Utf8::next(text, position);
         const auto& known = charset.characters();
-        const auto found = std::ranges::find(known, character);
+        const auto* const found = std::ranges::find(known, character);
         if (character < 0x80)
             bytes += static_cast<char>(character);
         else if (found != known.end())
