@@ -131,7 +131,7 @@ void ArchiveExtraction::completeAll() {
 }
 
 void ArchiveExtraction::noticeFullDisk() {
-    if (isOver_ || !disk_.isFull())
+    if (!disk_.isFull() || std::exchange(isFullTold_, true))
         return;
     ledger_.failed("Na disku už není místo, zbytek archivu " +
                    quoted(what_.archive.lastComponent()) + " zůstal nerozbalený.");
@@ -140,6 +140,7 @@ void ArchiveExtraction::noticeFullDisk() {
 
 void ArchiveExtraction::takeEntries(EntryStream::Result<std::optional<StreamEntry>> met) {
     while (met) {
+        completer_.collect();
         const auto& entry = *met;
         if (!entry || !goesOn())
             return;
@@ -276,7 +277,9 @@ void ArchiveExtraction::writeFile(const StreamEntry& met, std::size_t base,
         return;
     const auto node = folder->node;
     context_.setCurrentName(nameOf(entry));
-    EntryWriter writer(ledger_, disk_, *stream_, met, first);
+    EntryWriter writer(ledger_, disk_, completer_, *stream_, met, first);
+    if (!writer.isSmall())
+        completer_.finish(); // what came before is told before
     const auto outcome =
         place(entry, node, [&](const FolderNode::Held& held, const std::string& name) {
             auto filled = writer.write(*node, held, name);
@@ -337,7 +340,7 @@ void ArchiveExtraction::takeFolder(const ArchiveEntry& entry, std::size_t base) 
 
 void ArchiveExtraction::takeWhatWaits() {
     for (const auto& empty : empty_) {
-        if (!goesOn() || disk_.isFull())
+        if (!goesOn() || isOver_ || disk_.isFull())
             return;
         charge(empty.first, [this, &file = empty.second] {
             if (!isPassedOver(file.entry, file.base))
@@ -345,7 +348,7 @@ void ArchiveExtraction::takeWhatWaits() {
         });
     }
     for (const auto& link : links_) {
-        if (!goesOn() || disk_.isFull())
+        if (!goesOn() || isOver_ || disk_.isFull())
             return;
         charge(link.entry.path, [&] {
             if (!isTaken(link.entry) && !isPassedOver(link.entry, link.base))

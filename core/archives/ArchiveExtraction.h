@@ -137,6 +137,7 @@ private:
     int refused_ = 0;
     bool isStopped_ = false; ///< by the job
     bool isOver_ = false;    ///< nothing more can be taken
+    bool isFullTold_ = false;
 };
 
 } // namespace fennik

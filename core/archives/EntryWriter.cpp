@@ -16,10 +16,12 @@ constexpr std::int64_t largestSmall = 64 << 10;
 
 } // namespace
 
-EntryWriter::EntryWriter(TransferLedger& ledger, FullDisk& disk, EntryStream& stream,
-                         const StreamEntry& entry, const EntryStream::Block& first)
+EntryWriter::EntryWriter(TransferLedger& ledger, FullDisk& disk, FileCompleter& completer,
+                         EntryStream& stream, const StreamEntry& entry,
+                         const EntryStream::Block& first)
     : ledger_(ledger),
       disk_(disk),
+      completer_(completer),
       stream_(stream),
       entry_(entry),
       block_(first),
@@ -29,7 +31,7 @@ EntryWriter::EntryWriter(TransferLedger& ledger, FullDisk& disk, EntryStream& st
 std::expected<EntryWriter::Filled, EntryWriter::Made>
 EntryWriter::write(const FolderNode& folder, const FolderNode::Held& held,
                    const std::string& name) {
-    auto file = NewFile::make(*held, name);
+    auto file = completer_.make(*held, name);
     if (!file && file.error().code == EEXIST) {
         wasTaken_ = true;
         return std::unexpected(Made::taken);

@@ -14,8 +14,8 @@
 
 namespace fennik {
 
-/// Writes the data of one entry of an archive into a new file, and takes it for whole only when it
-/// is exactly what the archive says. Nothing is left of a file that fails.
+/// Makes a file of one entry of an archive and gets its data, which is right only when it is
+/// exactly what the archive says. Nothing is left of a file that fails so.
 class EntryWriter {
 public:
     using Made = NamePlacing::Made;
@@ -27,8 +27,11 @@ public:
     };
 
     /// `first` is the first data of the entry, which was read from the stream.
-    EntryWriter(TransferLedger& ledger, FullDisk& disk, EntryStream& stream,
-                const StreamEntry& entry, const EntryStream::Block& first);
+    EntryWriter(TransferLedger& ledger, FullDisk& disk, FileCompleter& completer,
+                EntryStream& stream, const StreamEntry& entry, const EntryStream::Block& first);
+
+    /// All of its data is at hand before any is written.
+    bool isSmall() const { return isSmall_; }
 
     /// Into the folder. The data is untouched where the name is taken.
     std::expected<Filled, Made> write(const FolderNode& folder, const FolderNode::Held& held,
@@ -54,10 +57,11 @@ private:
 
     TransferLedger& ledger_;
     FullDisk& disk_;
+    FileCompleter& completer_;
     EntryStream& stream_;
     const StreamEntry& entry_;
     EntryStream::Block block_;
-    const bool isSmall_;       ///< all of its data is at hand before any is written
+    const bool isSmall_;
     bool wasTaken_ = false;    ///< its name, by something that may have to come back
     std::int64_t expected_;    ///< bytes, as the job has counted them
     std::int64_t written_ = 0; ///< or at hand

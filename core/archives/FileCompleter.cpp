@@ -11,16 +11,14 @@ namespace fennik {
 
 namespace {
 
-/// So many files may wait, which are open: a part of what the process may have open at most, as
-/// others need theirs too.
-std::size_t mostWaiting() {
-    constexpr std::size_t most = 32;
-    return std::clamp<std::size_t>(OwnProcess::mostOpenFiles() / 10, 1, most);
-}
+/// So many files may wait, which are open.
+constexpr std::size_t mostWaiting = 8;
+/// So many may have come since the first one that has not ended, for one that hangs.
+constexpr std::size_t mostUntold = 8 * mostWaiting;
 
 } // namespace
 
-FileCompleter::FileCompleter() : mostWaiting_(mostWaiting()) {}
+FileCompleter::FileCompleter() : mostWaiting_(OwnProcess::shareOfOpenFiles(10, 1, mostWaiting)) {}
 
 FileCompleter::~FileCompleter() {
     {
@@ -46,12 +44,22 @@ FileCompleter::End FileCompleter::complete(Work work) {
             .leftover = removed ? std::nullopt : std::optional(removed.error())};
 }
 
+NewFile::Result<NewFile> FileCompleter::make(const OpenFolder& folder, const std::string& name) {
+    auto file = NewFile::make(folder, name);
+    if (file || !file.error().isForLackOfDescriptors())
+        return file;
+    finish();
+    return NewFile::make(folder, name);
+}
+
 void FileCompleter::completeLater(Work work, OnEnd onEnd) {
     collect();
-    begin();
+    if (!items_.empty())
+        begin();
     {
         std::unique_lock lock(mutex_);
-        if (items_.size() >= mostWaiting_ && !completeNext(lock))
+        const bool isFull = items_.size() >= mostWaiting_;
+        if (items_.size() >= mostUntold || (isFull && !completeNext(lock)))
             hasEnd_.wait(lock, [this] { return items_.front().end.has_value(); });
         items_.push_back({.work = std::move(work), .onEnd = std::move(onEnd)});
         if (next_ == items_.end())

@@ -41,8 +41,10 @@ public:
     /// Completes what is left, of which nobody is told any more.
     ~FileCompleter();
 
+    /// As `NewFile::make`; where no more may be open, only after those that wait were completed.
+    NewFile::Result<NewFile> make(const OpenFolder& folder, const std::string& name);
     static End complete(Work work);
-    /// `onEnd` is called by this, `collect` or `finish`, in the order of the files.
+    /// `onEnd` is called by some later call, in the order of the files.
     void completeLater(Work work, OnEnd onEnd);
     /// Tells of those that have ended, and does not wait.
     void collect();

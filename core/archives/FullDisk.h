@@ -18,8 +18,11 @@ public:
         if (isReason(error))
             ++times_;
     }
-    /// There was room for an item.
-    void tookOne() { times_ = 0; }
+    /// There was room for an item. A full disk stays full.
+    void tookOne() {
+        if (!isFull())
+            times_ = 0;
+    }
     bool isFull() const { return times_ >= enough; }
 
 private:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <string>
 
 namespace fennik {
@@ -12,6 +13,8 @@ struct PosixError {
     /// The system's own text for the code, in the language of LC_MESSAGES. Never empty; unknown
     /// codes give the system's text for unknown codes. Safe on any thread.
     std::string reason() const;
+    /// This process, or the system, has as many files open as it may.
+    bool isForLackOfDescriptors() const { return code == EMFILE || code == ENFILE; }
 
     friend bool operator==(const PosixError&, const PosixError&) = default;
 };

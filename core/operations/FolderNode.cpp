@@ -15,15 +15,10 @@ namespace {
 constexpr std::size_t leastLimit = 4;
 constexpr std::size_t mostLimit = 100;
 
-bool isOutOfDescriptors(const PosixError& error) {
-    return error.code == EMFILE || error.code == ENFILE;
-}
-
 } // namespace
 
 std::size_t OpenFolders::usualLimit() {
-    // A part of what the process may have open at most, as others need theirs too.
-    return std::clamp(OwnProcess::mostOpenFiles() / 5, leastLimit, mostLimit);
+    return OwnProcess::shareOfOpenFiles(5, leastLimit, mostLimit);
 }
 
 void OpenFolders::use(FolderNode& node) {
@@ -60,7 +55,7 @@ void OpenFolders::closeAllBut(const FolderNode* node) {
 
 FolderNode::Result<FolderNode::Pointer> FolderNode::at(OpenFolders& folders, const FileUrl& url) {
     auto opened = OpenFolder::open(url.path(), FollowLinks::yes);
-    if (!opened && isOutOfDescriptors(opened.error())) {
+    if (!opened && opened.error().isForLackOfDescriptors()) {
         folders.closeAllBut(nullptr);
         opened = OpenFolder::open(url.path(), FollowLinks::yes);
     }
@@ -99,7 +94,7 @@ FolderNode::Result<OpenFolder> FolderNode::openedBelow(FolderNode& parent,
     if (!above)
         return std::unexpected(above.error());
     auto opened = (*above)->openChild(name);
-    if (!opened && isOutOfDescriptors(opened.error())) {
+    if (!opened && opened.error().isForLackOfDescriptors()) {
         parent.folders_.closeAllBut(&parent);
         opened = (*above)->openChild(name);
     }

@@ -31,8 +31,9 @@ bool readAll(std::span<std::byte> bytes);
 /// False where nobody reads the standard output any more.
 bool writeAll(std::span<const std::byte> bytes);
 
-/// How many files it may have open; 0 where that cannot be told.
-std::size_t mostOpenFiles();
+/// A part of what it may have open at most, as others need theirs too: one of `parts`, `least` and
+/// `most` included.
+std::size_t shareOfOpenFiles(std::size_t parts, std::size_t least, std::size_t most);
 
 /// Of a clock that never goes back, exact to some milliseconds. Costs next to nothing.
 std::chrono::milliseconds roughTime();

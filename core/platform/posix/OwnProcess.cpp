@@ -83,9 +83,11 @@ bool writeAll(std::span<const std::byte> bytes) {
     return true;
 }
 
-std::size_t mostOpenFiles() {
+std::size_t shareOfOpenFiles(std::size_t parts, std::size_t least, std::size_t most) {
     rlimit limit{};
-    return getrlimit(RLIMIT_NOFILE, &limit) == 0 ? limit.rlim_cur : 0;
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return least;
+    return std::clamp<std::size_t>(limit.rlim_cur / parts, least, most);
 }
 
 void renounce() {
