@@ -93,12 +93,12 @@ void FileCompleter::finish() {
 }
 
 void FileCompleter::begin() {
-    if (std::exchange(hasBegun_, true))
+    if (thread_.joinable())
         return;
     try {
         thread_ = std::thread([this] { run(); });
     } catch (const std::system_error&) {
-        // No further thread is to be had, so this one does all the work.
+        // No further thread is to be had, so this one does the work.
         return;
     }
 }

@@ -23,8 +23,8 @@ public:
     struct Work {
         NewFile file;
         FolderNode::Held folder = {}; ///< that holds it
-        std::vector<std::byte> content =
-            {}; ///< from its beginning, unless that was written already
+        /// From its beginning, unless that was written already.
+        std::vector<std::byte> content = {};
         std::int64_t size = 0;
         std::uint16_t mode = 0; ///< taken as it is
         Date modified = {};
@@ -72,8 +72,7 @@ private:
     Items items_;                         ///< in their order, until they are told of
     Items::iterator next_ = items_.end(); ///< the first one that nobody has begun
     bool isOver_ = false;
-    bool hasBegun_ = false; ///< the thread, as far as the system gives one
-    std::thread thread_;
+    std::thread thread_; ///< once two files wait, as far as the system gives one
 };
 
 } // namespace fennik
